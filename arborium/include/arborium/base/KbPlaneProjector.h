@@ -1,0 +1,32 @@
+#pragma once
+
+#include <arborium/base/KbPlane.h>
+#include <arborium/base/KbProjector.h>
+
+/// Projects onto a plane: the point of it under the pointer. What lies behind a perspective eye
+/// does not count.
+class ARBORIUM_API KbPlaneProjector : public KbProjector {
+public:
+    /// The xy plane. With `orientToEye` the plane is turned, about its point nearest to the
+    /// origin, to face the eye.
+    explicit KbPlaneProjector(int orientToEye = 0);
+    explicit KbPlaneProjector(const KbPlane& plane, int orientToEye = 0);
+
+    /// In working space.
+    void setPlane(const KbPlane& plane);
+    const KbPlane& getPlane() const { return m_plane; }
+    void setOrientToEye(int orientToEye) { m_orientToEye = orientToEye != 0; }
+    bool isOrientToEye() const { return m_orientToEye; }
+
+    /// Where a ray in working space meets the plane; false where it does not.
+    bool intersect(const KbLine& ray, KbVec3f& result) const { return intersectShape(ray, result); }
+
+    KbPlaneProjector* copy() const override;
+
+protected:
+    bool intersectShape(const KbLine& ray, KbVec3f& result) const override;
+
+private:
+    KbPlane m_plane;
+    bool m_orientToEye;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <arborium/base/KbMatrix.h>
+#include <arborium/base/KbViewVolume.h>
+
+class KbLine;
+
+/// Turns points of the screen into points of a shape in a working space, such as the space of a
+/// dragger.
+class ARBORIUM_API KbProjector {
+public:
+    virtual ~KbProjector();
+
+    void setViewVolume(const KbViewVolume& volume) { m_viewVolume = volume; }
+    const KbViewVolume& getViewVolume() const { return m_viewVolume; }
+    /// The matrix from the working space to the world. The identity by default.
+    void setWorkingSpace(const KbMatrix& space);
+    const KbMatrix& getWorkingSpace() const { return m_workingToWorld; }
+
+    /// The point of the shape, in working space, under a point of the screen (0 to 1 from the lower
+    /// left corner). Where there is none (a view along the shape, a view volume that is not set) it
+    /// is the last point that there was, and before any the point of the shape nearest to the origin.
+    KbVec3f project(const KbVec2f& point);
+    /// The same for a ray in world space.
+    KbVec3f project(const KbLine& worldRay);
+    /// False, with `result` untouched, where there is no such point.
+    bool tryProject(const KbVec2f& point, KbVec3f& result) const;
+    bool tryProject(const KbLine& worldRay, KbVec3f& result) const;
+
+    /// From the point under `from` to the one under `to`, in working space.
+    KbVec3f getVector(const KbVec2f& from, const KbVec2f& to);
+    /// From the start position, by default the last projected point, to the one under `to`, which
+    /// becomes the start of the next.
+    KbVec3f getVector(const KbVec2f& to);
+    void setStartPosition(const KbVec2f& point) { m_last = project(point); }
+    void setStartPosition(const KbVec3f& point) { m_last = point; }
+
+    /// A projector of the same kind and state; the caller deletes it.
+    virtual KbProjector* copy() const = 0;
+
+protected:
+    KbProjector() = default;
+    KbProjector(const KbProjector&) = default;
+    KbProjector& operator=(const KbProjector&) = default;
+
+    /// The point of the shape that the ray, in working space, means.
+    virtual bool intersectShape(const KbLine& ray, KbVec3f& result) const = 0;
+    /// Forgets the last point.
+    void restartAt(const KbVec3f& point) { m_last = point; }
+    /// The direction from the working space's origin to the eye; (0, 0, 1) without a view volume.
+    KbVec3f getEyeDirection(const KbVec3f& at) const;
+
+private:
+    KbViewVolume m_viewVolume;
+    KbMatrix m_workingToWorld, m_worldToWorking;
+    KbVec3f m_last;
+};

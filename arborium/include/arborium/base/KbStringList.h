@@ -1,0 +1,40 @@
+#pragma once
+
+#include <arborium/base/KbString.h>
+
+#include <vector>
+
+/// A list of texts.
+class ARBORIUM_API KbStringList {
+public:
+    KbStringList() = default;
+
+    void append(const KbString& text) { m_items.push_back(text); }
+    void insert(const KbString& text, int index);
+    void remove(int index);
+    void truncate(int length);
+    int getLength() const { return static_cast<int>(m_items.size()); }
+    /// The position of the first such text; -1 for none.
+    int find(const KbString& text) const;
+    /// Outside of the list the empty text.
+    const KbString& get(int index) const;
+    const KbString& operator[](int index) const { return get(index); }
+    /// Outside of the list an empty text that nothing reads.
+    KbString& operator[](int index);
+
+    /// The pieces between the separators, empty ones too: n separators give n + 1 pieces. An empty
+    /// separator gives the text as one piece.
+    static KbStringList split(const KbString& text, const KbString& separator);
+
+    std::vector<KbString>::const_iterator begin() const { return m_items.begin(); }
+    std::vector<KbString>::const_iterator end() const { return m_items.end(); }
+
+    friend bool operator==(const KbStringList& a, const KbStringList& b)
+    {
+        return a.m_items == b.m_items;
+    }
+    friend bool operator!=(const KbStringList& a, const KbStringList& b) { return !(a == b); }
+
+private:
+    std::vector<KbString> m_items;
+};

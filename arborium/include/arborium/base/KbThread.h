@@ -1,0 +1,57 @@
+#pragma once
+
+#include <arborium/base/KsApi.h>
+
+#include <mutex>
+
+/// Mutual exclusion between threads.
+class ARBORIUM_API KbThreadMutex {
+public:
+    /// With a flag other than 0 the thread that holds the mutex may lock it again.
+    explicit KbThreadMutex(int flag = 0) : m_isRecursive(flag != 0) {}
+    KbThreadMutex(const KbThreadMutex&) = delete;
+    KbThreadMutex& operator=(const KbThreadMutex&) = delete;
+
+    void lock();
+    bool tryLock();
+    void unlock();
+
+private:
+    std::mutex m_plain;
+    std::recursive_mutex m_recursive;
+    const bool m_isRecursive;
+};
+
+/// Holds a mutex until the end of its scope.
+class ARBORIUM_API KbThreadAutoLock {
+public:
+    explicit KbThreadAutoLock(KbThreadMutex& mutex) : KbThreadAutoLock(&mutex) {}
+    /// Null holds nothing.
+    explicit KbThreadAutoLock(KbThreadMutex* mutex) : m_mutex(mutex)
+    {
+        if (m_mutex)
+            m_mutex->lock();
+    }
+    KbThreadAutoLock(const KbThreadAutoLock&) = delete;
+    KbThreadAutoLock& operator=(const KbThreadAutoLock&) = delete;
+    ~KbThreadAutoLock() { unlock(); }
+
+    /// Before the end of the scope.
+    void unlock()
+    {
+        if (m_mutex)
+            m_mutex->unlock();
+        m_mutex = nullptr;
+    }
+
+private:
+    KbThreadMutex* m_mutex;
+};
+
+class ARBORIUM_API KbThread {
+public:
+    /// A number that no two running threads share.
+    static unsigned long getCurrentThreadId();
+    /// Names the calling thread for debuggers; the system may cut the name. Null does nothing.
+    static void setName(const char* name);
+};

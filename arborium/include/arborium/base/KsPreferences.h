@@ -1,0 +1,20 @@
+#pragma once
+
+#include <arborium/base/KbString.h>
+
+/// Named settings. A name that was not set here has the value of the process's environment. Pointers
+/// stay valid until that name gets another value.
+class ARBORIUM_API KsPreferences {
+public:
+    /// Null where the name has no value.
+    static const char* getValue(const char* name);
+    static const char* getValue(const KbString& name) { return getValue(name.getString()); }
+    static const KbString* getStringValue(const KbString& name);
+    static KbString getString(const KbString& name, const KbString& defaultValue = KbString());
+
+    /// Hides the environment's value of that name; the environment itself stays as it is. An empty name
+    /// is ignored.
+    static void setString(const KbString& name, const KbString& value);
+    /// Back to the environment's value.
+    static void unset(const KbString& name);
+};
