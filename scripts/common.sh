@@ -6,12 +6,10 @@ need_packages() { # NAME PACKAGE-SETS...
     local stamp=build/.packages-$1
     shift
     if [ -f "$stamp" ] && [ "$stamp" -nt scripts/install-deps ] &&
-        command -v cmake ninja pkg-config c++ >/dev/null; then
-        return
+        type -P cmake ninja pkg-config c++ >/dev/null; then
+        return 0
     fi
-    scripts/install-deps "$@"
-    mkdir -p build
-    touch "$stamp"
+    scripts/install-deps "$@" && mkdir -p build && touch "$stamp"
 }
 
 # Configures build/PRESET once; afterwards the build itself sees what changed.

@@ -46,12 +46,6 @@ void addLeakCounter(const std::string& name, std::function<long()> counter)
     counters().push_back({name, std::move(counter), 0});
 }
 
-void installLeakGuard()
-{
-    testing::UnitTest::GetInstance()->listeners().Append(new LeakGuard);
-}
+void installLeakGuard() { testing::UnitTest::GetInstance()->listeners().Append(new LeakGuard); }
 
-void allowLeaksInThisTest()
-{
-    s_allowLeaks = true;
-}
+void allowLeaksInThisTest() { s_allowLeaks = true; }

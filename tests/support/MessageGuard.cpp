@@ -50,10 +50,7 @@ private:
     std::vector<ExpectedMessages::Message> m_unannounced;
 };
 
-ExpectedMessages::ExpectedMessages() : m_outer(s_innermost)
-{
-    s_innermost = this;
-}
+ExpectedMessages::ExpectedMessages() : m_outer(s_innermost) { s_innermost = this; }
 
 ExpectedMessages::ExpectedMessages(const char* where, const char* substring, int times,
                                    const char* file, int line)
