@@ -62,11 +62,13 @@ endif()
 
 # ---- helpers -------------------------------------------------------------------------------
 
-# fw_add_module(TARGET FOLDER [AUTOMOC] [LINK libraries...] [DEFINE name...])
+# fw_add_module(TARGET FOLDER [AUTOMOC] [LINK libraries...] [DEFINE name...]
+#               [INCLUDE folders...] [SYSTEM folders...] [HEADERS folders...])
 # An object library of the sources under FOLDER; no target when there are none.
-# HEADERS names folders whose headers moc must see.
+# INCLUDE folders are ours, SYSTEM folders are of others; HEADERS are folders whose headers moc
+# must see.
 function(fw_add_module target folder)
-  cmake_parse_arguments(ARG "AUTOMOC" "" "LINK;DEFINE;HEADERS;INCLUDE" ${ARGN})
+  cmake_parse_arguments(ARG "AUTOMOC" "" "LINK;DEFINE;HEADERS;INCLUDE;SYSTEM" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${folder}/*.cpp" "${folder}/*.h")
   set(units ${sources})
   list(FILTER units INCLUDE REGEX "\\.cpp$")
@@ -81,6 +83,7 @@ function(fw_add_module target folder)
   add_library(${target} OBJECT ${sources} ${headers})
   target_link_libraries(${target} PUBLIC ${ARG_LINK} PRIVATE formweave_flags)
   target_include_directories(${target} PRIVATE ${ARG_INCLUDE})
+  target_include_directories(${target} SYSTEM PRIVATE ${ARG_SYSTEM})
   target_compile_definitions(${target} PRIVATE ${ARG_DEFINE})
   set_target_properties(${target} PROPERTIES
     CXX_VISIBILITY_PRESET hidden
