@@ -4,10 +4,8 @@
 
 #include <vector>
 
-namespace
-{
-struct Counter
-{
+namespace {
+struct Counter {
     std::string name;
     std::function<long()> count;
     long before = 0;
@@ -21,8 +19,7 @@ std::vector<Counter>& counters()
     return list;
 }
 
-class LeakGuard : public testing::EmptyTestEventListener
-{
+class LeakGuard : public testing::EmptyTestEventListener {
 public:
     void OnTestStart(const testing::TestInfo&) override
     {

@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
-{
+namespace {
 ExpectedMessages* s_innermost = nullptr;
 
 bool matches(const std::string& pattern, const std::string& where)
@@ -14,8 +13,7 @@ bool matches(const std::string& pattern, const std::string& where)
 }
 } // namespace
 
-class MessageGuard : public testing::EmptyTestEventListener
-{
+class MessageGuard : public testing::EmptyTestEventListener {
 public:
     static void receive(void* data, KsDebugError::Severity severity, const char* where,
                         const char* text)

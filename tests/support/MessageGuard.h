@@ -10,11 +10,9 @@
 ///     dialog->addChild(nullptr);
 ///
 /// Announcements hold until the object dies. They may be nested; the innermost is asked first.
-class ExpectedMessages
-{
+class ExpectedMessages {
 public:
-    struct Message
-    {
+    struct Message {
         std::string where;
         std::string text;
         int severity = 0;
@@ -49,8 +47,7 @@ public:
 private:
     friend class MessageGuard;
 
-    struct Pattern
-    {
+    struct Pattern {
         std::string where;
         std::string substring;
         int left; // messages still to come; -1: any number

@@ -19,8 +19,7 @@ extern char** environ;
 extern "C" void __lsan_disable() __attribute__((weak));
 extern "C" void __lsan_enable() __attribute__((weak));
 
-namespace
-{
+namespace {
 void pinEnvironment()
 {
     // No setting of the person who runs the tests reaches them, except those for the tests.
