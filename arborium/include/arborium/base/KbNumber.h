@@ -45,8 +45,7 @@ ARBORIUM_API std::int32_t toInt32(double value);
 
 /// A printf format for one number, taken apart once and printed without printf: literal text, "%%",
 /// flags, a width of 0 to 99, a precision of 0 to 30 and exactly one conversion: d i u o x X for whole
-/// numbers, f F e E g G for others, each with an optional "l" (whole numbers also "ll", "h", "hh",
-/// which change nothing).
+/// numbers, f F e E g G for others; an "l" may stand before d, i and the latter.
 class ARBORIUM_API KbNumberFormat {
 public:
     /// As "%g".
@@ -66,6 +65,7 @@ public:
 
 private:
     std::string printDigits(double value) const;
+    std::string finish(const std::string& prefix, std::string digits, bool zeros) const;
 
     std::string m_before, m_after;
     int m_width = 0;

@@ -18,12 +18,14 @@ public:
     const KbMatrix& getWorkingSpace() const { return m_workingToWorld; }
 
     /// The point of the shape, in working space, under a point of the screen (0 to 1 from the lower
-    /// left corner). Where there is none (a view along the shape, a view volume that is not set) it
-    /// is the last point that there was, and before any the point of the shape nearest to the origin.
+    /// left corner). Where there is none (a view along the shape, a shape behind the eye) it is the
+    /// last point that there was, and before any the point of the shape nearest to the origin. A
+    /// view volume that is not set counts as the cube of -1 to 1.
     KbVec3f project(const KbVec2f& point);
     /// The same for a ray in world space.
     KbVec3f project(const KbLine& worldRay);
-    /// False, with `result` untouched, where there is no such point.
+    /// False, with `result` untouched, where there is no such point: also for a working space whose
+    /// matrix cannot be inverted.
     bool tryProject(const KbVec2f& point, KbVec3f& result) const;
     bool tryProject(const KbLine& worldRay, KbVec3f& result) const;
 
@@ -47,11 +49,12 @@ protected:
     virtual bool intersectShape(const KbLine& ray, KbVec3f& result) const = 0;
     /// Forgets the last point.
     void restartAt(const KbVec3f& point) { m_last = point; }
-    /// The direction from the working space's origin to the eye; (0, 0, 1) without a view volume.
+    /// The direction from a point of the working space to the eye, of length 1.
     KbVec3f getEyeDirection(const KbVec3f& at) const;
 
 private:
     KbViewVolume m_viewVolume;
     KbMatrix m_workingToWorld, m_worldToWorking;
+    bool m_hasSpace = true;
     KbVec3f m_last;
 };

@@ -69,8 +69,6 @@ public:
     /// The characters from `start` up to but without `end`; -1 as `end` is the end of the text.
     /// Positions outside are clamped; a start behind the end gives the empty text.
     KbString getSubString(int start, int end = -1) const;
-    KbString lower() const;
-    KbString upper() const;
 
     /// Becomes the number's digits; `base` 2 to 36, another one counts as 10.
     KbString& setNum(int value, int base = 10);

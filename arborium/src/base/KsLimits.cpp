@@ -1,0 +1,7 @@
+#include <arborium/base/KsLimits.h>
+
+KsLimits& KsLimits::current()
+{
+    static KsLimits s_limits;
+    return s_limits;
+}
