@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QString>
+
+#include <cstdio>
+
 namespace {
 ExpectedMessages* s_innermost = nullptr;
 
@@ -22,16 +26,30 @@ public:
         message.where = where ? where : "";
         message.text = text ? text : "";
         message.severity = static_cast<int>(severity);
-        for (ExpectedMessages* each = s_innermost; each; each = each->m_outer) {
-            if (each->take(message)) return;
+        static_cast<MessageGuard*>(data)->judge(message);
+    }
+
+    static void receiveFromQt(QtMsgType type, const QMessageLogContext&, const QString& text)
+    {
+        ExpectedMessages::Message message;
+        message.where = "Qt";
+        message.text = text.toStdString();
+        message.severity = type;
+        const bool warns = type == QtWarningMsg || type == QtCriticalMsg;
+        // What the platform without a display cannot do is no fault of a test.
+        if (!warns || message.text.rfind("This plugin does not support", 0) == 0) {
+            std::fprintf(stderr, "%s\n", message.text.c_str());
+            return;
         }
-        static_cast<MessageGuard*>(data)->m_unannounced.push_back(message);
+        s_guard->judge(message);
     }
 
     void OnTestStart(const testing::TestInfo&) override
     {
         m_unannounced.clear();
+        s_guard = this;
         KsDebugError::setHandler(&MessageGuard::receive, this);
+        qInstallMessageHandler(&MessageGuard::receiveFromQt);
     }
 
     void OnTestEnd(const testing::TestInfo&) override
@@ -42,11 +60,23 @@ public:
                           << message.text;
         }
         m_unannounced.clear();
+        qInstallMessageHandler(nullptr);
     }
 
 private:
+    void judge(const ExpectedMessages::Message& message)
+    {
+        for (ExpectedMessages* each = s_innermost; each; each = each->m_outer) {
+            if (each->take(message)) return;
+        }
+        m_unannounced.push_back(message);
+    }
+
+    static MessageGuard* s_guard;
     std::vector<ExpectedMessages::Message> m_unannounced;
 };
+
+MessageGuard* MessageGuard::s_guard = nullptr;
 
 ExpectedMessages::ExpectedMessages() : m_outer(s_innermost) { s_innermost = this; }
 

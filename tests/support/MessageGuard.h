@@ -4,7 +4,8 @@
 #include <vector>
 
 /// Each message that a test provokes through `KsDebugError` must have been announced, or the test
-/// fails; an announced message that does not come fails it as well.
+/// fails; an announced message that does not come fails it as well. Warnings of Qt, which tell of a
+/// wrong call to a widget or layout, count as messages from "Qt".
 ///
 ///     ExpectedMessages messages("KsFormweave::addChild", "null");
 ///     dialog->addChild(nullptr);
