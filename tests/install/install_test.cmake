@@ -89,6 +89,24 @@ separate_arguments(flags UNIX_COMMAND "${out}")
 run("building with pkg-config" "${CXX}" -std=c++17 main.cpp -o app-pc ${flags}
   "-Wl,-rpath,${pc_prefix}/${LIB_DIR}")
 
+# ---- the headers -------------------------------------------------------------------------------
+
+# Each header stands on its own; seen last to first, none can lean on the one before it by name.
+file(GLOB_RECURSE headers RELATIVE "${prefix}/include" "${prefix}/include/*.h")
+list(SORT headers ORDER DESCENDING)
+set(includes)
+foreach(header IN LISTS headers)
+  string(APPEND includes "#include <${header}>\n")
+endforeach()
+foreach(umbrella IN ITEMS arborium/arborium.h formweave/formweave.h)
+  if(NOT umbrella IN_LIST headers)
+    message(FATAL_ERROR "${umbrella} is not installed")
+  endif()
+endforeach()
+file(WRITE "${WORK_DIR}/app/headers.cpp" "${includes}")
+run("compiling every installed header" "${CXX}" -std=c++17 -Wall -Wextra -Wshadow -Werror
+  -fsyntax-only headers.cpp ${flags})
+
 # ---- run --------------------------------------------------------------------------------------
 
 set(quiet_environment --unset=ARBHOME --unset=FORMWEAVE_SKINS_DIR --unset=DISPLAY
