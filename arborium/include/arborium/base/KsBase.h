@@ -1,0 +1,71 @@
+#pragma once
+
+#include <arborium/base/KsRefCounter.h>
+#include <arborium/base/KsTypedObject.h>
+
+#include <vector>
+
+class KsInput;
+class KsOutput;
+
+/// Base of everything that can be named, referenced, read and written.
+class ARBORIUM_API KsBase : public KsRefCounter, public KsTypedObject {
+public:
+    static KsType getClassTypeId();
+    static void initClass();
+
+    /// The name by which a file or `KsNode::getByName` finds the object; empty if it has none.
+    const KbName& getName() const { return m_name; }
+    void setName(const KbName& name);
+    /// Appends the objects with this name, in the order of their naming. The empty name yields none.
+    static void getNamed(const KbName& name, std::vector<KsBase*>& list);
+    /// The first object of a type derived from `type` with this name, or null.
+    static KsBase* getFirstNamed(const KbName& name, KsType type);
+
+    /// Reads one object of a type derived from `expected`. TRUE with `result` null means that no
+    /// such object follows (a closing brace, the end of the input); FALSE means a read error,
+    /// which the input has recorded. A new object comes without a reference.
+    static bool read(KsInput* in, KsBase*& result, KsType expected);
+
+    /// TRUE for objects whose children stand behind their fields in a file.
+    virtual bool isGroup() const { return false; }
+
+    // Writing: first every object is counted, then written; an object met twice is written once,
+    // with a name, and used by that name afterwards.
+    void addWriteReference(KsOutput* out);
+    bool shouldWrite(KsOutput* out) const;
+    bool hasMultipleWriteRefs(KsOutput* out) const;
+    /// Writes "USE name" and returns TRUE if the object is in the output already; otherwise writes
+    /// "DEF name Type {" and returns FALSE.
+    bool writeHeader(KsOutput* out, bool isGroup, bool isEngine = false);
+    void writeFooter(KsOutput* out);
+
+    /// Reads what stands between the braces. `flags` come from the binary header of the object;
+    /// bit 2 (value 2) tells that children follow.
+    virtual bool readInstance(KsInput* in, unsigned short flags) = 0;
+
+    /// Number of `KsBase` objects alive: for leak guards in tests.
+    static int getNumInstances();
+
+protected:
+    KsBase();
+    ~KsBase() override;
+    void destroy() override;
+    /// Tells what watches this object that it is about to go.
+    virtual void notifyDelete() {}
+
+private:
+    KbName m_name;
+};
+
+/// Keeps an object under construction alive for the duration of its constructor.
+class ARBORIUM_API KsBaseInitializer {
+public:
+    explicit KsBaseInitializer(KsBase* instance) : m_instance(instance) { m_instance->ref(); }
+    ~KsBaseInitializer() { m_instance->unrefNoDelete(); }
+    KsBaseInitializer(const KsBaseInitializer&) = delete;
+    KsBaseInitializer& operator=(const KsBaseInitializer&) = delete;
+
+private:
+    KsBase* m_instance;
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <arborium/base/KsBase.h>
+#include <arborium/fields/KsFieldData.h>
+
+class KsNode;
+class KsOutput;
+
+/// One field of a container, with its name.
+struct KsFieldEntry {
+    KbName name;
+    KsField* field;
+};
+using KsFieldList = std::vector<KsFieldEntry>;
+
+/// An object with fields.
+class ARBORIUM_API KsFieldContainer : public KsBase {
+public:
+    static KsType getClassTypeId();
+    static void initClass();
+
+    /// Switches the sensors of this container's fields, and of the nodes above it, off or on.
+    /// Returns the former state. Kept boxes and draw lists stay right either way.
+    bool enableNotify(bool enable);
+    bool isNotifyEnabled() const { return m_notify; }
+
+    /// The field with this name, or null.
+    KsField* getField(const KbName& name) const;
+    /// The fields in the order of their registration; the parts of a kit only where they exist.
+    /// Returns their number.
+    int getFields(KsFieldList& list) const;
+    /// As `getFields`, with the part fields of a kit, made if needed.
+    int getAllFields(KsFieldList& list) const;
+    /// Sets fields from a text as it would stand in a file between the braces.
+    bool set(const char* text);
+    bool fieldsAreEqual(const KsFieldContainer* other) const;
+    /// Takes the values and default marks of all fields of `other`, which must be of the same type.
+    void copyFieldValues(const KsFieldContainer* other);
+    bool hasDefaultValues() const;
+
+    virtual const KsFieldData* getFieldData() const;
+
+    bool readInstance(KsInput* in, unsigned short flags) override;
+
+    // Hooks for subclasses and fields.
+    /// Called after each change of a field, also while notification is off.
+    virtual void fieldHasChanged(KsField* field);
+    /// May refuse a value before it is taken; `newValue` points to a value of the field's type.
+    /// Called for fields of one value, and for the assignment of a whole list; only if the class
+    /// asked for it by `setValidatesFields`.
+    virtual bool validateNewFieldValue(KsField* field, const void* newValue);
+    /// Something in or below this container changed: marks what is kept above as stale.
+    virtual void markChanged();
+    /// Tells the sensors of this container and of what is above it.
+    virtual void tellSensors(KsField* field);
+    /// The field that a kit holds for a part; null for other containers.
+    virtual KsField* getPartField(int part, bool make) const;
+    bool validatesFields() const { return m_validates; }
+    /// This object as a node, or null.
+    virtual KsNode* asNode() { return nullptr; }
+
+protected:
+    KsFieldContainer() = default;
+    ~KsFieldContainer() override;
+    void setValidatesFields() { m_validates = true; }
+
+private:
+    bool m_notify = true;
+    bool m_validates = false;
+};

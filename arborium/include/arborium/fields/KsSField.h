@@ -1,0 +1,192 @@
+#pragma once
+
+#include <arborium/base/KbColor.h>
+#include <arborium/base/KbMatrix.h>
+#include <arborium/base/KbPlane.h>
+#include <arborium/base/KbRotation.h>
+#include <arborium/base/KbString.h>
+#include <arborium/base/KbVec.h>
+#include <arborium/fields/KsField.h>
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+class KsNode;
+class KsPath;
+
+/// A field of one value of type `V`.
+template <class V> class KsSFieldOf : public KsField {
+public:
+    using Value = V;
+
+    const V& getValue() const { return m_value; }
+    /// Sets the value and runs the notification, also for an equal value.
+    void setValue(const V& value)
+    {
+        if (!isValid(&value)) return;
+        m_value = value;
+        valueChanged();
+    }
+    operator const V&() const { return m_value; }
+    bool operator==(const KsSFieldOf& other) const { return m_value == other.m_value; }
+    bool operator!=(const KsSFieldOf& other) const { return !(m_value == other.m_value); }
+    bool operator==(const V& value) const { return m_value == value; }
+    bool operator!=(const V& value) const { return !(m_value == value); }
+
+    /// Sets the value that the class declares; the field counts as default, nobody is told.
+    void initValue(const V& value)
+    {
+        m_value = value;
+        setDefault(true);
+    }
+
+protected:
+    KsSFieldOf() = default;
+    explicit KsSFieldOf(const V& value) : m_value(value) {}
+
+    V m_value{};
+};
+
+#define KS_SFIELD(Class, ValueType)                                                                \
+    KS_FIELD_HEADER(Class);                                                                        \
+    Class() = default;                                                                             \
+    explicit Class(const ValueType& value) : KsSFieldOf(value) {}                                  \
+    Class(const Class&) = delete;                                                                  \
+    Class& operator=(const Class& other)                                                           \
+    {                                                                                              \
+        setValue(ValueType(other.m_value));                                                        \
+        return *this;                                                                              \
+    }                                                                                              \
+    Class& operator=(const ValueType& value)                                                       \
+    {                                                                                              \
+        setValue(value);                                                                           \
+        return *this;                                                                              \
+    }
+
+/// TRUE or FALSE.
+class ARBORIUM_API KsSFBool : public KsSFieldOf<bool> {
+    KS_SFIELD(KsSFBool, bool)
+};
+class ARBORIUM_API KsSFFloat : public KsSFieldOf<float> {
+    KS_SFIELD(KsSFFloat, float)
+};
+class ARBORIUM_API KsSFInt32 : public KsSFieldOf<std::int32_t> {
+    KS_SFIELD(KsSFInt32, std::int32_t)
+};
+class ARBORIUM_API KsSFString : public KsSFieldOf<KbString> {
+    KS_SFIELD(KsSFString, KbString)
+};
+/// A path of a file; "~" and "$NAME" at its start are expanded by who opens it.
+class ARBORIUM_API KsSFFilePathString : public KsSFieldOf<KbString> {
+    KS_SFIELD(KsSFFilePathString, KbString)
+};
+class ARBORIUM_API KsSFName : public KsSFieldOf<KbName> {
+    KS_SFIELD(KsSFName, KbName)
+};
+class ARBORIUM_API KsSFVec2i32 : public KsSFieldOf<KbVec2i32> {
+    KS_SFIELD(KsSFVec2i32, KbVec2i32)
+public:
+    using KsSFieldOf::setValue;
+    void setValue(int x, int y) { setValue(KbVec2i32(x, y)); }
+};
+class ARBORIUM_API KsSFVec2f : public KsSFieldOf<KbVec2f> {
+    KS_SFIELD(KsSFVec2f, KbVec2f)
+public:
+    using KsSFieldOf::setValue;
+    void setValue(float x, float y) { setValue(KbVec2f(x, y)); }
+};
+class ARBORIUM_API KsSFVec3f : public KsSFieldOf<KbVec3f> {
+    KS_SFIELD(KsSFVec3f, KbVec3f)
+public:
+    using KsSFieldOf::setValue;
+    void setValue(float x, float y, float z) { setValue(KbVec3f(x, y, z)); }
+};
+class ARBORIUM_API KsSFColor : public KsSFieldOf<KbColor> {
+    KS_SFIELD(KsSFColor, KbColor)
+public:
+    using KsSFieldOf::setValue;
+    void setValue(float r, float g, float b) { setValue(KbColor(r, g, b)); }
+};
+class ARBORIUM_API KsSFRotation : public KsSFieldOf<KbRotation> {
+    KS_SFIELD(KsSFRotation, KbRotation)
+};
+class ARBORIUM_API KsSFMatrix : public KsSFieldOf<KbMatrix> {
+    KS_SFIELD(KsSFMatrix, KbMatrix)
+};
+class ARBORIUM_API KsSFPlane : public KsSFieldOf<KbPlane> {
+    KS_SFIELD(KsSFPlane, KbPlane)
+};
+
+/// The names of an enum's values, shared by all fields of that enum.
+struct ARBORIUM_API KsEnumData {
+    KbName enumName;
+    std::vector<int> values;
+    std::vector<KbName> names;
+
+    /// The name of `value`; empty if it has none.
+    KbName nameOf(int value) const;
+    /// FALSE if no value has this name.
+    bool valueOf(const KbName& name, int& value) const;
+    /// The one copy of this set in the process; it is never freed.
+    static const KsEnumData* intern(KsEnumData set);
+};
+
+/// One value of a named set. In files it is a name. A value that has no name is refused with a
+/// message and the field left as it was; a field with no names takes any number.
+class ARBORIUM_API KsSFEnum : public KsSFieldOf<int> {
+    KS_SFIELD(KsSFEnum, int)
+public:
+    /// Values and names are copied, once for equal sets.
+    void setEnums(int count, const int* values, const KbName* names);
+    void setEnums(const KsEnumData* enums) { m_enums = enums; }
+    const KsEnumData* getEnums() const { return m_enums; }
+    void setValue(int value);
+    /// Sets the value by its name; FALSE with a message if no value has it.
+    bool setValue(const KbName& name);
+
+protected:
+    /// FALSE, with a message, for a value that has no name.
+    bool accepts(int value) const;
+    const KsEnumData* m_enums = nullptr;
+};
+
+/// Several values of a named set at once. In files: a name, or "(A | B)".
+class ARBORIUM_API KsSFBitMask : public KsSFEnum {
+    KS_FIELD_HEADER(KsSFBitMask);
+    KsSFBitMask() = default;
+    KsSFBitMask& operator=(const KsSFBitMask& other);
+    KsSFBitMask& operator=(int value);
+    void setValue(int value);
+
+private:
+    /// FALSE, with a message, for a bit that no named value holds.
+    bool acceptsBits(int value) const;
+};
+
+/// A reference to a node, or null. The field holds one reference.
+class ARBORIUM_API KsSFNode : public KsField {
+    KS_FIELD_HEADER(KsSFNode);
+
+public:
+    KsSFNode() = default;
+    ~KsSFNode() override;
+    KsSFNode& operator=(const KsSFNode& other);
+    KsSFNode& operator=(KsNode* node);
+    KsNode* getValue() const { return m_value; }
+    /// Refused with a message if the node is or holds the container.
+    void setValue(KsNode* node);
+    void initValue(KsNode* node);
+    operator KsNode*() const { return m_value; }
+    bool operator==(const KsSFNode& other) const { return m_value == other.m_value; }
+    bool operator!=(const KsSFNode& other) const { return m_value != other.m_value; }
+    /// A part field of a kit refers to a node that has its place in the scene through another
+    /// parent: it does not pass changes up.
+    void setPassive() { m_passive = true; }
+
+private:
+    bool accepts(const KsNode* node) const;
+    void replace(KsNode* node);
+    KsNode* m_value = nullptr;
+    bool m_passive = false;
+};

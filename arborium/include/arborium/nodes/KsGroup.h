@@ -1,0 +1,46 @@
+#pragma once
+
+#include <arborium/nodes/KsChildList.h>
+#include <arborium/nodes/KsNode.h>
+
+/// A node with children, traversed in their order.
+class ARBORIUM_API KsGroup : public KsNode {
+    KS_NODE_HEADER(KsGroup);
+
+public:
+    KsGroup();
+
+    /// A null child is refused with a message, as is one that would stand below itself.
+    void addChild(KsNode* child);
+    /// `index` from 0 to the number of children; others are refused with a message.
+    void insertChild(KsNode* child, int index);
+    /// Null with a message if the index is out of range.
+    KsNode* getChild(int index) const;
+    int getNumChildren() const { return m_children.getLength(); }
+    /// -1 if it is no child.
+    int findChild(const KsNode* child) const { return m_children.find(child); }
+    void removeChild(KsNode* child);
+    void removeChild(int index);
+    void removeAllChildren();
+    void replaceChild(KsNode* oldChild, KsNode* newChild);
+    void replaceChild(int index, KsNode* newChild);
+
+    bool isGroup() const override { return true; }
+    KsChildList* getChildren() const override { return &m_children; }
+    bool affectsState() const override;
+
+    void doAction(KsAction* action) override;
+    void getBoundingBox(KsGetBoundingBoxAction* action) override;
+    void getMatrix(KsGetMatrixAction* action) override;
+    void search(KsSearchAction* action) override;
+    void write(KsWriteAction* action) override;
+    bool readInstance(KsInput* in, unsigned short flags) override;
+    virtual bool readChildren(KsInput* in);
+
+protected:
+    ~KsGroup() override;
+    void copyContents(const KsNode* from, Copier& copier) override;
+
+private:
+    mutable KsChildList m_children;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <arborium/base/KsApi.h>
+
+#include <vector>
+
+class KsNode;
+
+/// A list of nodes that holds one reference to each.
+class ARBORIUM_API KsNodeList {
+public:
+    KsNodeList() = default;
+    KsNodeList(const KsNodeList& other);
+    KsNodeList& operator=(const KsNodeList& other);
+    virtual ~KsNodeList();
+
+    virtual void append(KsNode* node);
+    virtual void insert(KsNode* node, int index);
+    virtual void set(int index, KsNode* node);
+    virtual void remove(int index);
+    virtual void truncate(int length);
+    int find(const KsNode* node) const;
+    int getLength() const { return static_cast<int>(m_nodes.size()); }
+    /// Null if the index is out of range.
+    KsNode* operator[](int index) const
+    {
+        return index >= 0 && index < getLength() ? m_nodes[static_cast<std::size_t>(index)]
+                                                 : nullptr;
+    }
+    KsNode* get(int index) const { return (*this)[index]; }
+
+protected:
+    std::vector<KsNode*> m_nodes;
+};
