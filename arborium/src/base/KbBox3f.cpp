@@ -3,8 +3,7 @@
 
 void KbBox3f::transform(const KbMatrix& matrix)
 {
-    if (isEmpty())
-        return;
+    if (isEmpty()) return;
     if (matrix.isAffine()) {
         // Each matrix entry moves a bound by one of two amounts; the lesser goes to the minimum.
         KbVec3f minimum(matrix[3]), maximum(matrix[3]);

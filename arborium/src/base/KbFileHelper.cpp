@@ -46,15 +46,15 @@ bool getMode(const KbString& path, mode_t& mode)
 {
     const std::string native = KbFileHelper::toNative(path);
     struct stat info;
-    if (!isUsable(native) || ::stat(native.c_str(), &info) != 0)
-        return false;
+    if (!isUsable(native) || ::stat(native.c_str(), &info) != 0) return false;
     mode = info.st_mode;
     return true;
 }
 
 std::string realPath(const std::string& path)
 {
-    const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), &std::free);
+    const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr),
+                                                      &std::free);
     return real ? std::string(real.get()) : std::string();
 }
 
@@ -68,20 +68,15 @@ bool writeAll(int fd, std::string_view bytes)
 {
     while (!bytes.empty()) {
         const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
         bytes.remove_prefix(static_cast<std::size_t>(n));
     }
     return true;
 }
 
 // Flushes to the device; file systems that cannot say so do not count as failing.
-bool flush(int fd)
-{
-    return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS;
-}
+bool flush(int fd) { return ::fsync(fd) == 0 || errno == EINVAL || errno == EROFS; }
 
 // Makes a new file beside `path`; its name is returned in `name`. -1 with errno.
 int createBeside(const std::string& path, std::string& name)
@@ -92,8 +87,7 @@ int createBeside(const std::string& path, std::string& name)
     for (int i = 0; i < 1000; ++i) {
         name = stem + std::to_string(s_counter++);
         const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST)
-            return fd;
+        if (fd >= 0 || errno != EEXIST) return fd;
     }
     return -1;
 }
@@ -103,10 +97,7 @@ bool isNameStart(char16_t c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
-bool isNamePart(char16_t c)
-{
-    return isNameStart(c) || (c >= '0' && c <= '9');
-}
+bool isNamePart(char16_t c) { return isNameStart(c) || (c >= '0' && c <= '9'); }
 
 } // namespace
 
@@ -135,19 +126,16 @@ bool KbFileHelper::isDirectory(const KbString& path)
 
 KbString KbFileHelper::toUnixPath(const KbString& path)
 {
-    if (path.find("\\") == KbString::npos)
-        return path;
+    if (path.find("\\") == KbString::npos) return path;
     if (path.isUnicode()) {
         std::u16string text = path.toUtf16();
         for (char16_t& c : text)
-            if (c == u'\\')
-                c = u'/';
+            if (c == u'\\') c = u'/';
         return KbString::fromUtf16(text);
     }
     std::string text = path.toLatin1();
     for (char& c : text)
-        if (c == '\\')
-            c = '/';
+        if (c == '\\') c = '/';
     return KbString(std::move(text));
 }
 
@@ -171,8 +159,7 @@ KbString KbFileHelper::expandString(const KbString& text)
         const int name = i + (braced ? 2 : 1);
         int end = name;
         if (isNameStart(text[end]))
-            while (isNamePart(text[end]))
-                ++end;
+            while (isNamePart(text[end])) ++end;
         const KbString* value = nullptr;
         if (end > name && (!braced || text[end] == '}'))
             value = KsPreferences::getStringValue(text.getSubString(name, end));
@@ -191,7 +178,8 @@ KbString KbFileHelper::getDirectory(const KbString& path)
 {
     const int slash = path.rfind("/");
     return slash == KbString::npos ? KbString(".")
-                                   : slash == 0 ? KbString("/") : path.getSubString(0, slash);
+           : slash == 0            ? KbString("/")
+                                   : path.getSubString(0, slash);
 }
 
 KbString KbFileHelper::getFileName(const KbString& path)
@@ -199,15 +187,11 @@ KbString KbFileHelper::getFileName(const KbString& path)
     return path.getSubString(path.rfind("/") + 1, -1);
 }
 
-bool KbFileHelper::isAbsolute(const KbString& path)
-{
-    return path[0] == '/';
-}
+bool KbFileHelper::isAbsolute(const KbString& path) { return path[0] == '/'; }
 
 KbString KbFileHelper::join(const KbString& directory, const KbString& name)
 {
-    if (directory.isEmpty() || isAbsolute(name))
-        return name;
+    if (directory.isEmpty() || isAbsolute(name)) return name;
     return directory.endsWith("/") ? directory + name : directory + "/" + name;
 }
 
@@ -221,71 +205,56 @@ KbFileHelper::Status KbFileHelper::readWholeFile(const KbString& path, std::uint
                                                  std::string& bytes)
 {
     const std::string native = toNative(path);
-    if (!isUsable(native))
-        return Status::NotFound;
+    if (!isUsable(native)) return Status::NotFound;
     // Not blocking: a pipe without a writer would hold the program up.
     const Descriptor file(::open(native.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.isOpen()) {
-        if (errno == ENXIO)
-            return Status::NotRegular;
+        if (errno == ENXIO) return Status::NotRegular;
         return errno == ENOENT || errno == ENOTDIR ? Status::NotFound : Status::Failed;
     }
     struct stat info;
-    if (::fstat(file.get(), &info) != 0)
-        return Status::Failed;
-    if (!S_ISREG(info.st_mode))
-        return Status::NotRegular;
+    if (::fstat(file.get(), &info) != 0) return Status::Failed;
+    if (!S_ISREG(info.st_mode)) return Status::NotRegular;
     const std::uint64_t size = static_cast<std::uint64_t>(info.st_size);
-    if (size > limit)
-        return Status::TooLarge;
+    if (size > limit) return Status::TooLarge;
 
     // The size is only a first guess: some files show 0, and a file may grow while it is read.
     std::string content(static_cast<std::size_t>(size) + 1, '\0');
     std::size_t filled = 0;
     for (;;) {
-        if (filled == content.size())
-            content.resize(content.size() * 2);
+        if (filled == content.size()) content.resize(content.size() * 2);
         const ssize_t n = ::read(file.get(), &content[filled], content.size() - filled);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return Status::Failed;
-        if (n == 0)
-            break;
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return Status::Failed;
+        if (n == 0) break;
         filled += static_cast<std::size_t>(n);
-        if (filled > limit)
-            return Status::TooLarge;
+        if (filled > limit) return Status::TooLarge;
     }
     content.resize(filled);
     bytes = std::move(content);
     return Status::Ok;
 }
 
-bool KbFileHelper::writeFileAtomically(const KbString& path, std::string_view bytes, KbString* error)
+bool KbFileHelper::writeFileAtomically(const KbString& path, std::string_view bytes,
+                                       KbString* error)
 {
     const auto fail = [error](int code) {
-        if (error)
-            *error = KbString(std::generic_category().message(code));
+        if (error) *error = KbString(std::generic_category().message(code));
         return false;
     };
     std::string target = toNative(path);
-    if (!isUsable(target))
-        return fail(ENOENT);
+    if (!isUsable(target)) return fail(ENOENT);
     // Through a link the file that it names is replaced, not the link.
     const std::string real = realPath(target);
-    if (!real.empty())
-        target = real;
+    if (!real.empty()) target = real;
     struct stat info;
     const bool exists = ::stat(target.c_str(), &info) == 0;
-    if (exists && !S_ISREG(info.st_mode))
-        return fail(S_ISDIR(info.st_mode) ? EISDIR : EINVAL);
-    if (exists && ::access(target.c_str(), W_OK) != 0)
-        return fail(errno);
+    if (exists && !S_ISREG(info.st_mode)) return fail(S_ISDIR(info.st_mode) ? EISDIR : EINVAL);
+    if (exists && ::access(target.c_str(), W_OK) != 0) return fail(errno);
 
     std::string temporary;
     Descriptor file(createBeside(target, temporary));
-    if (!file.isOpen())
-        return fail(errno);
+    if (!file.isOpen()) return fail(errno);
     errno = 0;
     const bool written = (!exists || ::fchmod(file.get(), info.st_mode & 0777) == 0) &&
                          writeAll(file.get(), bytes) && flush(file.get()) && file.close() &&
@@ -298,7 +267,6 @@ bool KbFileHelper::writeFileAtomically(const KbString& path, std::string_view by
     // The new name itself; the content is safe already, so that a failure here changes nothing.
     const Descriptor directory(
         ::open(directoryOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.isOpen())
-        flush(directory.get());
+    if (directory.isOpen()) flush(directory.get());
     return true;
 }

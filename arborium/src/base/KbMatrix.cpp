@@ -38,8 +38,7 @@ void completeFrame(Matrix3& frame, const bool (&isFlat)[3])
         const Matrix3 turn =
             Eigen::Quaterniond::FromTwoVectors(axis, image).toRotationMatrix().transpose();
         for (int i = 0; i < 3; ++i)
-            if (isFlat[i])
-                frame.row(i) = turn.row(i);
+            if (isFlat[i]) frame.row(i) = turn.row(i);
     } else if (flat == 1) {
         const Vector3 a = frame.row((someFlat + 1) % 3).transpose();
         const Vector3 b = frame.row((someFlat + 2) % 3).transpose();
@@ -50,8 +49,7 @@ void completeFrame(Matrix3& frame, const bool (&isFlat)[3])
 // Of a frame that mirrors, turns one row around, or all three, whichever leaves the least rotation.
 void unmirrorRows(Matrix3& frame, Vector3& scale)
 {
-    if (frame.determinant() >= 0)
-        return;
+    if (frame.determinant() >= 0) return;
     int best = -1;
     double bestTrace = -frame.trace();
     for (int i = 0; i < 3; ++i) {
@@ -77,8 +75,7 @@ bool splitPerpendicularRows(const Matrix3& linear, Vector3& scale, Matrix3& rota
     for (int i = 0; i < 3; ++i) {
         scale[i] = linear.row(i).norm();
         isFlat[i] = scale[i] <= s_flat * largest;
-        if (isFlat[i])
-            scale[i] = 0;
+        if (isFlat[i]) scale[i] = 0;
         rotation.row(i) = isFlat[i] ? Eigen::RowVector3d(Eigen::RowVector3d::Zero())
                                     : Eigen::RowVector3d(linear.row(i) / scale[i]);
     }
@@ -114,8 +111,7 @@ void splitSheared(const Matrix3& linear, Vector3& scale, Matrix3& orientation, M
             }
         }
         Vector3 signs = best < 0 ? Vector3(-Vector3::Ones()) : Vector3(Vector3::Ones());
-        if (best >= 0)
-            signs[best] = -1;
+        if (best >= 0) signs[best] = -1;
         turned = u * signs.asDiagonal() * v.transpose();
         scale = scale.cwiseProduct(signs);
     }
@@ -126,8 +122,7 @@ void splitSheared(const Matrix3& linear, Vector3& scale, Matrix3& orientation, M
     double bestSum = -1;
     do {
         double sum = 0;
-        for (int i = 0; i < 3; ++i)
-            sum += std::fabs(u(i, order[i]));
+        for (int i = 0; i < 3; ++i) sum += std::fabs(u(i, order[i]));
         if (sum > bestSum + 1e-12) {
             bestSum = sum;
             std::copy(order, order + 3, bestOrder);
@@ -142,8 +137,7 @@ void splitSheared(const Matrix3& linear, Vector3& scale, Matrix3& orientation, M
     if (axes.determinant() < 0) {
         int least = 0;
         for (int i = 1; i < 3; ++i)
-            if (std::fabs(axes(i, i)) < std::fabs(axes(least, least)))
-                least = i;
+            if (std::fabs(axes(i, i)) < std::fabs(axes(least, least))) least = i;
         axes.col(least) = -axes.col(least);
     }
     scale = sorted;
@@ -163,67 +157,47 @@ KbRotation toRotation(const Matrix3& rows)
 KbMatrix::KbMatrix(float a11, float a12, float a13, float a14, float a21, float a22, float a23,
                    float a24, float a31, float a32, float a33, float a34, float a41, float a42,
                    float a43, float a44)
-    : m_value{{a11, a12, a13, a14},
-              {a21, a22, a23, a24},
-              {a31, a32, a33, a34},
-              {a41, a42, a43, a44}}
-{
-}
+    : m_value{
+          {a11, a12, a13, a14}, {a21, a22, a23, a24}, {a31, a32, a33, a34}, {a41, a42, a43, a44}}
+{}
 
-void KbMatrix::getValue(float (&rows)[4][4]) const
-{
-    std::memcpy(rows, m_value, sizeof m_value);
-}
+void KbMatrix::getValue(float (&rows)[4][4]) const { std::memcpy(rows, m_value, sizeof m_value); }
 
-void KbMatrix::setValue(const float (&rows)[4][4])
-{
-    std::memmove(m_value, rows, sizeof m_value);
-}
+void KbMatrix::setValue(const float (&rows)[4][4]) { std::memmove(m_value, rows, sizeof m_value); }
 
 void KbMatrix::setValue(const float* values)
 {
-    if (values)
-        std::memmove(m_value, values, sizeof m_value);
+    if (values) std::memmove(m_value, values, sizeof m_value);
 }
 
 void KbMatrix::makeIdentity()
 {
     for (int i = 0; i < 4; ++i)
-        for (int j = 0; j < 4; ++j)
-            m_value[i][j] = i == j ? 1.0f : 0.0f;
+        for (int j = 0; j < 4; ++j) m_value[i][j] = i == j ? 1.0f : 0.0f;
 }
 
 void KbMatrix::setTranslate(const KbVec3f& translation)
 {
     makeIdentity();
-    for (int i = 0; i < 3; ++i)
-        m_value[3][i] = translation[i];
+    for (int i = 0; i < 3; ++i) m_value[3][i] = translation[i];
 }
 
-void KbMatrix::setScale(float factor)
-{
-    setScale(KbVec3f(factor, factor, factor));
-}
+void KbMatrix::setScale(float factor) { setScale(KbVec3f(factor, factor, factor)); }
 
 void KbMatrix::setScale(const KbVec3f& factors)
 {
     makeIdentity();
-    for (int i = 0; i < 3; ++i)
-        m_value[i][i] = factors[i];
+    for (int i = 0; i < 3; ++i) m_value[i][i] = factors[i];
 }
 
-void KbMatrix::setRotate(const KbRotation& rotation)
-{
-    rotation.getValue(*this);
-}
+void KbMatrix::setRotate(const KbRotation& rotation) { rotation.getValue(*this); }
 
 void KbMatrix::setTransform(const KbVec3f& translation, const KbRotation& rotation,
                             const KbVec3f& scale)
 {
     setRotate(rotation);
     for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j)
-            m_value[i][j] *= scale[i];
+        for (int j = 0; j < 3; ++j) m_value[i][j] *= scale[i];
         m_value[3][i] = translation[i];
     }
 }
@@ -241,8 +215,7 @@ void KbMatrix::setTransform(const KbVec3f& translation, const KbRotation& rotati
     setRotate(scaleOrientation.inverse());
     multRight(scaled);
     multRight(turn);
-    for (int i = 0; i < 3; ++i)
-        m_value[3][i] = translation[i];
+    for (int i = 0; i < 3; ++i) m_value[3][i] = translation[i];
 }
 
 void KbMatrix::setTransform(const KbVec3f& translation, const KbRotation& rotation,
@@ -252,8 +225,7 @@ void KbMatrix::setTransform(const KbVec3f& translation, const KbRotation& rotati
     setTransform(translation, rotation, scale, scaleOrientation);
     KbVec3f moved;
     multDirMatrix(center, moved);
-    for (int i = 0; i < 3; ++i)
-        m_value[3][i] = translation[i] + center[i] - moved[i];
+    for (int i = 0; i < 3; ++i) m_value[3][i] = translation[i] + center[i] - moved[i];
 }
 
 void KbMatrix::getTransform(KbVec3f& translation, KbRotation& rotation, KbVec3f& scale,
@@ -262,26 +234,23 @@ void KbMatrix::getTransform(KbVec3f& translation, KbRotation& rotation, KbVec3f&
     translation.setValue(0, 0, 0);
     rotation = scaleOrientation = KbRotation();
     scale.setValue(1, 1, 1);
-    if (!isFinite())
-        return;
+    if (!isFinite()) return;
 
     const double w = m_value[3][3] == 0.0f ? 1.0 : m_value[3][3];
     Matrix3 linear;
     for (int i = 0; i < 3; ++i) {
         translation[i] = static_cast<float>(m_value[3][i] / w);
-        for (int j = 0; j < 3; ++j)
-            linear(i, j) = m_value[i][j] / w;
+        for (int j = 0; j < 3; ++j) linear(i, j) = m_value[i][j] / w;
     }
     Vector3 factors;
     Matrix3 turn;
     if (!splitPerpendicularRows(linear, factors, turn)) {
-        Matrix3 orientation;
+        Matrix3 orientation = Matrix3::Identity();
         splitSheared(linear, factors, orientation, turn);
         scaleOrientation = toRotation(orientation);
     }
     rotation = toRotation(turn);
-    for (int i = 0; i < 3; ++i)
-        scale[i] = static_cast<float>(factors[i]);
+    for (int i = 0; i < 3; ++i) scale[i] = static_cast<float>(factors[i]);
 }
 
 void KbMatrix::getTransform(KbVec3f& translation, KbRotation& rotation, KbVec3f& scale,
@@ -316,9 +285,12 @@ KbMatrix& KbMatrix::multLeft(const KbMatrix& m)
 float KbMatrix::det3() const
 {
     const auto& m = m_value;
-    const double a = static_cast<double>(m[1][1]) * m[2][2] - static_cast<double>(m[1][2]) * m[2][1];
-    const double b = static_cast<double>(m[1][0]) * m[2][2] - static_cast<double>(m[1][2]) * m[2][0];
-    const double c = static_cast<double>(m[1][0]) * m[2][1] - static_cast<double>(m[1][1]) * m[2][0];
+    const double a =
+        static_cast<double>(m[1][1]) * m[2][2] - static_cast<double>(m[1][2]) * m[2][1];
+    const double b =
+        static_cast<double>(m[1][0]) * m[2][2] - static_cast<double>(m[1][2]) * m[2][0];
+    const double c =
+        static_cast<double>(m[1][0]) * m[2][1] - static_cast<double>(m[1][1]) * m[2][0];
     return static_cast<float>(m[0][0] * a - m[0][1] * b + m[0][2] * c);
 }
 
@@ -326,8 +298,7 @@ float KbMatrix::det4() const
 {
     Eigen::Matrix4d m;
     for (int i = 0; i < 4; ++i)
-        for (int j = 0; j < 4; ++j)
-            m(i, j) = m_value[i][j];
+        for (int j = 0; j < 4; ++j) m(i, j) = m_value[i][j];
     return static_cast<float>(m.determinant());
 }
 
@@ -340,37 +311,28 @@ bool KbMatrix::invert(double (&result)[4][4]) const
         double largest = 0;
         for (int j = 0; j < 4; ++j)
             largest = std::max(largest, std::fabs(static_cast<double>(m_value[i][j])));
-        if (!(largest > 0) || !std::isfinite(largest))
-            return false;
-        for (int j = 0; j < 4; ++j)
-            a[i][j] = m_value[i][j] / largest;
+        if (!(largest > 0) || !std::isfinite(largest)) return false;
+        for (int j = 0; j < 4; ++j) a[i][j] = m_value[i][j] / largest;
         a[i][4 + i] = 1 / largest;
     }
     for (int column = 0; column < 4; ++column) {
         int pivot = column;
         for (int i = column + 1; i < 4; ++i)
-            if (std::fabs(a[i][column]) > std::fabs(a[pivot][column]))
-                pivot = i;
-        if (!(std::fabs(a[pivot][column]) > 1e-14))
-            return false;
-        if (pivot != column)
-            std::swap_ranges(a[pivot], a[pivot] + 8, a[column]);
+            if (std::fabs(a[i][column]) > std::fabs(a[pivot][column])) pivot = i;
+        if (!(std::fabs(a[pivot][column]) > 1e-14)) return false;
+        if (pivot != column) std::swap_ranges(a[pivot], a[pivot] + 8, a[column]);
         const double divisor = a[column][column];
-        for (double& v : a[column])
-            v /= divisor;
+        for (double& v : a[column]) v /= divisor;
         for (int i = 0; i < 4; ++i) {
-            if (i == column)
-                continue;
+            if (i == column) continue;
             const double factor = a[i][column];
-            for (int j = 0; j < 8; ++j)
-                a[i][j] -= factor * a[column][j];
+            for (int j = 0; j < 8; ++j) a[i][j] -= factor * a[column][j];
         }
     }
     for (int i = 0; i < 4; ++i) {
         for (int j = 0; j < 4; ++j) {
             result[i][j] = a[i][4 + j];
-            if (!(std::fabs(result[i][j]) <= std::numeric_limits<float>::max()))
-                return false;
+            if (!(std::fabs(result[i][j]) <= std::numeric_limits<float>::max())) return false;
         }
     }
     return true;
@@ -382,11 +344,9 @@ KbMatrix KbMatrix::inverse() const
     double rows[4][4];
     if (invert(rows)) {
         for (int i = 0; i < 4; ++i)
-            for (int j = 0; j < 4; ++j)
-                inverted.m_value[i][j] = static_cast<float>(rows[i][j]);
+            for (int j = 0; j < 4; ++j) inverted.m_value[i][j] = static_cast<float>(rows[i][j]);
         if (isAffine()) // what rounding left of it
-            for (int i = 0; i < 4; ++i)
-                inverted.m_value[i][3] = i == 3 ? 1.0f : 0.0f;
+            for (int i = 0; i < 4; ++i) inverted.m_value[i][3] = i == 3 ? 1.0f : 0.0f;
     }
     return inverted;
 }
@@ -401,8 +361,7 @@ KbMatrix KbMatrix::transpose() const
 {
     KbMatrix m;
     for (int i = 0; i < 4; ++i)
-        for (int j = 0; j < 4; ++j)
-            m.m_value[i][j] = m_value[j][i];
+        for (int j = 0; j < 4; ++j) m.m_value[i][j] = m_value[j][i];
     return m;
 }
 
@@ -453,10 +412,7 @@ void KbMatrix::multLineMatrix(const KbLine& source, KbLine& result) const
     }
 }
 
-bool KbMatrix::isIdentity() const
-{
-    return *this == KbMatrix();
-}
+bool KbMatrix::isIdentity() const { return *this == KbMatrix(); }
 
 bool KbMatrix::isAffine() const
 {
@@ -468,15 +424,13 @@ bool KbMatrix::isFinite() const
 {
     for (const auto& row : m_value)
         for (float v : row)
-            if (!std::isfinite(v))
-                return false;
+            if (!std::isfinite(v)) return false;
     return true;
 }
 
 bool KbMatrix::equals(const KbMatrix& m, float tolerance) const
 {
     for (int i = 0; i < 4; ++i)
-        if (!KbVec4f(m_value[i]).equals(KbVec4f(m.m_value[i]), tolerance))
-            return false;
+        if (!KbVec4f(m_value[i]).equals(KbVec4f(m.m_value[i]), tolerance)) return false;
     return true;
 }

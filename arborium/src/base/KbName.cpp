@@ -21,8 +21,7 @@ struct NameTable {
 
     const std::string* find(std::string_view text)
     {
-        if (text.empty())
-            return nullptr;
+        if (text.empty()) return nullptr;
         const std::lock_guard<std::mutex> lock(mutex);
         const auto it = names.find(text);
         return it == names.end() ? nullptr : it->second.get();
@@ -30,12 +29,10 @@ struct NameTable {
 
     const std::string* intern(std::string_view text)
     {
-        if (text.empty())
-            return nullptr;
+        if (text.empty()) return nullptr;
         const std::lock_guard<std::mutex> lock(mutex);
         const auto it = names.find(text);
-        if (it != names.end())
-            return it->second.get();
+        if (it != names.end()) return it->second.get();
         auto copy = std::make_unique<const std::string>(text);
         const std::string* const kept = copy.get();
         names.emplace(*kept, std::move(copy));
@@ -52,8 +49,7 @@ KbName::KbName(const std::string& text) : KbName(std::string_view(text)) {}
 // Up to a zero byte, so that all ways to read a name show the same text.
 KbName::KbName(std::string_view text)
     : m_text(NameTable::get().intern(text.substr(0, text.find('\0'))))
-{
-}
+{}
 
 KbName::KbName(const KbString& text) : KbName(std::string_view(text.toLatin1())) {}
 
@@ -66,14 +62,12 @@ KbName KbName::findExisting(std::string_view text)
 
 bool KbName::isIdentifier(std::string_view text)
 {
-    if (text.empty())
-        return false;
+    if (text.empty()) return false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const unsigned char c = static_cast<unsigned char>(text[i]);
         const bool letter =
             (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c >= 0x80;
-        if (letter)
-            continue;
+        if (letter) continue;
         if (i == 0 || c <= ' ' || c == 0x7f ||
             std::string_view("\"'\\{}.+#").find(static_cast<char>(c)) != std::string_view::npos)
             return false;
@@ -81,7 +75,4 @@ bool KbName::isIdentifier(std::string_view text)
     return true;
 }
 
-std::ostream& operator<<(std::ostream& out, const KbName& name)
-{
-    return out << name.view();
-}
+std::ostream& operator<<(std::ostream& out, const KbName& name) { return out << name.view(); }

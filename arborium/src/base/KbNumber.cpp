@@ -7,10 +7,7 @@
 
 namespace {
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view skipBlanks(std::string_view text)
 {
@@ -29,44 +26,37 @@ std::string_view skipPlus(std::string_view text)
 // Whether a number that no float can hold is too small rather than too large.
 bool isTiny(std::string_view text)
 {
-    if (!text.empty() && text[0] == '-')
-        text.remove_prefix(1);
+    if (!text.empty() && text[0] == '-') text.remove_prefix(1);
     std::int64_t exponent = 0;
     const std::size_t e = text.find_first_of("eE");
     if (e != std::string_view::npos) {
         const std::string_view power = skipPlus(text.substr(e + 1));
         const auto r = std::from_chars(power.data(), power.data() + power.size(), exponent);
-        if (r.ec == std::errc::result_out_of_range)
-            return power[0] == '-';
+        if (r.ec == std::errc::result_out_of_range) return power[0] == '-';
         text = text.substr(0, e);
     }
     // The power of ten of the first digit that is not zero.
     const std::size_t point = std::min(text.find('.'), text.size());
     const std::size_t digit = text.find_first_not_of("0.");
-    if (digit == std::string_view::npos)
-        return true;
+    if (digit == std::string_view::npos) return true;
     const std::int64_t place = digit < point ? static_cast<std::int64_t>(point - digit)
                                              : -static_cast<std::int64_t>(digit - point - 1);
     return place + exponent < 0;
 }
 
-template <class T>
-KbNumber::Result parseReal(std::string_view text, T& value, bool allowNonFinite)
+template <class T> KbNumber::Result parseReal(std::string_view text, T& value, bool allowNonFinite)
 {
     using KbNumber::Result;
     text = skipPlus(text);
     T number = 0;
     const char* const end = text.data() + text.size();
     const auto r = std::from_chars(text.data(), end, number);
-    if (r.ec == std::errc::invalid_argument || r.ptr != end)
-        return Result::NotANumber;
+    if (r.ec == std::errc::invalid_argument || r.ptr != end) return Result::NotANumber;
     if (r.ec == std::errc::result_out_of_range) {
-        if (!isTiny(text))
-            return Result::OutOfRange;
+        if (!isTiny(text)) return Result::OutOfRange;
         number = text[0] == '-' ? -T(0) : T(0);
     }
-    if (!std::isfinite(number) && !allowNonFinite)
-        return Result::NotFinite;
+    if (!std::isfinite(number) && !allowNonFinite) return Result::NotFinite;
     value = number;
     return Result::Ok;
 }
@@ -85,12 +75,10 @@ template <class T> KbNumber::Result parseWhole(std::string_view text, T& value)
     std::uint64_t magnitude = 0;
     const char* const end = digits.data() + digits.size();
     const auto r = std::from_chars(digits.data(), end, magnitude, base);
-    if (r.ec == std::errc::invalid_argument || r.ptr != end)
-        return Result::NotANumber;
+    if (r.ec == std::errc::invalid_argument || r.ptr != end) return Result::NotANumber;
     const std::uint64_t top = static_cast<std::uint64_t>(std::numeric_limits<T>::max());
     const std::uint64_t limit = !negative ? top : std::numeric_limits<T>::is_signed ? top + 1 : 0;
-    if (r.ec == std::errc::result_out_of_range || magnitude > limit)
-        return Result::OutOfRange;
+    if (r.ec == std::errc::result_out_of_range || magnitude > limit) return Result::OutOfRange;
     const std::int64_t number = static_cast<std::int64_t>(magnitude);
     value = static_cast<T>(negative ? -number : number);
     return Result::Ok;
@@ -102,9 +90,9 @@ template <class T> void appendReal(std::string& text, T value)
     // Plain digits where they are not much longer: 100000 rather than 1e+05.
     const T size = std::fabs(value);
     const bool plain = size == 0 || (size >= T(1e-5) && size < T(1e9));
-    const auto r = plain
-                       ? std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed)
-                       : std::to_chars(buffer, buffer + sizeof buffer, value);
+    const auto r =
+        plain ? std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed)
+              : std::to_chars(buffer, buffer + sizeof buffer, value);
     text.append(buffer, r.ptr);
 }
 
@@ -112,15 +100,9 @@ template <class T> void appendReal(std::string& text, T value)
 
 namespace KbNumber {
 
-Result parseInt32(std::string_view text, std::int32_t& value)
-{
-    return parseWhole(text, value);
-}
+Result parseInt32(std::string_view text, std::int32_t& value) { return parseWhole(text, value); }
 
-Result parseUInt32(std::string_view text, std::uint32_t& value)
-{
-    return parseWhole(text, value);
-}
+Result parseUInt32(std::string_view text, std::uint32_t& value) { return parseWhole(text, value); }
 
 Result parseFloat(std::string_view text, float& value, bool allowNonFinite)
 {
@@ -137,8 +119,7 @@ std::int32_t leadingInt32(std::string_view text, bool* ok)
     text = skipPlus(skipBlanks(text));
     std::int32_t number = 0;
     const auto r = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (ok)
-        *ok = r.ec != std::errc::invalid_argument;
+    if (ok) *ok = r.ec != std::errc::invalid_argument;
     if (r.ec == std::errc::result_out_of_range)
         return text[0] == '-' ? std::numeric_limits<std::int32_t>::min()
                               : std::numeric_limits<std::int32_t>::max();
@@ -149,40 +130,31 @@ float leadingFloat(std::string_view text, bool* ok)
 {
     text = skipPlus(skipBlanks(text));
     const std::string_view digits = !text.empty() && text[0] == '-' ? text.substr(1) : text;
-    const bool isNumber = !digits.empty() && (isDigit(digits[0]) ||
-                                              (digits.size() > 1 && digits[0] == '.' &&
-                                               isDigit(digits[1])));
-    if (ok)
-        *ok = isNumber;
-    if (!isNumber)
-        return 0;
+    const bool isNumber =
+        !digits.empty() &&
+        (isDigit(digits[0]) || (digits.size() > 1 && digits[0] == '.' && isDigit(digits[1])));
+    if (ok) *ok = isNumber;
+    if (!isNumber) return 0;
     float number = 0;
     const auto r = std::from_chars(text.data(), text.data() + text.size(), number);
     if (r.ec == std::errc::result_out_of_range) {
         text = text.substr(0, static_cast<std::size_t>(r.ptr - text.data()));
-        if (isTiny(text))
-            return 0;
+        if (isTiny(text)) return 0;
         constexpr float top = std::numeric_limits<float>::max();
         return text[0] == '-' ? -top : top;
     }
     return number;
 }
 
-void append(std::string& text, float value)
-{
-    appendReal(text, value);
-}
+void append(std::string& text, float value) { appendReal(text, value); }
 
-void append(std::string& text, double value)
-{
-    appendReal(text, value);
-}
+void append(std::string& text, double value) { appendReal(text, value); }
 
 void append(std::string& text, std::int64_t value, int base)
 {
     char buffer[72];
-    const auto r = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                 base >= 2 && base <= 36 ? base : 10);
+    const auto r =
+        std::to_chars(buffer, buffer + sizeof buffer, value, base >= 2 && base <= 36 ? base : 10);
     text.append(buffer, r.ptr);
 }
 
@@ -209,8 +181,7 @@ std::string toString(std::int32_t value, int base)
 
 std::int32_t toInt32(double value)
 {
-    if (std::isnan(value))
-        return 0;
+    if (std::isnan(value)) return 0;
     if (value >= std::numeric_limits<std::int32_t>::max())
         return std::numeric_limits<std::int32_t>::max();
     if (value <= std::numeric_limits<std::int32_t>::min())
@@ -227,8 +198,7 @@ constexpr std::size_t s_longestPrint = 95;
 
 void keep(std::string& literal, char c)
 {
-    if (literal.size() < s_longestPrint)
-        literal += c;
+    if (literal.size() < s_longestPrint) literal += c;
 }
 
 // Reads digits up to `limit`; false beyond it. No digit at all leaves `number` as it is.
@@ -236,8 +206,7 @@ bool readDigits(std::string_view format, std::size_t& i, int limit, int& number)
 {
     for (bool first = true; i < format.size() && isDigit(format[i]); ++i, first = false) {
         number = (first ? 0 : number * 10) + (format[i] - '0');
-        if (number > limit)
-            return false;
+        if (number > limit) return false;
     }
     return true;
 }
@@ -245,16 +214,12 @@ bool readDigits(std::string_view format, std::size_t& i, int limit, int& number)
 void toUpper(std::string& text)
 {
     for (char& c : text)
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 'a' + 'A');
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
 }
 
 } // namespace
 
-bool KbNumberFormat::parse(const char* format)
-{
-    return format && parse(std::string_view(format));
-}
+bool KbNumberFormat::parse(const char* format) { return format && parse(std::string_view(format)); }
 
 bool KbNumberFormat::parse(std::string_view format)
 {
@@ -262,8 +227,7 @@ bool KbNumberFormat::parse(std::string_view format)
     bool found = false;
     for (std::size_t i = 0; i < format.size();) {
         std::string& literal = found ? parsed.m_after : parsed.m_before;
-        if (format[i] == '\0')
-            return false;
+        if (format[i] == '\0') return false;
         if (format[i] != '%') {
             keep(literal, format[i++]);
             continue;
@@ -272,8 +236,7 @@ bool KbNumberFormat::parse(std::string_view format)
             keep(literal, format[i++]);
             continue;
         }
-        if (found)
-            return false;
+        if (found) return false;
         found = true;
         for (bool isFlag = true; isFlag && i < format.size();) {
             switch (format[i]) {
@@ -284,29 +247,23 @@ bool KbNumberFormat::parse(std::string_view format)
             case '0': parsed.m_zero = true; break;
             default: isFlag = false;
             }
-            if (isFlag)
-                ++i;
+            if (isFlag) ++i;
         }
-        if (!readDigits(format, i, 99, parsed.m_width))
-            return false;
+        if (!readDigits(format, i, 99, parsed.m_width)) return false;
         if (i < format.size() && format[i] == '.') {
             ++i;
             parsed.m_precision = 0;
-            if (!readDigits(format, i, 30, parsed.m_precision))
-                return false;
+            if (!readDigits(format, i, 30, parsed.m_precision)) return false;
         }
         const bool isLong = i < format.size() && format[i] == 'l';
-        if (isLong)
-            ++i;
-        if (i >= format.size())
-            return false;
+        if (isLong) ++i;
+        if (i >= format.size()) return false;
         parsed.m_conversion = format[i++];
         const char* const allowed = isLong ? "difFeEgG" : "diouxXfFeEgG";
         if (std::string_view(allowed).find(parsed.m_conversion) == std::string_view::npos)
             return false;
     }
-    if (!found)
-        return false;
+    if (!found) return false;
     *this = parsed;
     return true;
 }
@@ -319,8 +276,7 @@ bool KbNumberFormat::isInteger() const
 // Without sign and padding.
 std::string KbNumberFormat::printDigits(double value) const
 {
-    if (!std::isfinite(value))
-        return std::isnan(value) ? "nan" : "inf";
+    if (!std::isfinite(value)) return std::isnan(value) ? "nan" : "inf";
     char buffer[512];
     const auto render = [&](std::chars_format style, int precision) {
         const auto r =
@@ -331,16 +287,11 @@ std::string KbNumberFormat::printDigits(double value) const
     std::string digits;
     switch (m_conversion) {
     case 'f':
-    case 'F':
-        digits = render(std::chars_format::fixed, precision);
-        break;
+    case 'F': digits = render(std::chars_format::fixed, precision); break;
     case 'e':
-    case 'E':
-        digits = render(std::chars_format::scientific, precision);
-        break;
+    case 'E': digits = render(std::chars_format::scientific, precision); break;
     default: {
-        if (!m_alternate)
-            return render(std::chars_format::general, precision);
+        if (!m_alternate) return render(std::chars_format::general, precision);
         // "#" keeps the zeros at the end, which the general style drops.
         precision = std::max(precision, 1);
         digits = render(std::chars_format::scientific, precision - 1);
@@ -357,32 +308,27 @@ std::string KbNumberFormat::printDigits(double value) const
 
 std::string KbNumberFormat::print(double value) const
 {
-    if (isInteger())
-        return print(KbNumber::toInt32(value));
+    if (isInteger()) return print(KbNumber::toInt32(value));
 
     std::string digits = printDigits(value);
-    if (m_conversion == 'F' || m_conversion == 'E' || m_conversion == 'G')
-        toUpper(digits);
+    if (m_conversion == 'F' || m_conversion == 'E' || m_conversion == 'G') toUpper(digits);
     const std::string sign = std::signbit(value) ? "-" : m_plus ? "+" : m_blank ? " " : "";
     return finish(sign, std::move(digits), m_zero && std::isfinite(value));
 }
 
 std::string KbNumberFormat::print(std::int32_t value) const
 {
-    if (!isInteger())
-        return print(static_cast<double>(value));
+    if (!isInteger()) return print(static_cast<double>(value));
 
     const bool isSigned = m_conversion == 'd' || m_conversion == 'i';
     const int base = isSigned || m_conversion == 'u' ? 10 : m_conversion == 'o' ? 8 : 16;
-    const std::int64_t magnitude = isSigned ? std::abs(std::int64_t{value})
-                                            : std::int64_t{static_cast<std::uint32_t>(value)};
+    const std::int64_t magnitude =
+        isSigned ? std::abs(std::int64_t{value}) : std::int64_t{static_cast<std::uint32_t>(value)};
     std::string digits;
-    if (magnitude != 0 || m_precision != 0)
-        KbNumber::append(digits, magnitude, base);
+    if (magnitude != 0 || m_precision != 0) KbNumber::append(digits, magnitude, base);
     if (m_precision > static_cast<int>(digits.size()))
         digits.insert(0, static_cast<std::size_t>(m_precision) - digits.size(), '0');
-    if (m_alternate && base == 8 && (digits.empty() || digits[0] != '0'))
-        digits.insert(0, 1, '0');
+    if (m_alternate && base == 8 && (digits.empty() || digits[0] != '0')) digits.insert(0, 1, '0');
     std::string prefix;
     if (isSigned)
         prefix = value < 0 ? "-" : m_plus ? "+" : m_blank ? " " : "";
@@ -401,16 +347,12 @@ std::string KbNumberFormat::finish(const std::string& prefix, std::string digits
     const std::size_t width = static_cast<std::size_t>(m_width);
     const std::size_t padding = width > length ? width - length : 0;
     std::string text = m_before;
-    if (!m_left && !zeros)
-        text.append(padding, ' ');
+    if (!m_left && !zeros) text.append(padding, ' ');
     text += prefix;
-    if (!m_left && zeros)
-        text.append(padding, '0');
+    if (!m_left && zeros) text.append(padding, '0');
     text += digits;
-    if (m_left)
-        text.append(padding, ' ');
+    if (m_left) text.append(padding, ' ');
     text += m_after;
-    if (text.size() > s_longestPrint)
-        text.resize(s_longestPrint);
+    if (text.size() > s_longestPrint) text.resize(s_longestPrint);
     return text;
 }

@@ -11,8 +11,7 @@ constexpr int s_longestList = 16 * 1024 * 1024;
 
 KbPList::KbPList(int capacity)
 {
-    if (capacity > 0)
-        m_items.reserve(static_cast<std::size_t>(std::min(capacity, s_longestList)));
+    if (capacity > 0) m_items.reserve(static_cast<std::size_t>(std::min(capacity, s_longestList)));
 }
 
 void KbPList::insert(void* item, int index)
@@ -28,40 +27,31 @@ int KbPList::find(const void* item) const
 
 bool KbPList::grow(int index)
 {
-    if (index < 0 || index >= s_longestList)
-        return false;
-    if (index >= getLength())
-        m_items.resize(static_cast<std::size_t>(index) + 1, nullptr);
+    if (index < 0 || index >= s_longestList) return false;
+    if (index >= getLength()) m_items.resize(static_cast<std::size_t>(index) + 1, nullptr);
     return true;
 }
 
 void KbPList::set(int index, void* item)
 {
-    if (grow(index))
-        m_items[static_cast<std::size_t>(index)] = item;
+    if (grow(index)) m_items[static_cast<std::size_t>(index)] = item;
 }
 
 void*& KbPList::operator[](int index)
 {
-    if (grow(index))
-        return m_items[static_cast<std::size_t>(index)];
+    if (grow(index)) return m_items[static_cast<std::size_t>(index)];
     static thread_local void* s_unread;
     return s_unread = nullptr;
 }
 
 void KbPList::remove(int index)
 {
-    if (index >= 0 && index < getLength())
-        m_items.erase(m_items.begin() + index);
+    if (index >= 0 && index < getLength()) m_items.erase(m_items.begin() + index);
 }
 
-void KbPList::removeItem(const void* item)
-{
-    remove(find(item));
-}
+void KbPList::removeItem(const void* item) { remove(find(item)); }
 
 void KbPList::truncate(int length)
 {
-    if (length < getLength())
-        m_items.resize(static_cast<std::size_t>(std::max(length, 0)));
+    if (length < getLength()) m_items.resize(static_cast<std::size_t>(std::max(length, 0)));
 }

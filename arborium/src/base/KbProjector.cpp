@@ -14,20 +14,17 @@ void KbProjector::setWorkingSpace(const KbMatrix& space)
 
 bool KbProjector::tryProject(const KbVec2f& point, KbVec3f& result) const
 {
-    if (!m_hasSpace || !point.isFinite())
-        return false;
+    if (!m_hasSpace || !point.isFinite()) return false;
     KbLine ray;
     m_viewVolume.projectPointToLine(point, ray);
     m_worldToWorking.multLineMatrix(ray, ray);
     KbVec3f hit;
-    if (!intersectShape(ray, hit) || !hit.isFinite())
-        return false;
+    if (!intersectShape(ray, hit) || !hit.isFinite()) return false;
     if (m_viewVolume.getProjectionType() == KbViewVolume::PERSPECTIVE) {
         KbVec3f world;
         m_workingToWorld.multVecMatrix(hit, world);
         m_viewVolume.getCameraMatrix().multVecMatrix(world, world);
-        if (!(world[2] < 0))
-            return false;
+        if (!(world[2] < 0)) return false;
     }
     result = hit;
     return true;
@@ -35,8 +32,7 @@ bool KbProjector::tryProject(const KbVec2f& point, KbVec3f& result) const
 
 bool KbProjector::tryProject(const KbLine& worldRay, KbVec3f& result) const
 {
-    if (!m_hasSpace)
-        return false;
+    if (!m_hasSpace) return false;
     KbLine ray;
     m_worldToWorking.multLineMatrix(worldRay, ray);
     KbVec3f hit;
@@ -83,10 +79,7 @@ KbVec3f KbProjector::getEyeDirection(const KbVec3f& at) const
     return direction.normalize() == 0 ? KbVec3f(0, 0, 1) : direction;
 }
 
-KbLineProjector::KbLineProjector()
-{
-    setLine(KbLine(KbVec3f(0, 0, 0), KbVec3f(0, 1, 0)));
-}
+KbLineProjector::KbLineProjector() { setLine(KbLine(KbVec3f(0, 0, 0), KbVec3f(0, 1, 0))); }
 
 void KbLineProjector::setLine(const KbLine& line)
 {
@@ -94,16 +87,12 @@ void KbLineProjector::setLine(const KbLine& line)
     restartAt(line.getClosestPoint(KbVec3f()));
 }
 
-KbLineProjector* KbLineProjector::copy() const
-{
-    return new KbLineProjector(*this);
-}
+KbLineProjector* KbLineProjector::copy() const { return new KbLineProjector(*this); }
 
 bool KbLineProjector::intersectShape(const KbLine& ray, KbVec3f& result) const
 {
     KbVec3f onRay, onLine;
-    if (!m_line.getClosestPoints(ray, onLine, onRay))
-        return false;
+    if (!m_line.getClosestPoints(ray, onLine, onRay)) return false;
     result = onLine;
     return true;
 }
@@ -122,15 +111,11 @@ void KbPlaneProjector::setPlane(const KbPlane& plane)
     restartAt(plane.getNormal() * plane.getDistanceFromOrigin());
 }
 
-KbPlaneProjector* KbPlaneProjector::copy() const
-{
-    return new KbPlaneProjector(*this);
-}
+KbPlaneProjector* KbPlaneProjector::copy() const { return new KbPlaneProjector(*this); }
 
 bool KbPlaneProjector::intersectShape(const KbLine& ray, KbVec3f& result) const
 {
-    if (!m_orientToEye)
-        return m_plane.intersect(ray, result);
+    if (!m_orientToEye) return m_plane.intersect(ray, result);
     const KbVec3f pivot = m_plane.getNormal() * m_plane.getDistanceFromOrigin();
     return KbPlane(getEyeDirection(pivot), pivot).intersect(ray, result);
 }

@@ -7,12 +7,9 @@ namespace {
 
 bool normalize(double (&q)[4])
 {
-    const double length =
-        std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
-    if (!(length > 0) || !std::isfinite(length))
-        return false;
-    for (double& v : q)
-        v /= length;
+    const double length = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
+    if (!(length > 0) || !std::isfinite(length)) return false;
+    for (double& v : q) v /= length;
     return true;
 }
 
@@ -21,18 +18,15 @@ bool normalize(double (&q)[4])
 KbRotation& KbRotation::setValue(float x, float y, float z, float w)
 {
     double q[4] = {x, y, z, w};
-    if (!normalize(q))
-        return *this = KbRotation();
-    for (int i = 0; i < 4; ++i)
-        m_quaternion[i] = static_cast<float>(q[i]);
+    if (!normalize(q)) return *this = KbRotation();
+    for (int i = 0; i < 4; ++i) m_quaternion[i] = static_cast<float>(q[i]);
     return *this;
 }
 
 KbRotation& KbRotation::setValue(const KbVec3f& axis, float radians)
 {
     KbVec3f unit(axis);
-    if (unit.normalize() == 0 || !std::isfinite(radians))
-        return *this = KbRotation();
+    if (unit.normalize() == 0 || !std::isfinite(radians)) return *this = KbRotation();
     const double half = radians * 0.5;
     const float s = static_cast<float>(std::sin(half));
     return setValue(unit[0] * s, unit[1] * s, unit[2] * s, static_cast<float>(std::cos(half)));
@@ -41,16 +35,14 @@ KbRotation& KbRotation::setValue(const KbVec3f& axis, float radians)
 KbRotation& KbRotation::setValue(const KbVec3f& from, const KbVec3f& to)
 {
     KbVec3f a(from), b(to);
-    if (a.normalize() == 0 || b.normalize() == 0)
-        return *this = KbRotation();
+    if (a.normalize() == 0 || b.normalize() == 0) return *this = KbRotation();
     const float cosine = a.dot(b);
     if (cosine < -0.99999f) {
         // Half a turn about any axis perpendicular to both.
         KbVec3f axis = a.cross(std::fabs(a[0]) < 0.9f ? KbVec3f(1, 0, 0) : KbVec3f(0, 1, 0));
         axis.normalize();
         const KbVec3f sideways = a.cross(b);
-        if (sideways.sqrLength() == 0)
-            return setValue(axis[0], axis[1], axis[2], 0);
+        if (sideways.sqrLength() == 0) return setValue(axis[0], axis[1], axis[2], 0);
         return setValue(sideways, static_cast<float>(std::atan2(sideways.length(), cosine)));
     }
     const KbVec3f axis = a.cross(b);
@@ -64,9 +56,12 @@ KbRotation& KbRotation::setValue(const KbMatrix& m)
     const double squares[4] = {1 + xx - yy - zz, 1 - xx + yy - zz, 1 - xx - yy + zz,
                                1 + xx + yy + zz};
     const int k = static_cast<int>(std::max_element(squares, squares + 4) - squares);
-    const double xy = static_cast<double>(m[0][1]) + m[1][0], dz = static_cast<double>(m[0][1]) - m[1][0];
-    const double yz = static_cast<double>(m[1][2]) + m[2][1], dx = static_cast<double>(m[1][2]) - m[2][1];
-    const double zx = static_cast<double>(m[2][0]) + m[0][2], dy = static_cast<double>(m[2][0]) - m[0][2];
+    const double xy = static_cast<double>(m[0][1]) + m[1][0],
+                 dz = static_cast<double>(m[0][1]) - m[1][0];
+    const double yz = static_cast<double>(m[1][2]) + m[2][1],
+                 dx = static_cast<double>(m[1][2]) - m[2][1];
+    const double zx = static_cast<double>(m[2][0]) + m[0][2],
+                 dy = static_cast<double>(m[2][0]) - m[0][2];
     const double s = squares[k];
     switch (k) {
     case 0:

@@ -18,16 +18,14 @@ std::string narrowed(std::u16string_view text)
 {
     std::string latin1(text.size(), '?');
     for (std::size_t i = 0; i < text.size(); ++i)
-        if (text[i] <= 0xff)
-            latin1[i] = static_cast<char>(text[i]);
+        if (text[i] <= 0xff) latin1[i] = static_cast<char>(text[i]);
     return latin1;
 }
 
 void appendWidened(std::u16string& wide, std::string_view latin1)
 {
     wide.reserve(wide.size() + latin1.size());
-    for (char c : latin1)
-        wide += static_cast<unsigned char>(c);
+    for (char c : latin1) wide += static_cast<unsigned char>(c);
 }
 
 void appendUtf8(std::string& text, char32_t c)
@@ -50,15 +48,9 @@ void appendUtf8(std::string& text, char32_t c)
     }
 }
 
-bool isHighSurrogate(char32_t c)
-{
-    return c >= 0xd800 && c < 0xdc00;
-}
+bool isHighSurrogate(char32_t c) { return c >= 0xd800 && c < 0xdc00; }
 
-bool isLowSurrogate(char32_t c)
-{
-    return c >= 0xdc00 && c < 0xe000;
-}
+bool isLowSurrogate(char32_t c) { return c >= 0xdc00 && c < 0xe000; }
 
 int toPosition(std::size_t position)
 {
@@ -70,8 +62,7 @@ KbString printed(const char* format, Number value, const char* fallback, bool in
 {
     KbNumberFormat parsed;
     for (const char* candidate : {format, fallback, integer ? "%d" : "%g"})
-        if (parsed.parse(candidate) && parsed.isInteger() == integer)
-            break;
+        if (parsed.parse(candidate) && parsed.isInteger() == integer) break;
     return KbString(parsed.print(value));
 }
 
@@ -81,13 +72,11 @@ KbString::KbString(const char* latin1) : m_latin1(latin1 ? latin1 : "") {}
 
 KbString::KbString(const char* latin1, int start, int end)
 {
-    if (!latin1)
-        return;
+    if (!latin1) return;
     const std::size_t from = static_cast<std::size_t>(std::max(start, 0));
     const std::size_t length =
         end < 0 ? std::strlen(latin1) : strnlen(latin1, static_cast<std::size_t>(end));
-    if (from < length)
-        m_latin1.assign(latin1 + from, length - from);
+    if (from < length) m_latin1.assign(latin1 + from, length - from);
 }
 
 KbString::KbString(const std::string& latin1) : m_latin1(latin1) {}
@@ -98,27 +87,19 @@ KbString::KbString(std::string_view latin1) : m_latin1(latin1) {}
 
 KbString::KbString(const char16_t* utf16)
 {
-    if (utf16)
-        setWide(utf16);
+    if (utf16) setWide(utf16);
 }
 
-KbString::KbString(const std::u16string& utf16)
-{
-    setWide(std::u16string(utf16));
-}
+KbString::KbString(const std::u16string& utf16) { setWide(std::u16string(utf16)); }
 
 KbString::KbString(char latin1) : m_latin1(1, latin1) {}
 
-KbString::KbString(int number)
-{
-    setNum(number);
-}
+KbString::KbString(int number) { setNum(number); }
 
 KbString::KbString(const KbString& other)
     : m_latin1(other.m_latin1),
       m_wide(other.m_wide ? std::make_unique<std::u16string>(*other.m_wide) : nullptr)
-{
-}
+{}
 
 KbString::KbString(KbString&& other) noexcept
     : m_latin1(std::move(other.m_latin1)), m_wide(std::move(other.m_wide))
@@ -128,8 +109,7 @@ KbString::KbString(KbString&& other) noexcept
 
 KbString& KbString::operator=(const KbString& other)
 {
-    if (this != &other)
-        *this = KbString(other);
+    if (this != &other) *this = KbString(other);
     return *this;
 }
 
@@ -154,8 +134,8 @@ void KbString::setWide(std::u16string&& text)
 KbString KbString::fromUtf8(std::string_view utf8)
 {
     KbString result;
-    const bool ascii =
-        std::all_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    const bool ascii = std::all_of(utf8.begin(), utf8.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
     if (ascii) {
         result.m_latin1 = utf8;
         return result;
@@ -164,8 +144,7 @@ KbString KbString::fromUtf8(std::string_view utf8)
     wide.reserve(utf8.size());
     for (std::size_t i = 0; i < utf8.size();) {
         char32_t c = decodeUtf8(utf8, i);
-        if (c == s_noCharacter)
-            c = 0xfffd;
+        if (c == s_noCharacter) c = 0xfffd;
         if (c >= 0x10000) {
             wide += static_cast<char16_t>(0xd7c0 + (c >> 10));
             wide += static_cast<char16_t>(0xdc00 + (c & 0x3ff));
@@ -180,15 +159,11 @@ KbString KbString::fromUtf8(std::string_view utf8)
     return result;
 }
 
-KbString KbString::fromUtf16(std::u16string_view utf16)
-{
-    return KbString(std::u16string(utf16));
-}
+KbString KbString::fromUtf16(std::u16string_view utf16) { return KbString(std::u16string(utf16)); }
 
 std::u16string KbString::toUtf16() const
 {
-    if (m_wide)
-        return *m_wide;
+    if (m_wide) return *m_wide;
     std::u16string wide;
     appendWidened(wide, m_latin1);
     return wide;
@@ -199,8 +174,7 @@ std::string KbString::toUtf8() const
     std::string utf8;
     utf8.reserve(m_latin1.size());
     if (!m_wide) {
-        for (char c : m_latin1)
-            appendUtf8(utf8, static_cast<unsigned char>(c));
+        for (char c : m_latin1) appendUtf8(utf8, static_cast<unsigned char>(c));
         return utf8;
     }
     const std::u16string& wide = *m_wide;
@@ -224,19 +198,15 @@ void KbString::makeEmpty()
 int KbString::find(const KbString& text, int start) const
 {
     const std::size_t from = static_cast<std::size_t>(std::max(start, 0));
-    if (m_wide)
-        return toPosition(m_wide->find(text.toUtf16(), from));
-    if (text.m_wide && !fitsLatin1(*text.m_wide))
-        return npos;
+    if (m_wide) return toPosition(m_wide->find(text.toUtf16(), from));
+    if (text.m_wide && !fitsLatin1(*text.m_wide)) return npos;
     return toPosition(m_latin1.find(text.m_latin1, from));
 }
 
 int KbString::rfind(const KbString& text) const
 {
-    if (m_wide)
-        return toPosition(m_wide->rfind(text.toUtf16()));
-    if (text.m_wide && !fitsLatin1(*text.m_wide))
-        return npos;
+    if (m_wide) return toPosition(m_wide->rfind(text.toUtf16()));
+    if (text.m_wide && !fitsLatin1(*text.m_wide)) return npos;
     return toPosition(m_latin1.rfind(text.m_latin1));
 }
 
@@ -247,8 +217,7 @@ bool KbString::startsWith(const KbString& text) const
 
 bool KbString::endsWith(const KbString& text) const
 {
-    return getLength() >= text.getLength() &&
-           getSubString(getLength() - text.getLength()) == text;
+    return getLength() >= text.getLength() && getSubString(getLength() - text.getLength()) == text;
 }
 
 KbString KbString::getSubString(int start, int end) const
@@ -261,8 +230,7 @@ KbString KbString::getSubString(int start, int end) const
         const std::size_t position = static_cast<std::size_t>(from);
         const std::size_t count = static_cast<std::size_t>(to - from);
         part.m_latin1 = m_latin1.substr(position, count);
-        if (m_wide)
-            part.m_wide = std::make_unique<std::u16string>(m_wide->substr(position, count));
+        if (m_wide) part.m_wide = std::make_unique<std::u16string>(m_wide->substr(position, count));
     } else if (m_wide) {
         part.m_wide = std::make_unique<std::u16string>();
     }
@@ -297,15 +265,9 @@ KbString& KbString::setNum(double value)
     return *this;
 }
 
-int KbString::toInt(bool* ok) const
-{
-    return KbNumber::leadingInt32(m_latin1, ok);
-}
+int KbString::toInt(bool* ok) const { return KbNumber::leadingInt32(m_latin1, ok); }
 
-float KbString::toFloat(bool* ok) const
-{
-    return KbNumber::leadingFloat(m_latin1, ok);
-}
+float KbString::toFloat(bool* ok) const { return KbNumber::leadingFloat(m_latin1, ok); }
 
 KbString KbString::toString_l(const char* format, double value, const char* fallback)
 {
@@ -331,8 +293,7 @@ KbString& KbString::operator+=(const KbString& text)
 {
     if (text.m_wide || m_wide) {
         const std::u16string more = text.toUtf16();
-        if (!m_wide)
-            m_wide = std::make_unique<std::u16string>(toUtf16());
+        if (!m_wide) m_wide = std::make_unique<std::u16string>(toUtf16());
         *m_wide += more;
     }
     m_latin1 += text.m_latin1;
@@ -341,48 +302,40 @@ KbString& KbString::operator+=(const KbString& text)
 
 KbString& KbString::operator+=(const char* latin1)
 {
-    if (!latin1)
-        return *this;
-    if (m_wide)
-        appendWidened(*m_wide, latin1);
+    if (!latin1) return *this;
+    if (m_wide) appendWidened(*m_wide, latin1);
     m_latin1 += latin1;
     return *this;
 }
 
 KbString& KbString::operator+=(char latin1)
 {
-    if (m_wide)
-        *m_wide += static_cast<unsigned char>(latin1);
+    if (m_wide) *m_wide += static_cast<unsigned char>(latin1);
     m_latin1 += latin1;
     return *this;
 }
 
 char16_t KbString::operator[](int position) const
 {
-    if (position < 0 || position >= getLength())
-        return 0;
+    if (position < 0 || position >= getLength()) return 0;
     const std::size_t i = static_cast<std::size_t>(position);
     return m_wide ? (*m_wide)[i] : static_cast<unsigned char>(m_latin1[i]);
 }
 
 int KbString::compare(const KbString& text) const
 {
-    if (!m_wide && !text.m_wide)
-        return m_latin1.compare(text.m_latin1);
+    if (!m_wide && !text.m_wide) return m_latin1.compare(text.m_latin1);
     const int length = std::min(getLength(), text.getLength());
     for (int i = 0; i < length; ++i)
-        if ((*this)[i] != text[i])
-            return (*this)[i] < text[i] ? -1 : 1;
+        if ((*this)[i] != text[i]) return (*this)[i] < text[i] ? -1 : 1;
     return getLength() - text.getLength();
 }
 
 bool KbString::isEqual(const KbString& text) const
 {
     // Equal texts have equal Latin-1 forms; the reverse needs a look at what lies beyond.
-    if (m_latin1 != text.m_latin1)
-        return false;
-    if (m_wide && text.m_wide)
-        return *m_wide == *text.m_wide;
+    if (m_latin1 != text.m_latin1) return false;
+    if (m_wide && text.m_wide) return *m_wide == *text.m_wide;
     return (!m_wide || fitsLatin1(*m_wide)) && (!text.m_wide || fitsLatin1(*text.m_wide));
 }
 
@@ -391,12 +344,6 @@ bool KbString::isEqual(const char* latin1) const
     return m_latin1 == (latin1 ? latin1 : "") && (!m_wide || fitsLatin1(*m_wide));
 }
 
-std::size_t KbString::hash() const
-{
-    return std::hash<std::string>()(m_latin1);
-}
+std::size_t KbString::hash() const { return std::hash<std::string>()(m_latin1); }
 
-std::ostream& operator<<(std::ostream& out, const KbString& text)
-{
-    return out << text.toUtf8();
-}
+std::ostream& operator<<(std::ostream& out, const KbString& text) { return out << text.toUtf8(); }

@@ -27,14 +27,12 @@ void KbStringList::insert(const KbString& text, int index)
 
 void KbStringList::remove(int index)
 {
-    if (index >= 0 && index < getLength())
-        m_items.erase(m_items.begin() + index);
+    if (index >= 0 && index < getLength()) m_items.erase(m_items.begin() + index);
 }
 
 void KbStringList::truncate(int length)
 {
-    if (length < getLength())
-        m_items.resize(static_cast<std::size_t>(std::max(length, 0)));
+    if (length < getLength()) m_items.resize(static_cast<std::size_t>(std::max(length, 0)));
 }
 
 int KbStringList::find(const KbString& text) const

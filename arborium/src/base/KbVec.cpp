@@ -12,8 +12,7 @@ namespace {
 
 template <class V, int N> std::ostream& print(std::ostream& out, const V& v)
 {
-    for (int i = 0; i < N; ++i)
-        out << (i ? " " : "") << KbNumber::toString(v[i]);
+    for (int i = 0; i < N; ++i) out << (i ? " " : "") << KbNumber::toString(v[i]);
     return out;
 }
 
@@ -23,8 +22,7 @@ KbVec3f KbVec3f::getClosestAxis() const
 {
     int best = 2;
     for (int i = 0; i < 3; ++i)
-        if (std::fabs(m_value[i]) > std::fabs(m_value[best]))
-            best = i;
+        if (std::fabs(m_value[i]) > std::fabs(m_value[best])) best = i;
     KbVec3f axis;
     axis[best] = m_value[best] < 0 ? -1.0f : 1.0f;
     return axis;
@@ -50,20 +48,11 @@ KbColor& KbColor::setPackedValue(std::uint32_t rgba, float& transparency)
     return *this;
 }
 
-std::ostream& operator<<(std::ostream& out, const KbVec2f& v)
-{
-    return print<KbVec2f, 2>(out, v);
-}
+std::ostream& operator<<(std::ostream& out, const KbVec2f& v) { return print<KbVec2f, 2>(out, v); }
 
-std::ostream& operator<<(std::ostream& out, const KbVec3f& v)
-{
-    return print<KbVec3f, 3>(out, v);
-}
+std::ostream& operator<<(std::ostream& out, const KbVec3f& v) { return print<KbVec3f, 3>(out, v); }
 
-std::ostream& operator<<(std::ostream& out, const KbVec4f& v)
-{
-    return print<KbVec4f, 4>(out, v);
-}
+std::ostream& operator<<(std::ostream& out, const KbVec4f& v) { return print<KbVec4f, 4>(out, v); }
 
 std::ostream& operator<<(std::ostream& out, const KbVec2i32& v)
 {
@@ -77,8 +66,7 @@ std::ostream& operator<<(std::ostream& out, const KbBox3f& box)
 
 std::ostream& operator<<(std::ostream& out, const KbMatrix& m)
 {
-    for (int row = 0; row < 4; ++row)
-        out << (row ? "\n" : "") << KbVec4f(m[row]);
+    for (int row = 0; row < 4; ++row) out << (row ? "\n" : "") << KbVec4f(m[row]);
     return out;
 }
 

@@ -8,10 +8,7 @@
 
 namespace {
 
-float finiteOr(float value, float otherwise)
-{
-    return std::isfinite(value) ? value : otherwise;
-}
+float finiteOr(float value, float otherwise) { return std::isfinite(value) ? value : otherwise; }
 
 // Moves two ends apart that are equal, by as much as a float at that place can show.
 void widen(float& low, float& high)
@@ -25,7 +22,8 @@ void widen(float& low, float& high)
 
 KbVec3f corner(const KbBox3f& box, int i)
 {
-    return KbVec3f((i & 1 ? box.getMax() : box.getMin())[0], (i & 2 ? box.getMax() : box.getMin())[1],
+    return KbVec3f((i & 1 ? box.getMax() : box.getMin())[0],
+                   (i & 2 ? box.getMax() : box.getMin())[1],
                    (i & 4 ? box.getMax() : box.getMin())[2]);
 }
 
@@ -44,8 +42,7 @@ void KbViewVolume::ortho(float left, float right, float bottom, float top, float
     m_far = finiteOr(farVal, 1);
     widen(m_left, m_right);
     widen(m_bottom, m_top);
-    if (m_far < m_near)
-        std::swap(m_near, m_far);
+    if (m_far < m_near) std::swap(m_near, m_far);
     widen(m_near, m_far);
 }
 
@@ -68,10 +65,8 @@ void KbViewVolume::perspective(float fovy, float aspect, float nearVal, float fa
     const float ratio = aspect > 0 && std::isfinite(aspect) ? aspect : 1.0f;
     float farDist = finiteOr(farVal, 10);
     float nearDist = finiteOr(nearVal, 1);
-    if (farDist < nearDist)
-        std::swap(nearDist, farDist);
-    if (!(nearDist > 0))
-        nearDist = farDist > 0 ? farDist * 1e-4f : 1e-4f;
+    if (farDist < nearDist) std::swap(nearDist, farDist);
+    if (!(nearDist > 0)) nearDist = farDist > 0 ? farDist * 1e-4f : 1e-4f;
     const float top = nearDist * std::tan(angle / 2);
     frustum(-top * ratio, top * ratio, -top, top, nearDist, std::max(farDist, nearDist));
 }
@@ -93,8 +88,7 @@ void KbViewVolume::translateCamera(const KbVec3f& translation)
 void KbViewVolume::transform(const KbMatrix& matrix)
 {
     const KbMatrix moved = m_fromEye * matrix;
-    if (!moved.isInvertible())
-        return;
+    if (!moved.isInvertible()) return;
     m_fromEye = moved;
     m_toEye = moved.inverse();
 }
@@ -107,8 +101,7 @@ void KbViewVolume::scale(float factor)
 
 void KbViewVolume::scaleWidth(float factor)
 {
-    if (!std::isfinite(factor) || factor == 0)
-        return;
+    if (!std::isfinite(factor) || factor == 0) return;
     const float middle = (m_left + m_right) / 2, half = (m_right - m_left) / 2 * factor;
     m_left = middle - half;
     m_right = middle + half;
@@ -117,8 +110,7 @@ void KbViewVolume::scaleWidth(float factor)
 
 void KbViewVolume::scaleHeight(float factor)
 {
-    if (!std::isfinite(factor) || factor == 0)
-        return;
+    if (!std::isfinite(factor) || factor == 0) return;
     const float middle = (m_bottom + m_top) / 2, half = (m_top - m_bottom) / 2 * factor;
     m_bottom = middle - half;
     m_top = middle + half;
@@ -153,10 +145,7 @@ void KbViewVolume::getMatrices(KbMatrix& affine, KbMatrix& proj) const
     proj = getProjection();
 }
 
-KbMatrix KbViewVolume::getMatrix() const
-{
-    return m_toEye * getProjection();
-}
+KbMatrix KbViewVolume::getMatrix() const { return m_toEye * getProjection(); }
 
 void KbViewVolume::projectPointToLine(const KbVec2f& point, KbVec3f& nearPoint,
                                       KbVec3f& farPoint) const
@@ -183,22 +172,19 @@ void KbViewVolume::projectToScreen(const KbVec3f& source, KbVec3f& result) const
     double opening = 1, depth = (distance - m_near) / (static_cast<double>(m_far) - m_near);
     if (m_type == PERSPECTIVE) {
         const double least = static_cast<double>(m_near) * 1e-6;
-        if (std::fabs(distance) < least)
-            distance = distance < 0 ? -least : least;
+        if (std::fabs(distance) < least) distance = distance < 0 ? -least : least;
         opening = m_near / distance;
         depth = m_far * (distance - m_near) / (distance * (static_cast<double>(m_far) - m_near));
     }
     result.setValue(
         static_cast<float>((eye[0] * opening - m_left) / (static_cast<double>(m_right) - m_left)),
-        static_cast<float>((eye[1] * opening - m_bottom) /
-                           (static_cast<double>(m_top) - m_bottom)),
+        static_cast<float>((eye[1] * opening - m_bottom) / (static_cast<double>(m_top) - m_bottom)),
         static_cast<float>(depth));
 }
 
 KbVec2f KbViewVolume::projectBox(const KbBox3f& box) const
 {
-    if (box.isEmpty())
-        return KbVec2f();
+    if (box.isEmpty()) return KbVec2f();
     KbBox2f screen;
     for (int i = 0; i < 8; ++i) {
         KbVec3f point;
@@ -247,14 +233,10 @@ void KbViewVolume::getViewVolumePlanes(KbPlane planes[6]) const
     }
     planes[4] = KbPlane(inNear, m_near);
     planes[5] = KbPlane(-inNear, -m_far);
-    for (int i = 0; i < 6; ++i)
-        planes[i].transform(m_fromEye);
+    for (int i = 0; i < 6; ++i) planes[i].transform(m_fromEye);
 }
 
-KbVec3f KbViewVolume::getProjectionPoint() const
-{
-    return getSightPoint(0);
-}
+KbVec3f KbViewVolume::getProjectionPoint() const { return getSightPoint(0); }
 
 KbVec3f KbViewVolume::getProjectionDirection() const
 {
@@ -288,8 +270,7 @@ bool KbViewVolume::intersect(const KbVec3f& point) const
 
 bool KbViewVolume::intersect(const KbBox3f& box) const
 {
-    if (box.isEmpty())
-        return false;
+    if (box.isEmpty()) return false;
     const double left = std::min(m_left, m_right), right = std::max(m_left, m_right);
     const double bottom = std::min(m_bottom, m_top), top = std::max(m_bottom, m_top);
     // Out of sight is only what lies wholly outside of one of the six planes.

@@ -24,8 +24,7 @@ void KbViewportRegion::setViewport(float left, float bottom, float width, float 
 
 void KbViewportRegion::setViewport(const KbVec2f& origin, const KbVec2f& size)
 {
-    if (!origin.isFinite() || !size.isFinite())
-        return;
+    if (!origin.isFinite() || !size.isFinite()) return;
     m_origin = origin;
     m_size.setValue(std::max(size[0], 0.0f), std::max(size[1], 0.0f));
 }
@@ -45,7 +44,8 @@ void KbViewportRegion::setViewportPixels(const KbVec2i32& origin, const KbVec2i3
 
 KbVec2i32 KbViewportRegion::getViewportOriginPixels() const
 {
-    return KbVec2i32(toPixels(m_origin[0], m_windowSize[0]), toPixels(m_origin[1], m_windowSize[1]));
+    return KbVec2i32(toPixels(m_origin[0], m_windowSize[0]),
+                     toPixels(m_origin[1], m_windowSize[1]));
 }
 
 KbVec2i32 KbViewportRegion::getViewportSizePixels() const
@@ -62,6 +62,5 @@ float KbViewportRegion::getViewportAspectRatio() const
 
 void KbViewportRegion::setPixelsPerInch(float pixels)
 {
-    if (pixels > 0 && std::isfinite(pixels))
-        m_pixelsPerInch = pixels;
+    if (pixels > 0 && std::isfinite(pixels)) m_pixelsPerInch = pixels;
 }

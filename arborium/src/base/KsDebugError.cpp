@@ -34,15 +34,12 @@ void writeToStandardError(KsDebugError::Severity severity, const char* where,
     text += where;
     text += ": ";
     text += message;
-    if (text.back() != '\n')
-        text += '\n';
+    if (text.back() != '\n') text += '\n';
     // One write, so that messages of several threads do not mix.
     for (std::size_t done = 0; done < text.size();) {
         const ssize_t n = ::write(STDERR_FILENO, text.data() + done, text.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return;
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return;
         done += static_cast<std::size_t>(n);
     }
 }
@@ -63,8 +60,7 @@ void postList(KsDebugError::Severity severity, const char* where, const char* fo
         }
         va_end(again);
     }
-    if (!where)
-        where = "";
+    if (!where) where = "";
     Target& target = Target::get();
     const std::lock_guard<std::recursive_mutex> lock(target.mutex);
     if (target.handler && target.depth < s_deepestPost) {
@@ -100,8 +96,7 @@ KsDebugError::Handler KsDebugError::setHandler(Handler handler, void* data, void
     Target& target = Target::get();
     const std::lock_guard<std::recursive_mutex> lock(target.mutex);
     const Handler former = target.handler;
-    if (formerData)
-        *formerData = target.data;
+    if (formerData) *formerData = target.data;
     target.handler = handler;
     target.data = handler ? data : nullptr;
     return former;

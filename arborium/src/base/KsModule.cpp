@@ -15,10 +15,7 @@ std::vector<KsModule*>& modules()
     return list;
 }
 
-std::string orEmpty(const char* text)
-{
-    return text ? text : "";
-}
+std::string orEmpty(const char* text) { return text ? text : ""; }
 
 } // namespace
 
@@ -36,10 +33,7 @@ KsModule::~KsModule()
     list.erase(std::remove(list.begin(), list.end(), this), list.end());
 }
 
-int KsModule::getNumModules()
-{
-    return static_cast<int>(modules().size());
-}
+int KsModule::getNumModules() { return static_cast<int>(modules().size()); }
 
 const KsModule* KsModule::getModule(int index)
 {
@@ -59,6 +53,5 @@ KcInitModuleCmd* KcInitModuleCmd::Instance()
 
 void KcInitModuleCmd::serialize(const char* moduleName)
 {
-    if (moduleName)
-        m_names.emplace_back(moduleName);
+    if (moduleName) m_names.emplace_back(moduleName);
 }

@@ -10,8 +10,7 @@ namespace {
 struct Preference {
     explicit Preference(const KbString& value)
         : text(value), bytes(value.isUnicode() ? value.toUtf8() : value.toLatin1())
-    {
-    }
+    {}
     KbString text;
     std::string bytes;
 };
@@ -30,15 +29,12 @@ struct Table {
 
     const Preference* find(const std::string& name)
     {
-        if (name.empty())
-            return nullptr;
+        if (name.empty()) return nullptr;
         const std::lock_guard<std::mutex> lock(mutex);
         const auto it = set.find(name);
-        if (it != set.end())
-            return it->second.get();
+        if (it != set.end()) return it->second.get();
         const char* const value = std::getenv(name.c_str());
-        if (!value)
-            return nullptr;
+        if (!value) return nullptr;
         std::unique_ptr<const Preference>& seen = environment[name];
         if (!seen || seen->bytes != value)
             seen = std::make_unique<const Preference>(KbString(value));
@@ -68,8 +64,7 @@ KbString KsPreferences::getString(const KbString& name, const KbString& defaultV
 
 void KsPreferences::setString(const KbString& name, const KbString& value)
 {
-    if (name.isEmpty())
-        return;
+    if (name.isEmpty()) return;
     Table& table = Table::get();
     // Made before the old one goes: the value may be a part of it.
     auto preference = std::make_unique<const Preference>(value);

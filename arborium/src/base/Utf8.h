@@ -18,13 +18,11 @@ inline char32_t decodeUtf8(std::string_view text, std::size_t& position)
                      : first >= 0xf0 && first < 0xf5 ? 3
                                                      : -1;
     ++position;
-    if (more <= 0)
-        return more == 0 ? first : s_noCharacter;
+    if (more <= 0) return more == 0 ? first : s_noCharacter;
     char32_t code = first & (0x3f >> more);
     for (int i = 0; i < more; ++i) {
         const char32_t next = byteAt(position + static_cast<std::size_t>(i));
-        if ((next & 0xc0) != 0x80)
-            return s_noCharacter;
+        if ((next & 0xc0) != 0x80) return s_noCharacter;
         code = code << 6 | (next & 0x3f);
     }
     // Longer than it needs to be, half of a surrogate pair, or beyond the last character.
@@ -38,7 +36,6 @@ inline char32_t decodeUtf8(std::string_view text, std::size_t& position)
 inline bool isUtf8(std::string_view text)
 {
     for (std::size_t i = 0; i < text.size();)
-        if (decodeUtf8(text, i) == s_noCharacter)
-            return false;
+        if (decodeUtf8(text, i) == s_noCharacter) return false;
     return true;
 }

@@ -7,16 +7,12 @@ class KbBox2f {
 public:
     KbBox2f() { makeEmpty(); }
     KbBox2f(float minX, float minY, float maxX, float maxY) : m_min(minX, minY), m_max(maxX, maxY)
-    {
-    }
+    {}
     KbBox2f(const KbVec2f& minimum, const KbVec2f& maximum) : m_min(minimum), m_max(maximum) {}
 
     const KbVec2f& getMin() const { return m_min; }
     const KbVec2f& getMax() const { return m_max; }
-    KbVec2f getCenter() const
-    {
-        return isEmpty() ? KbVec2f() : m_min + (m_max - m_min) * 0.5f;
-    }
+    KbVec2f getCenter() const { return isEmpty() ? KbVec2f() : m_min + (m_max - m_min) * 0.5f; }
     KbVec2f getSize() const { return isEmpty() ? KbVec2f() : m_max - m_min; }
     void getSize(float& x, float& y) const { getSize().getValue(x, y); }
 
@@ -31,10 +27,8 @@ public:
     void extendBy(const KbVec2f& point)
     {
         for (int i = 0; i < 2; ++i) {
-            if (point[i] < m_min[i])
-                m_min[i] = point[i];
-            if (point[i] > m_max[i])
-                m_max[i] = point[i];
+            if (point[i] < m_min[i]) m_min[i] = point[i];
+            if (point[i] > m_max[i]) m_max[i] = point[i];
         }
     }
     void extendBy(const KbBox2f& box)
@@ -48,17 +42,14 @@ public:
     bool intersect(const KbVec2f& point) const
     {
         for (int i = 0; i < 2; ++i)
-            if (!(point[i] >= m_min[i] && point[i] <= m_max[i]))
-                return false;
+            if (!(point[i] >= m_min[i] && point[i] <= m_max[i])) return false;
         return true;
     }
     bool intersect(const KbBox2f& box) const
     {
-        if (isEmpty() || box.isEmpty())
-            return false;
+        if (isEmpty() || box.isEmpty()) return false;
         for (int i = 0; i < 2; ++i)
-            if (m_min[i] > box.m_max[i] || m_max[i] < box.m_min[i])
-                return false;
+            if (m_min[i] > box.m_max[i] || m_max[i] < box.m_min[i]) return false;
         return true;
     }
 

@@ -11,16 +11,12 @@ public:
     KbBox3f() { makeEmpty(); }
     KbBox3f(float minX, float minY, float minZ, float maxX, float maxY, float maxZ)
         : m_min(minX, minY, minZ), m_max(maxX, maxY, maxZ)
-    {
-    }
+    {}
     KbBox3f(const KbVec3f& minimum, const KbVec3f& maximum) : m_min(minimum), m_max(maximum) {}
 
     const KbVec3f& getMin() const { return m_min; }
     const KbVec3f& getMax() const { return m_max; }
-    KbVec3f getCenter() const
-    {
-        return isEmpty() ? KbVec3f() : m_min + (m_max - m_min) * 0.5f;
-    }
+    KbVec3f getCenter() const { return isEmpty() ? KbVec3f() : m_min + (m_max - m_min) * 0.5f; }
     KbVec3f getSize() const { return isEmpty() ? KbVec3f() : m_max - m_min; }
     void getSize(KbVec3f& size) const { size = getSize(); }
     void getSize(float& x, float& y, float& z) const { getSize().getValue(x, y, z); }
@@ -60,10 +56,8 @@ public:
     void extendBy(const KbVec3f& point)
     {
         for (int i = 0; i < 3; ++i) {
-            if (point[i] < m_min[i])
-                m_min[i] = point[i];
-            if (point[i] > m_max[i])
-                m_max[i] = point[i];
+            if (point[i] < m_min[i]) m_min[i] = point[i];
+            if (point[i] > m_max[i]) m_max[i] = point[i];
         }
     }
     void extendBy(const KbBox3f& box)
@@ -80,17 +74,14 @@ public:
     bool intersect(const KbVec3f& point) const
     {
         for (int i = 0; i < 3; ++i)
-            if (!(point[i] >= m_min[i] && point[i] <= m_max[i]))
-                return false;
+            if (!(point[i] >= m_min[i] && point[i] <= m_max[i])) return false;
         return true;
     }
     bool intersect(const KbBox3f& box) const
     {
-        if (isEmpty() || box.isEmpty())
-            return false;
+        if (isEmpty() || box.isEmpty()) return false;
         for (int i = 0; i < 3; ++i)
-            if (m_min[i] > box.m_max[i] || m_max[i] < box.m_min[i])
-                return false;
+            if (m_min[i] > box.m_max[i] || m_max[i] < box.m_min[i]) return false;
         return true;
     }
     bool hasVolume() const

@@ -86,8 +86,7 @@ public:
     friend bool operator==(const KbMatrix& a, const KbMatrix& b)
     {
         for (int i = 0; i < 16; ++i)
-            if (!(a.m_value[i / 4][i % 4] == b.m_value[i / 4][i % 4]))
-                return false;
+            if (!(a.m_value[i / 4][i % 4] == b.m_value[i / 4][i % 4])) return false;
         return true;
     }
     friend bool operator!=(const KbMatrix& a, const KbMatrix& b) { return !(a == b); }

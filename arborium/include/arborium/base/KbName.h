@@ -26,7 +26,10 @@ public:
 
     /// Never null; lives as long as the process.
     const char* getString() const { return m_text ? m_text->c_str() : ""; }
-    std::string_view view() const { return m_text ? std::string_view(*m_text) : std::string_view(); }
+    std::string_view view() const
+    {
+        return m_text ? std::string_view(*m_text) : std::string_view();
+    }
     int getLength() const { return m_text ? static_cast<int>(m_text->size()) : 0; }
     bool isEmpty() const { return m_text == nullptr; }
     bool operator!() const { return m_text == nullptr; }

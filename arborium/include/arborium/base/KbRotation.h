@@ -52,8 +52,7 @@ public:
     friend bool operator==(const KbRotation& a, const KbRotation& b)
     {
         for (int i = 0; i < 4; ++i)
-            if (!(a.m_quaternion[i] == b.m_quaternion[i]))
-                return false;
+            if (!(a.m_quaternion[i] == b.m_quaternion[i])) return false;
         return true;
     }
     friend bool operator!=(const KbRotation& a, const KbRotation& b) { return !(a == b); }

@@ -8,7 +8,7 @@
 class ARBORIUM_API KbThreadMutex {
 public:
     /// With a flag other than 0 the thread that holds the mutex may lock it again.
-    explicit KbThreadMutex(int flag = 0) : m_isRecursive(flag != 0) {}
+    constexpr explicit KbThreadMutex(int flag = 0) : m_isRecursive(flag != 0) {}
     KbThreadMutex(const KbThreadMutex&) = delete;
     KbThreadMutex& operator=(const KbThreadMutex&) = delete;
 
@@ -29,8 +29,7 @@ public:
     /// Null holds nothing.
     explicit KbThreadAutoLock(KbThreadMutex* mutex) : m_mutex(mutex)
     {
-        if (m_mutex)
-            m_mutex->lock();
+        if (m_mutex) m_mutex->lock();
     }
     KbThreadAutoLock(const KbThreadAutoLock&) = delete;
     KbThreadAutoLock& operator=(const KbThreadAutoLock&) = delete;
@@ -39,8 +38,7 @@ public:
     /// Before the end of the scope.
     void unlock()
     {
-        if (m_mutex)
-            m_mutex->unlock();
+        if (m_mutex) m_mutex->unlock();
         m_mutex = nullptr;
     }
 

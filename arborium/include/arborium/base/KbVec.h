@@ -24,33 +24,28 @@ public:
     constexpr Derived& setValue(const T* values)
     {
         if (values)
-            for (int i = 0; i < N; ++i)
-                m_value[i] = values[i];
+            for (int i = 0; i < N; ++i) m_value[i] = values[i];
         return self();
     }
 
     constexpr Derived& operator+=(const Derived& v)
     {
-        for (int i = 0; i < N; ++i)
-            m_value[i] = sum(m_value[i], v.m_value[i]);
+        for (int i = 0; i < N; ++i) m_value[i] = sum(m_value[i], v.m_value[i]);
         return self();
     }
     constexpr Derived& operator-=(const Derived& v)
     {
-        for (int i = 0; i < N; ++i)
-            m_value[i] = difference(m_value[i], v.m_value[i]);
+        for (int i = 0; i < N; ++i) m_value[i] = difference(m_value[i], v.m_value[i]);
         return self();
     }
     constexpr Derived& operator*=(T factor)
     {
-        for (int i = 0; i < N; ++i)
-            m_value[i] = product(m_value[i], factor);
+        for (int i = 0; i < N; ++i) m_value[i] = product(m_value[i], factor);
         return self();
     }
     constexpr Derived& operator/=(T divisor)
     {
-        for (int i = 0; i < N; ++i)
-            m_value[i] = quotient(m_value[i], divisor);
+        for (int i = 0; i < N; ++i) m_value[i] = quotient(m_value[i], divisor);
         return self();
     }
 
@@ -64,8 +59,7 @@ public:
     friend constexpr bool operator==(const Derived& a, const Derived& b)
     {
         for (int i = 0; i < N; ++i)
-            if (!(a.m_value[i] == b.m_value[i]))
-                return false;
+            if (!(a.m_value[i] == b.m_value[i])) return false;
         return true;
     }
     friend constexpr bool operator!=(const Derived& a, const Derived& b) { return !(a == b); }
@@ -75,11 +69,9 @@ public:
     {
         for (int i = 0; i < N; ++i) {
             const T a = m_value[i], b = v.m_value[i];
-            if (a == b)
-                continue;
+            if (a == b) continue;
             const T d = a > b ? difference(a, b) : difference(b, a);
-            if (!(d <= tolerance))
-                return false;
+            if (!(d <= tolerance)) return false;
         }
         return true;
     }
@@ -87,8 +79,7 @@ public:
     constexpr T dot(const Derived& v) const
     {
         T s = 0;
-        for (int i = 0; i < N; ++i)
-            s = sum(s, product(m_value[i], v.m_value[i]));
+        for (int i = 0; i < N; ++i) s = sum(s, product(m_value[i], v.m_value[i]));
         return s;
     }
 
@@ -116,10 +107,8 @@ public:
         for (int i = 0; i < N; ++i)
             s += static_cast<double>(m_value[i]) * static_cast<double>(m_value[i]);
         const double l = std::sqrt(s);
-        if (!(l > 0) || !std::isfinite(l))
-            return 0;
-        for (int i = 0; i < N; ++i)
-            m_value[i] = static_cast<T>(m_value[i] / l);
+        if (!(l > 0) || !std::isfinite(l)) return 0;
+        for (int i = 0; i < N; ++i) m_value[i] = static_cast<T>(m_value[i] / l);
         return static_cast<float>(l);
     }
 
@@ -127,8 +116,7 @@ public:
     bool isFinite() const
     {
         for (int i = 0; i < N; ++i)
-            if (!std::isfinite(static_cast<double>(m_value[i])))
-                return false;
+            if (!std::isfinite(static_cast<double>(m_value[i]))) return false;
         return true;
     }
 

@@ -1,0 +1,303 @@
+#include <arborium/base/KbBox3f.h>
+#include <arborium/base/KbLine.h>
+#include <arborium/base/KbPlane.h>
+#include <arborium/base/KbRotation.h>
+#include <arborium/base/KbViewVolume.h>
+#include <arborium/base/KbViewportRegion.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+namespace {
+constexpr float s_pi = 3.14159265f;
+constexpr float s_nan = std::numeric_limits<float>::quiet_NaN();
+} // namespace
+
+TEST(Line, findsTheClosestPoint)
+{
+    const KbLine line(KbVec3f(0, 1, 0), KbVec3f(5, 1, 0));
+    EXPECT_EQ(line.getClosestPoint(KbVec3f(3, 7, 2)), KbVec3f(3, 1, 0));
+    const KbLine none(KbVec3f(1, 2, 3), KbVec3f(1, 2, 3));
+    EXPECT_EQ(none.getClosestPoint(KbVec3f(9, 9, 9)), KbVec3f(1, 2, 3));
+}
+
+TEST(Line, findsWhereTwoLinesAreClosest)
+{
+    const KbLine a(KbVec3f(0, 0, 0), KbVec3f(1, 0, 0)), b(KbVec3f(3, -2, 1), KbVec3f(3, 5, 1));
+    KbVec3f onA, onB;
+    ASSERT_TRUE(a.getClosestPoints(b, onA, onB));
+    EXPECT_TRUE(onA.equals(KbVec3f(3, 0, 0), 1e-6f)) << onA;
+    EXPECT_TRUE(onB.equals(KbVec3f(3, 0, 1), 1e-6f)) << onB;
+
+    const KbLine parallel(KbVec3f(0, 2, 0), KbVec3f(-1, 2, 0));
+    EXPECT_FALSE(a.getClosestPoints(parallel, onA, onB));
+    EXPECT_EQ(onA, KbVec3f(0, 0, 0));
+    EXPECT_EQ(onB, KbVec3f(0, 2, 0));
+}
+
+TEST(Line, meetsATriangleFromEitherSideAndNotBehindItself)
+{
+    const KbVec3f a(0, 0, 0), b(4, 0, 0), c(0, 4, 0);
+    KbVec3f point, weights;
+    bool front = false;
+    ASSERT_TRUE(
+        KbLine(KbVec3f(1, 1, 5), KbVec3f(1, 1, 4)).intersect(a, b, c, point, weights, front));
+    EXPECT_TRUE(front);
+    EXPECT_TRUE(point.equals(KbVec3f(1, 1, 0), 1e-6f));
+    EXPECT_TRUE(weights.equals(KbVec3f(0.5f, 0.25f, 0.25f), 1e-6f)) << weights;
+    ASSERT_TRUE(
+        KbLine(KbVec3f(1, 1, -5), KbVec3f(1, 1, -4)).intersect(a, b, c, point, weights, front));
+    EXPECT_FALSE(front);
+    EXPECT_FALSE(
+        KbLine(KbVec3f(1, 1, 5), KbVec3f(1, 1, 6)).intersect(a, b, c, point, weights, front));
+    EXPECT_FALSE(
+        KbLine(KbVec3f(3, 3, 5), KbVec3f(3, 3, 4)).intersect(a, b, c, point, weights, front));
+    EXPECT_FALSE(
+        KbLine(KbVec3f(1, 1, 0), KbVec3f(2, 1, 0)).intersect(a, b, c, point, weights, front));
+    EXPECT_FALSE(
+        KbLine(KbVec3f(1, 1, 5), KbVec3f(1, 1, 4)).intersect(a, a, c, point, weights, front));
+}
+
+TEST(Line, meetsABox)
+{
+    const KbBox3f box(0, 0, 0, 1, 1, 1);
+    KbVec3f enter, exit;
+    const KbLine through(KbVec3f(-5, 0.5f, 0.5f), KbVec3f(-4, 0.5f, 0.5f));
+    ASSERT_TRUE(through.intersect(box, enter, exit, true));
+    EXPECT_EQ(enter, KbVec3f(0, 0.5f, 0.5f));
+    EXPECT_EQ(exit, KbVec3f(1, 0.5f, 0.5f));
+    const KbLine away(KbVec3f(-5, 0.5f, 0.5f), KbVec3f(-6, 0.5f, 0.5f));
+    EXPECT_FALSE(away.intersect(box, enter, exit, true));
+    EXPECT_TRUE(away.intersect(box));
+    EXPECT_FALSE(KbLine(KbVec3f(-5, 2, 0.5f), KbVec3f(-4, 2, 0.5f)).intersect(box));
+    EXPECT_FALSE(through.intersect(KbBox3f()));
+    // A flat box, seen from above and along its plane.
+    const KbBox3f flat(0, 0, 0, 1, 1, 0);
+    EXPECT_TRUE(KbLine(KbVec3f(0.5f, 0.5f, 9), KbVec3f(0.5f, 0.5f, 8)).intersect(flat));
+    EXPECT_TRUE(KbLine(KbVec3f(-3, 0, 0), KbVec3f(-2, 0, 0)).intersect(flat));
+}
+
+TEST(Plane, isMadeOfANormalAndAPointOrOfThreePoints)
+{
+    const KbPlane plane(KbVec3f(0, 0, 4), KbVec3f(7, 7, 3));
+    EXPECT_EQ(plane.getNormal(), KbVec3f(0, 0, 1));
+    EXPECT_EQ(plane.getDistanceFromOrigin(), 3.0f);
+    EXPECT_EQ(plane.getDistance(KbVec3f(0, 0, 5)), 2.0f);
+    EXPECT_TRUE(plane.isInHalfSpace(KbVec3f(0, 0, 3)));
+    EXPECT_FALSE(plane.isInHalfSpace(KbVec3f(0, 0, 2)));
+    EXPECT_EQ(KbPlane(KbVec3f(0, 0, 3), KbVec3f(1, 0, 3), KbVec3f(0, 1, 3)), plane);
+    EXPECT_EQ(KbPlane(KbVec3f(), 2.0f).getNormal(), KbVec3f(0, 0, 1));
+}
+
+TEST(Plane, meetsALineUnlessItIsParallel)
+{
+    const KbPlane plane(KbVec3f(0, 0, 1), 3.0f);
+    KbVec3f point(9, 9, 9);
+    ASSERT_TRUE(plane.intersect(KbLine(KbVec3f(1, 2, 0), KbVec3f(1, 2, -1)), point));
+    EXPECT_EQ(point, KbVec3f(1, 2, 3));
+    EXPECT_FALSE(plane.intersect(KbLine(KbVec3f(1, 2, 0), KbVec3f(2, 2, 0)), point));
+    EXPECT_FALSE(plane.intersect(KbLine(KbVec3f(1, 2, 0), KbVec3f(1, 2, 0)), point));
+    EXPECT_EQ(point, KbVec3f(1, 2, 3));
+    KbLine line;
+    ASSERT_TRUE(plane.intersect(KbPlane(KbVec3f(1, 0, 0), 2.0f), line));
+    EXPECT_NEAR(plane.getDistance(line.getPosition()), 0, 1e-5f);
+    EXPECT_NEAR(line.getPosition()[0], 2, 1e-5f);
+    EXPECT_FALSE(plane.intersect(plane, line));
+}
+
+TEST(Plane, movesWithItsPoints)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> number(-2, 2);
+    for (int round = 0; round < 200; ++round) {
+        const KbVec3f p0(number(random), number(random), number(random));
+        const KbVec3f normal(number(random), number(random), number(random));
+        KbPlane plane(normal, p0);
+        const KbVec3f above = p0 + plane.getNormal();
+        KbMatrix m;
+        m.setTransform(KbVec3f(number(random), number(random), number(random)),
+                       KbRotation(normal, number(random)), KbVec3f(round % 2 ? -2 : 1, 0.5f, 3));
+        plane.transform(m);
+        KbVec3f q0, q1;
+        m.multVecMatrix(p0, q0);
+        m.multVecMatrix(above, q1);
+        EXPECT_NEAR(plane.getDistance(q0), 0, 1e-4f);
+        EXPECT_TRUE(plane.isInHalfSpace(q1));
+    }
+    KbMatrix flat;
+    flat.setScale(0);
+    KbPlane plane(KbVec3f(0, 1, 0), 4.0f);
+    plane.transform(flat);
+    EXPECT_EQ(plane, KbPlane(KbVec3f(0, 1, 0), 4.0f));
+}
+
+TEST(Viewport, isAShareOfItsWindow)
+{
+    KbViewportRegion region(800, 600);
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(800, 600));
+    EXPECT_FLOAT_EQ(region.getViewportAspectRatio(), 800 / 600.0f);
+    region.setViewportPixels(100, 50, 333, 251);
+    EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(100, 50));
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(333, 251));
+    region.setViewport(0.5f, 0, 0.5f, 1);
+    region.setWindowSize(1000, 100);
+    EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(500, 0));
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(500, 100));
+}
+
+TEST(Viewport, hasNoSizeOfZero)
+{
+    KbViewportRegion region(0, -5);
+    EXPECT_EQ(region.getWindowSize(), KbVec2i32(1, 1));
+    region.setViewport(0, 0, 0, 0);
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(1, 1));
+    EXPECT_EQ(region.getViewportAspectRatio(), 1.0f);
+    region.setViewport(s_nan, 0, 1, 1);
+    EXPECT_EQ(region.getViewportOrigin(), KbVec2f(0, 0));
+    region.setPixelsPerInch(-1);
+    EXPECT_EQ(region.getPixelsPerInch(), 72.0f);
+}
+
+TEST(ViewVolume, isNotSetUntilACameraShapesIt)
+{
+    KbViewVolume volume;
+    EXPECT_FALSE(volume.isSet());
+    volume.ortho(-2, 2, -1, 1, 0, 10);
+    EXPECT_TRUE(volume.isSet());
+    EXPECT_EQ(volume.getDepth(), 10.0f);
+    EXPECT_EQ(volume.getWidth(), 4.0f);
+    EXPECT_EQ(volume.getProjectionType(), KbViewVolume::ORTHOGRAPHIC);
+}
+
+TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
+{
+    KbViewVolume ortho, perspective;
+    ortho.ortho(-2, 4, -1, 3, 1, 10);
+    perspective.perspective(s_pi / 3, 1.5f, 1, 100);
+    KbMatrix odd;
+    odd.setTransform(KbVec3f(3, 4, 5), KbRotation(KbVec3f(1, 1, 0), 0.7f), KbVec3f(1, 2, 3));
+    for (KbViewVolume volume : {ortho, perspective}) {
+        volume.rotateCamera(KbRotation(KbVec3f(0, 1, 0), 0.4f));
+        volume.translateCamera(KbVec3f(5, 6, 7));
+        for (bool moved : {false, true}) {
+            if (moved) volume.transform(odd);
+            for (const KbVec2f& point : {KbVec2f(0, 0), KbVec2f(0.5f, 0.5f), KbVec2f(1, 0.25f)}) {
+                KbVec3f nearPoint, farPoint, screen;
+                volume.projectPointToLine(point, nearPoint, farPoint);
+                volume.projectToScreen(nearPoint, screen);
+                EXPECT_TRUE(screen.equals(KbVec3f(point[0], point[1], 0), 1e-3f)) << screen;
+                volume.projectToScreen(farPoint, screen);
+                EXPECT_TRUE(screen.equals(KbVec3f(point[0], point[1], 1), 1e-3f)) << screen;
+                // The matrix, whose cube goes from -1 to 1, says the same.
+                KbVec3f cube;
+                volume.getMatrix().multVecMatrix(farPoint, cube);
+                EXPECT_TRUE(cube.equals(KbVec3f(point[0] * 2 - 1, point[1] * 2 - 1, 1), 1e-2f))
+                    << cube;
+            }
+        }
+    }
+}
+
+TEST(ViewVolume, looksAlongMinusZFromTheCamera)
+{
+    KbViewVolume volume;
+    volume.perspective(s_pi / 2, 1, 1, 10);
+    volume.translateCamera(KbVec3f(0, 0, 5));
+    EXPECT_TRUE(volume.getProjectionPoint().equals(KbVec3f(0, 0, 5), 1e-6f));
+    EXPECT_TRUE(volume.getProjectionDirection().equals(KbVec3f(0, 0, -1), 1e-6f));
+    EXPECT_TRUE(volume.getViewUp().equals(KbVec3f(0, 1, 0), 1e-6f));
+    EXPECT_TRUE(volume.getSightPoint(2).equals(KbVec3f(0, 0, 3), 1e-6f));
+    EXPECT_TRUE(volume.getPlane(2).getNormal().equals(KbVec3f(0, 0, 1), 1e-6f));
+    EXPECT_NEAR(volume.getPlane(2).getDistanceFromOrigin(), 3, 1e-5f);
+    EXPECT_NEAR(volume.getNearDist(), 1, 1e-6f);
+    // At distance 5 the right angle opens 10 units.
+    EXPECT_NEAR(volume.getWorldToScreenScale(KbVec3f(0, 0, 0), 0.5f), 5, 1e-4f);
+}
+
+TEST(ViewVolume, hasPlanesThatFaceInwards)
+{
+    KbViewVolume ortho, perspective;
+    ortho.ortho(-2, 4, -1, 3, 1, 10);
+    perspective.frustum(-1, 2, -1, 1, 1, 10);
+    for (KbViewVolume volume : {ortho, perspective}) {
+        volume.rotateCamera(KbRotation(KbVec3f(1, 2, 0), 0.4f));
+        volume.translateCamera(KbVec3f(5, 6, 7));
+        KbPlane planes[6];
+        volume.getViewVolumePlanes(planes);
+        KbVec3f nearPoint, farPoint;
+        volume.projectPointToLine(KbVec2f(0.5f, 0.5f), nearPoint, farPoint);
+        const KbVec3f inside = (nearPoint + farPoint) / 2;
+        for (const KbPlane& plane : planes) EXPECT_GT(plane.getDistance(inside), 0.1f);
+        volume.projectPointToLine(KbVec2f(0, 0.3f), nearPoint, farPoint);
+        EXPECT_NEAR(planes[0].getDistance(nearPoint), 0, 1e-4f);
+        EXPECT_NEAR(planes[0].getDistance(farPoint), 0, 1e-4f);
+        EXPECT_NEAR(planes[4].getDistance(nearPoint), 0, 1e-4f);
+        EXPECT_NEAR(planes[5].getDistance(farPoint), 0, 1e-4f);
+        volume.projectPointToLine(KbVec2f(0.6f, 1), nearPoint, farPoint);
+        EXPECT_NEAR(planes[3].getDistance(farPoint), 0, 1e-4f);
+    }
+}
+
+TEST(ViewVolume, cullsOnlyWhatIsOutOfSight)
+{
+    KbViewVolume volume;
+    volume.perspective(s_pi / 2, 1, 1, 10);
+    EXPECT_TRUE(volume.intersect(KbVec3f(0, 0, -5)));
+    EXPECT_TRUE(volume.intersect(KbVec3f(4.9f, 0, -5)));
+    EXPECT_FALSE(volume.intersect(KbVec3f(5.1f, 0, -5)));
+    EXPECT_FALSE(volume.intersect(KbVec3f(0, 0, 5)));
+    EXPECT_FALSE(volume.intersect(KbVec3f(0, 0, -11)));
+    EXPECT_TRUE(volume.intersect(KbBox3f(-100, -100, -100, 100, 100, 100)));
+    EXPECT_FALSE(volume.intersect(KbBox3f(6, -1, -5, 8, 1, -4)));
+    EXPECT_FALSE(volume.intersect(KbBox3f()));
+    EXPECT_TRUE(volume.intersect(KbBox3f(KbVec3f(-1, -1, -6), KbVec3f(1, 1, -5))));
+
+    // No point that the screen shows may belong to a box that was culled.
+    std::mt19937 random(9);
+    std::uniform_real_distribution<float> number(-12, 12);
+    for (int round = 0; round < 2000; ++round) {
+        KbBox3f box;
+        box.extendBy(KbVec3f(number(random), number(random), number(random)));
+        const KbVec3f point(number(random), number(random), number(random));
+        box.extendBy(point);
+        KbVec3f screen;
+        volume.projectToScreen(point, screen);
+        const bool seen = point[2] < -1 && screen[0] > 0 && screen[0] < 1 && screen[1] > 0 &&
+                          screen[1] < 1 && screen[2] > 0 && screen[2] < 1;
+        if (seen) {
+            EXPECT_TRUE(volume.intersect(box)) << box;
+        }
+    }
+}
+
+TEST(ViewVolume, isNeverFlat)
+{
+    KbViewVolume volume;
+    for (int kind = 0; kind < 3; ++kind) {
+        if (kind == 0) volume.ortho(1, 1, 2, 2, 3, 3);
+        if (kind == 1) volume.perspective(0, 0, 0, 0);
+        if (kind == 2) volume.perspective(s_nan, s_nan, s_nan, s_nan);
+        KbVec3f nearPoint, farPoint;
+        volume.projectPointToLine(KbVec2f(0.5f, 0.5f), nearPoint, farPoint);
+        EXPECT_TRUE(nearPoint.isFinite());
+        EXPECT_TRUE(farPoint.isFinite());
+        EXPECT_TRUE(volume.getMatrix().isFinite());
+        EXPECT_GT(volume.getDepth(), 0);
+        KbVec3f screen;
+        volume.projectToScreen(volume.getProjectionPoint(), screen);
+        EXPECT_TRUE(screen.isFinite());
+    }
+}
+
+TEST(ViewVolume, narrowsToAPartOfTheScreen)
+{
+    KbViewVolume volume;
+    volume.ortho(-2, 2, -2, 2, 0, 10);
+    const KbViewVolume part = volume.narrow(0.5f, 0.5f, 1, 1);
+    EXPECT_TRUE(part.intersect(KbVec3f(1, 1, -5)));
+    EXPECT_FALSE(part.intersect(KbVec3f(-1, 1, -5)));
+    EXPECT_TRUE(
+        volume.projectBox(KbBox3f(-1, -1, -5, 1, 1, -5)).equals(KbVec2f(0.5f, 0.5f), 1e-6f));
+}
