@@ -1,0 +1,22 @@
+#pragma once
+
+#include <arborium/nodes/KsNode.h>
+
+/// The font of the texts behind it.
+class ARBORIUM_API KsFont : public KsNode {
+    KS_NODE_HEADER(KsFont);
+
+public:
+    KsFont();
+
+    /// Name of a font family. The default, "defaultFont", and the empty name stand for a plain font
+    /// without serifs; a family that is not there is replaced by a similar one.
+    KsSFName name;
+    /// In units of the scene. Default 10; a size that is no positive number is passed over.
+    KsSFFloat size;
+
+    void doAction(KsAction* action) override;
+
+protected:
+    ~KsFont() override;
+};

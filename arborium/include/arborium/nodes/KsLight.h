@@ -1,0 +1,23 @@
+#pragma once
+
+#include <arborium/nodes/KsNode.h>
+
+struct KsLightState;
+
+/// Base of the lights. A light shines on what stands behind it, up to the end of its separator.
+class ARBORIUM_API KsLight : public KsNode {
+    KS_NODE_HEADER(KsLight);
+
+public:
+    KsSFBool on;         ///< Default TRUE.
+    KsSFFloat intensity; ///< Multiplies the colour; below 0 counts as 0. Default 1.
+    KsSFColor color;     ///< Default white.
+
+    void doAction(KsAction* action) override;
+
+protected:
+    KsLight();
+    ~KsLight() override;
+    /// Fills kind and vector, in the space of the node; FALSE if the light has no direction.
+    virtual bool describe(KsLightState& light) const = 0;
+};

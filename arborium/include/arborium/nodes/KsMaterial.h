@@ -1,0 +1,25 @@
+#pragma once
+
+#include <arborium/fields/KsMField.h>
+#include <arborium/nodes/KsNode.h>
+
+/// Looks of the surfaces behind it. Only fields that were set (that are not default) have an
+/// effect; of several values the first one. What is not a number is passed over.
+class ARBORIUM_API KsMaterial : public KsNode {
+    KS_NODE_HEADER(KsMaterial);
+
+public:
+    KsMaterial();
+
+    KsMFColor ambientColor;  ///< Default (0.2, 0.2, 0.2).
+    KsMFColor diffuseColor;  ///< Default (0.8, 0.8, 0.8).
+    KsMFColor specularColor; ///< Default (0, 0, 0).
+    KsMFColor emissiveColor; ///< Default (0, 0, 0).
+    KsMFFloat shininess;     ///< 0 (dull) to 1. Default 0.2.
+    KsMFFloat transparency;  ///< 0 (opaque) to 1 (invisible). Default 0.
+
+    void doAction(KsAction* action) override;
+
+protected:
+    ~KsMaterial() override;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <arborium/base/KbBox3f.h>
+#include <arborium/nodes/KsGroup.h>
+
+/// A group that keeps what its children set from what stands behind it. It keeps the box of its
+/// children until something below it changes.
+class ARBORIUM_API KsSeparator : public KsGroup {
+    KS_NODE_HEADER(KsSeparator);
+
+public:
+    KsSeparator();
+
+    bool affectsState() const override { return false; }
+    void doAction(KsAction* action) override;
+    void getBoundingBox(KsGetBoundingBoxAction* action) override;
+    void getMatrix(KsGetMatrixAction* action) override;
+    void rayPick(KsRayPickAction* action) override;
+
+protected:
+    ~KsSeparator() override;
+
+private:
+    KbBox3f m_box; // in the space in which the separator stands
+    bool m_boxKept = false;
+};

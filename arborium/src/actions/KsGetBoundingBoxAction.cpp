@@ -1,0 +1,57 @@
+#include <arborium/actions/KsGetBoundingBoxAction.h>
+
+#include <arborium/actions/KsState.h>
+#include <arborium/nodes/KsNode.h>
+
+KsGetBoundingBoxAction::KsGetBoundingBoxAction(const KbViewportRegion& viewport)
+    : m_viewport(viewport)
+{
+}
+
+KsType KsGetBoundingBoxAction::getClassTypeId()
+{
+    static const KsType type =
+        KsType::createType(KsAction::getClassTypeId(), "GetBoundingBoxAction");
+    return type;
+}
+
+void KsGetBoundingBoxAction::beginTraversal(KsNode* root)
+{
+    m_box.makeEmpty();
+    m_outermostUse = 1 << 30;
+    m_state->edit(m_state->viewport) = m_viewport;
+    KsAction::beginTraversal(root);
+}
+
+void KsGetBoundingBoxAction::visit(KsNode* node)
+{
+    m_nodeStale = node->isStale(KsNode::StaleBox);
+    // Before the visit, so that a change during it marks the node again. Along a path not all of
+    // what is below a node is visited, so that its mark must stay.
+    const PathCode code = getPathCode();
+    if (code == NO_PATH || code == BELOW_PATH) node->clearStale(KsNode::StaleBox);
+    node->getBoundingBox(this);
+}
+
+void KsGetBoundingBoxAction::extendBy(const KbBox3f& localBox)
+{
+    if (localBox.isEmpty()) return;
+    KbBox3f box(localBox);
+    const KbMatrix& matrix = m_state->modelMatrix.get();
+    if (!matrix.isIdentity()) box.transform(matrix);
+    extendByRootBox(box);
+}
+
+void KsGetBoundingBoxAction::extendByRootBox(const KbBox3f& box)
+{
+    // One number that is none would spoil each box above.
+    if (getPathCode() == OFF_PATH || !box.getMin().isFinite() || !box.getMax().isFinite()) return;
+    m_box.extendBy(box);
+}
+
+KbBox3f KsGetBoundingBoxAction::exchange(const KbBox3f& box)
+{
+    const KbBox3f former = m_box;
+    m_box = box;
+    return former;
+}

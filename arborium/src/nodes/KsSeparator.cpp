@@ -1,0 +1,64 @@
+#include <arborium/nodes/KsSeparator.h>
+
+#include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/actions/KsGetMatrixAction.h>
+#include <arborium/actions/KsRayPickAction.h>
+#include <arborium/actions/KsState.h>
+
+#include <algorithm>
+
+KS_NODE_SOURCE(KsSeparator, KsGroup)
+
+KsSeparator::KsSeparator() { KsInstanceBuilder build(classRecord, this); }
+
+KsSeparator::~KsSeparator() = default;
+
+void KsSeparator::doAction(KsAction* action)
+{
+    KsState* state = action->getState();
+    state->push();
+    getChildren()->traverseInPath(action);
+    state->pop();
+}
+
+void KsSeparator::getBoundingBox(KsGetBoundingBoxAction* action)
+{
+    const KsAction::PathCode code = action->getPathCode();
+    const bool whole = code == KsAction::NO_PATH || code == KsAction::BELOW_PATH;
+    if (whole && m_boxKept && !action->isNodeStale()) {
+        action->extendBy(m_box);
+        return;
+    }
+    if (whole) m_boxKept = false;
+
+    // The box is gathered as if the separator stood at the root, so that it stays right wherever
+    // the separator is met again.
+    KsState* state = action->getState();
+    const int outerUse = action->m_outermostUse;
+    action->m_outermostUse = 1 << 30;
+    const KbBox3f outerBox = action->exchange(KbBox3f());
+    state->push();
+    const int depth = state->getDepth();
+    state->edit(state->modelMatrix).makeIdentity();
+    getChildren()->traverseInPath(action);
+    state->pop();
+    const KbBox3f box = action->exchange(outerBox);
+    action->extendBy(box);
+
+    if (whole && action->m_outermostUse >= depth && !action->isTerminated()) {
+        m_box = box;
+        m_boxKept = true;
+    }
+    action->m_outermostUse = std::min(action->m_outermostUse, outerUse);
+}
+
+void KsSeparator::getMatrix(KsGetMatrixAction* action)
+{
+    if (action->getPathCode() == KsAction::IN_PATH) getChildren()->traverseInPath(action);
+}
+
+void KsSeparator::rayPick(KsRayPickAction* action)
+{
+    const bool usable = m_boxKept && !isStale(StaleBox) && action->hasRay();
+    if (!usable || action->intersectBox(m_box)) doAction(action);
+}
