@@ -19,7 +19,7 @@ bool KsTypedObject::checkDatabase(const char* className, const void* instance, K
     const KsType known = KsType::fromName(name);
     if (!known.isBad() && known == type && type == member) return true;
     KsDebugError::post("KsTypedObject::checkDatabase",
-                       "The type of class \"%s\" (instance %p) is not the one in the type table", name,
-                       instance);
+                       "The type of class \"%s\" (instance %p) is not the one in the type table",
+                       name, instance);
     return false;
 }

@@ -63,7 +63,8 @@ public:
             if (!goOn) break;
         }
         m_walk = walk.outer;
-        if (!m_walk) m_items.erase(std::remove(m_items.begin(), m_items.end(), nullptr), m_items.end());
+        if (!m_walk)
+            m_items.erase(std::remove(m_items.begin(), m_items.end(), nullptr), m_items.end());
         return true;
     }
 

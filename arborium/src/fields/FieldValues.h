@@ -10,7 +10,8 @@ template <class V> bool isSameValue(const V& a, const V& b)
 {
     if (a == b) return true;
     if constexpr (std::is_trivially_copyable_v<V> && std::is_standard_layout_v<V>)
-        return std::memcmp(static_cast<const void*>(&a), static_cast<const void*>(&b), sizeof(V)) == 0;
+        return std::memcmp(static_cast<const void*>(&a), static_cast<const void*>(&b), sizeof(V)) ==
+               0;
     return false;
 }
 

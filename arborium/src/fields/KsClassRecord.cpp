@@ -70,8 +70,9 @@ void KsClassRecord::makeFieldData()
 namespace {
 void postNotConstructed(const char* className)
 {
-    KsDebugError::post(className, "Instance not properly constructed.\n"
-                                  "Did you forget to put KS_NODE_CONSTRUCTOR() in the constructor?");
+    KsDebugError::post(className,
+                       "Instance not properly constructed.\n"
+                       "Did you forget to put KS_NODE_CONSTRUCTOR() in the constructor?");
 }
 } // namespace
 

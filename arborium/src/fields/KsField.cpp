@@ -94,7 +94,7 @@ KsField::~KsField()
     }
     while (KsFieldSensor* sensor = m_listeners->sensors.any()) {
         sensor->dyingReference();
-        if (m_listeners->sensors.contains(sensor)) sensor->detach();
+        if (m_listeners && m_listeners->sensors.contains(sensor)) sensor->detach();
         if (!m_listeners) return;
     }
 }
@@ -145,7 +145,8 @@ bool KsField::connectFrom(KsField* master)
         return false;
     }
     if (master->getTypeId() != getTypeId()) {
-        KsDebugError::post("KsField::connectFrom", "%s is a %s and cannot be connected from %s, a %s",
+        KsDebugError::post("KsField::connectFrom",
+                           "%s is a %s and cannot be connected from %s, a %s",
                            describe(this).c_str(), getTypeId().getName().getString(),
                            describe(master).c_str(), master->getTypeId().getName().getString());
         return false;

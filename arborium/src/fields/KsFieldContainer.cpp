@@ -72,7 +72,8 @@ bool KsFieldContainer::fieldsAreEqual(const KsFieldContainer* other) const
     for (int i = 0; i < data->getNumFields(); ++i) {
         const KsField* mine = data->getField(this, i, false);
         const KsField* others = data->getField(other, i, false);
-        if (mine && others ? !mine->isSame(*others) : !isNull(mine) || !isNull(others)) return false;
+        if (mine && others ? !mine->isSame(*others) : !isNull(mine) || !isNull(others))
+            return false;
     }
     return true;
 }

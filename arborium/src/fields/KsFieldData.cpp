@@ -17,10 +17,9 @@ void KsFieldData::addField(const KsFieldContainer* container, const KbName& name
                            const KsField* field)
 {
     if (!container || !field || !m_index.emplace(name, getNumFields()).second) return;
-    m_entries.push_back({name,
-                         reinterpret_cast<const char*>(field) -
-                             reinterpret_cast<const char*>(container),
-                         -1});
+    m_entries.push_back(
+        {name, reinterpret_cast<const char*>(field) - reinterpret_cast<const char*>(container),
+         -1});
 }
 
 void KsFieldData::addPartField(const KbName& name, int part)

@@ -5,6 +5,7 @@
 #include <arborium/actions/KsSearchAction.h>
 #include <arborium/actions/KsWriteAction.h>
 #include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/io/KsInput.h>
 #include <arborium/io/KsOutput.h>
 
@@ -40,8 +41,7 @@ void KsGroup::addChild(KsNode* child)
 void KsGroup::insertChild(KsNode* child, int index)
 {
     if (!isGiven(child, "KsGroup::insertChild")) return;
-    if (isInRange(index, getNumChildren(), "KsGroup::insertChild"))
-        m_children.insert(child, index);
+    if (isInRange(index, getNumChildren(), "KsGroup::insertChild")) m_children.insert(child, index);
 }
 
 KsNode* KsGroup::getChild(int index) const
@@ -112,9 +112,7 @@ void KsGroup::write(KsWriteAction* action)
 
     if (out->getStage() == KsOutput::COUNT_REFS) {
         addWriteReference(out);
-        if (hasMultipleWriteRefs(out)) return;
-        getFieldData()->write(out, this);
-        m_children.traverse(action, 0, last);
+        if (!hasMultipleWriteRefs(out)) m_children.traverse(action, 0, last);
         return;
     }
     if (writeHeader(out, true)) return;
@@ -157,8 +155,9 @@ bool KsGroup::readChildren(KsInput* in)
             if (!readChild(isMissing)) return false;
         return true;
     }
+    static constexpr std::size_t leastBytes = 8; // of the shortest child
     std::int32_t count = 0;
-    if (!in->read(count)) return false;
+    if (!in->readCount(count, leastBytes, KsLimits::current().nodesPerFile)) return false;
     for (std::int32_t i = 0; i < count; ++i) {
         if (!readChild(isMissing)) return false;
         if (!isMissing) continue;

@@ -119,7 +119,6 @@ void KsNode::write(KsWriteAction* action)
     KsOutput* out = action->getOutput();
     if (out->getStage() == KsOutput::COUNT_REFS) {
         addWriteReference(out);
-        if (!hasMultipleWriteRefs(out)) getFieldData()->write(out, this);
         return;
     }
     if (writeHeader(out, isGroup())) return;

@@ -50,6 +50,11 @@ KsNode* KsNode::Copier::copyOf(const KsNode* node)
     return copy;
 }
 
+void KsNode::Copier::keep(const KsNode* node)
+{
+    if (node) m_impl->copies.emplace(node, const_cast<KsNode*>(node));
+}
+
 void KsNode::Copier::fill(const KsNode* from, KsNode* to)
 {
     to->setName(from->getName());
@@ -97,7 +102,6 @@ void KsNode::Copier::finish(KsNode* root)
             if (KsField* copy = fields->getField(pair.to, i)) copy->connectFrom(master);
         }
     }
-    const KsKeepAlive keep(root);
     if (root) root->ref();
     m_impl->pairs.clear();
     m_impl->copies.clear();

@@ -85,16 +85,15 @@ public:
     ~KsKeepAlive()
     {
         if (!m_object) return;
-        if (m_wasFree) m_object->unrefNoDelete();
-        else m_object->unref();
+        if (m_wasFree)
+            m_object->unrefNoDelete();
+        else
+            m_object->unref();
     }
     KsKeepAlive(const KsKeepAlive&) = delete;
     KsKeepAlive& operator=(const KsKeepAlive&) = delete;
     /// FALSE if the object would be gone but for this guard.
-    bool isStillWanted() const
-    {
-        return m_object && (m_wasFree || m_object->getRefCount() > 1);
-    }
+    bool isStillWanted() const { return m_object && (m_wasFree || m_object->getRefCount() > 1); }
 
 private:
     const KsRefCounter* m_object;

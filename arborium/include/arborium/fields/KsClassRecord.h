@@ -16,8 +16,7 @@ struct ARBORIUM_API KsClassRecord {
     /// is constant-initialised: it may be used by constructors of other static objects.
     constexpr KsClassRecord(const char* name, KsClassRecord* parent, KsCreateFunction create)
         : className(name), parentRecord(parent), createFunction(create)
-    {
-    }
+    {}
 
     const char* className;
     KsClassRecord* parentRecord;

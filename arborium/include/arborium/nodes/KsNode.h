@@ -131,6 +131,8 @@ public:
     /// The copy of `node`, made if needed; null for null or for a class that cannot be created. In
     /// deep trees it is filled later.
     KsNode* copyOf(const KsNode* node);
+    /// Lets a node that has no copy yet be shared by the copies of what refers to it.
+    void keep(const KsNode* node);
     /// The copy of `node` if it has been made, else `node` itself.
     KsNode* find(const KsNode* node) const;
     /// Fills what is still empty and connects the fields. `root` is left without a reference.

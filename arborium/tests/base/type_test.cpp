@@ -1,0 +1,202 @@
+#include "MessageGuard.h"
+
+#include <arborium/base/KsBase.h>
+#include <arborium/base/KsType.h>
+#include <arborium/base/KsTypedObject.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+KsType fruit() { return KsType::createType(KsType::badType(), "TestFruit"); }
+
+class Thing : public KsTypedObject {
+public:
+    KsType getTypeId() const override { return KsType::fromName("TestThing"); }
+    static KsTypedObject* create(KsType*) { return new Thing; }
+};
+
+/// A named object that notes when it goes.
+class Item : public KsBase {
+public:
+    explicit Item(std::vector<std::string>* log = nullptr) : m_log(log) {}
+    static KsType type() { return KsType::createType(KsBase::getClassTypeId(), "TestItem"); }
+    KsType getTypeId() const override { return type(); }
+    bool readInstance(KsInput*, unsigned short) override { return true; }
+    KsRef<Item> next;
+    bool refsItselfWhileDying = false;
+
+protected:
+    ~Item() override
+    {
+        if (m_log) m_log->push_back("gone");
+    }
+    void notifyDelete() override
+    {
+        if (m_log) m_log->push_back("going");
+        if (!refsItselfWhileDying) return;
+        ref();
+        unref();
+    }
+
+private:
+    std::vector<std::string>* m_log;
+};
+} // namespace
+
+TEST(Type, isFoundWithAndWithoutThePrefix)
+{
+    const KsType apple = KsType::createType(fruit(), "TestApple");
+    EXPECT_EQ(KsType::fromName("TestApple"), apple);
+    EXPECT_EQ(KsType::fromName("KsTestApple"), apple);
+    const KsType pear = KsType::createType(fruit(), "KsTestPear");
+    EXPECT_EQ(KsType::fromName("TestPear"), pear);
+    EXPECT_EQ(KsType::fromName("KsTestPear"), pear);
+    EXPECT_TRUE(KsType::fromName("TestPlum").isBad());
+    EXPECT_TRUE(KsType::fromName("").isBad());
+    EXPECT_TRUE(KsType::fromName("Ks").isBad());
+}
+
+TEST(Type, derivesFromItselfAndFromEachTypeAboveIt)
+{
+    const KsType apple = KsType::createType(fruit(), "TestApple");
+    const KsType small = KsType::createType(apple, "TestSmallApple");
+    const KsType pear = KsType::createType(fruit(), "TestPear");
+    EXPECT_TRUE(small.isDerivedFrom(small));
+    EXPECT_TRUE(small.isDerivedFrom(apple));
+    EXPECT_TRUE(small.isDerivedFrom(fruit()));
+    EXPECT_FALSE(apple.isDerivedFrom(small));
+    EXPECT_FALSE(small.isDerivedFrom(pear));
+    EXPECT_FALSE(small.isDerivedFrom(KsType::badType()));
+    EXPECT_FALSE(KsType::badType().isDerivedFrom(KsType::badType()));
+    EXPECT_EQ(small.getParent(), apple);
+}
+
+TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
+{
+    const KsType apple = KsType::createType(fruit(), "TestApple", nullptr, 7);
+    EXPECT_EQ(KsType::createType(KsType::badType(), "TestApple", &Thing::create, 9), apple);
+    EXPECT_EQ(apple.getParent(), fruit());
+    EXPECT_EQ(apple.getActionIndex(), 7);
+    EXPECT_FALSE(apple.canCreateInstance());
+    EXPECT_EQ(apple.createInstance(), nullptr);
+}
+
+TEST(Type, isGoneAfterItsRemovalAndComesBackUnderItsName)
+{
+    const KsType apple = KsType::createType(fruit(), "TestApple");
+    EXPECT_NE(KsType::removeType("TestApple"), 0);
+    EXPECT_EQ(KsType::removeType("TestApple"), 0);
+    EXPECT_TRUE(KsType::fromName("TestApple").isBad());
+    EXPECT_FALSE(apple.isDerivedFrom(fruit()));
+    EXPECT_TRUE(apple.getName().isEmpty());
+    for (int i = 0; i < 70000; ++i) { // more than there are indices
+        ASSERT_FALSE(KsType::createType(fruit(), "TestApple").isBad());
+        ASSERT_NE(KsType::removeType("TestApple"), 0);
+    }
+}
+
+TEST(Type, createsInstances)
+{
+    const KsType type =
+        KsType::createType(KsTypedObject::getClassTypeId(), "TestThing", &Thing::create);
+    KsTypedObject* thing = type.createInstance();
+    ASSERT_NE(thing, nullptr);
+    EXPECT_TRUE(thing->isOfType(KsTypedObject::getClassTypeId()));
+    EXPECT_TRUE(KsTypedObject::checkDatabase("KsTestThing", thing, type, type));
+    {
+        ExpectedMessages messages("KsTypedObject::checkDatabase", "TestThing");
+        EXPECT_FALSE(KsTypedObject::checkDatabase("TestThing", thing, type, KsType::badType()));
+    }
+    delete thing;
+}
+
+TEST(References, destroyAtTheLastOne)
+{
+    std::vector<std::string> log;
+    auto* item = new Item(&log);
+    item->ref();
+    item->ref();
+    item->unref();
+    EXPECT_TRUE(log.empty());
+    item->unref();
+    EXPECT_EQ(log, (std::vector<std::string>{"going", "gone"}));
+}
+
+TEST(References, givenBackTooOftenAreIgnored)
+{
+    auto* item = new Item;
+    item->unref();
+    EXPECT_EQ(item->getRefCount(), 0);
+    item->ref();
+    item->unref();
+}
+
+TEST(References, takenWhileAnObjectDiesDoNotDestroyItTwice)
+{
+    std::vector<std::string> log;
+    auto* item = new Item(&log);
+    item->refsItselfWhileDying = true;
+    item->ref();
+    item->unref();
+    EXPECT_EQ(log, (std::vector<std::string>{"going", "gone"}));
+}
+
+TEST(References, releaseAChainOfAnyLength)
+{
+    const int before = KsBase::getNumInstances();
+    KsRef<Item> head(new Item);
+    for (int i = 0; i < 200000; ++i) {
+        KsRef<Item> item(new Item);
+        item->next = head;
+        head = item;
+    }
+    EXPECT_EQ(KsBase::getNumInstances(), before + 200001);
+    head.reset();
+    EXPECT_EQ(KsBase::getNumInstances(), before);
+}
+
+TEST(KeepAlive, leavesAnObjectThatHadNoReference)
+{
+    std::vector<std::string> log;
+    auto* item = new Item(&log);
+    {
+        const KsKeepAlive keep(item);
+        item->ref();
+        item->unref();
+        EXPECT_TRUE(keep.isStillWanted());
+    }
+    EXPECT_TRUE(log.empty());
+    item->ref();
+    {
+        const KsKeepAlive keep(item);
+        EXPECT_TRUE(keep.isStillWanted());
+        item->unref();
+        EXPECT_FALSE(keep.isStillWanted());
+        EXPECT_TRUE(log.empty());
+    }
+    EXPECT_FALSE(log.empty());
+    const KsKeepAlive nothing(nullptr);
+    EXPECT_FALSE(nothing.isStillWanted());
+}
+
+TEST(Names, areFoundInTheOrderOfNaming)
+{
+    KsRef<Item> a(new Item), b(new Item), c(new Item);
+    c->setName("lamp");
+    a->setName("lamp");
+    b->setName("lamp");
+    std::vector<KsBase*> found;
+    KsBase::getNamed("lamp", found);
+    EXPECT_EQ(found, (std::vector<KsBase*>{c.get(), a.get(), b.get()}));
+    EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), c.get());
+    c->setName("desk");
+    EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), a.get());
+    a.reset();
+    EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), b.get());
+    b->setName(KbName());
+    EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), nullptr);
+    EXPECT_EQ(KsBase::getFirstNamed("desk", fruit()), nullptr);
+}

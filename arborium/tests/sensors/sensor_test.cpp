@@ -1,0 +1,387 @@
+#include "MessageGuard.h"
+
+#include <arborium/nodes/KsGroup.h>
+#include <arborium/sensors/KsSensor.h>
+#include <arborium/sensors/KsSensorManager.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class KsTestCounter : public KsNode {
+    KS_NODE_HEADER(KsTestCounter);
+
+public:
+    KsTestCounter();
+    KsSFInt32 count;
+    KsSFInt32 other;
+};
+KS_NODE_SOURCE(KsTestCounter, KsNode)
+KsTestCounter::KsTestCounter()
+{
+    KsInstanceBuilder build(classRecord, this);
+    build.field("count", count, 0);
+    build.field("other", other, 0);
+}
+
+namespace {
+/// A sensor that runs a function of the test.
+template <class Sensor> class Probe : public Sensor {
+public:
+    explicit Probe(std::function<void(Probe&)> probeAction = {}, std::uint32_t priority = 0)
+        : Sensor(&Probe::run, nullptr), action(std::move(probeAction))
+    {
+        this->setData(this);
+        this->setPriority(priority);
+    }
+    std::function<void(Probe&)> action;
+    int calls = 0;
+
+private:
+    static void run(void* data, KsSensor*)
+    {
+        auto* probe = static_cast<Probe*>(data);
+        ++probe->calls;
+        const auto action = probe->action; // the probe may be gone behind the call
+        if (action) action(*probe);
+    }
+};
+using FieldProbe = Probe<KsFieldSensor>;
+using NodeProbe = Probe<KsNodeSensor>;
+using QueueProbe = Probe<KsDelayQueueSensor>;
+
+class Sensors : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        KsNode::initClass();
+        KsGroup::initClass();
+        KsTestCounter::initClass();
+        node = new KsTestCounter;
+    }
+    KsRef<KsTestCounter> node;
+};
+} // namespace
+
+TEST_F(Sensors, ofPriority0FireInsideTheChange)
+{
+    FieldProbe probe([&](FieldProbe& self) {
+        EXPECT_EQ(node->count.getValue(), 7);
+        EXPECT_EQ(self.getTriggerField(), &node->count);
+        EXPECT_EQ(self.getTriggerNode(), node.get());
+    });
+    probe.attach(&node->count);
+    EXPECT_EQ(probe.getAttachedField(), &node->count);
+    node->count = 7;
+    EXPECT_EQ(probe.calls, 1);
+    EXPECT_EQ(probe.getTriggerField(), nullptr);
+    node->other = 7;
+    EXPECT_EQ(probe.calls, 1);
+    EXPECT_FALSE(probe.isScheduled());
+}
+
+TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
+{
+    FieldProbe probe({}, 100);
+    probe.attach(&node->count);
+    node->count = 1;
+    node->count = 2;
+    EXPECT_EQ(probe.calls, 0);
+    EXPECT_TRUE(probe.isScheduled());
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(probe.calls, 1);
+    EXPECT_FALSE(probe.isScheduled());
+    EXPECT_TRUE(KsSensorManager::isDelayQueueEmpty());
+    node->count = 3;
+    probe.detach();
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 0);
+}
+
+TEST_F(Sensors, ofTheQueueRunByPriorityAndThenInOrder)
+{
+    std::string order;
+    QueueProbe a([&](QueueProbe&) { order += "a"; }, 50);
+    QueueProbe b([&](QueueProbe&) { order += "b"; }, 10);
+    QueueProbe c([&](QueueProbe&) { order += "c"; }, 50);
+    QueueProbe d([&](QueueProbe&) { order += "d"; }, 90);
+    a.schedule();
+    b.schedule();
+    c.schedule();
+    d.schedule();
+    a.schedule(); // is scheduled already
+    d.setPriority(1);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 4);
+    EXPECT_EQ(order, "dbac");
+}
+
+TEST_F(Sensors, scheduledWhileTheQueueRunsWaitForTheNextTime)
+{
+    int rounds = 0;
+    QueueProbe later([](QueueProbe&) {}, 1);
+    QueueProbe probe(
+        [&](QueueProbe& self) {
+            ++rounds;
+            self.schedule();
+            later.schedule();
+        },
+        50);
+    probe.schedule();
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(rounds, 1);
+    EXPECT_EQ(later.calls, 0);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 2);
+    EXPECT_EQ(later.calls, 1);
+    probe.unschedule();
+    later.unschedule();
+    EXPECT_TRUE(KsSensorManager::isDelayQueueEmpty());
+}
+
+TEST_F(Sensors, ofTheQueueMayDeleteEachOther)
+{
+    auto second = std::make_unique<QueueProbe>(nullptr, 20);
+    auto first = std::make_unique<QueueProbe>(nullptr, 10);
+    first->action = [&](QueueProbe&) {
+        second.reset();
+        first.reset();
+    };
+    second->schedule();
+    first->schedule();
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(first, nullptr);
+}
+
+TEST_F(Sensors, tellTheEventLoopWhenTheQueueGetsItsFirst)
+{
+    static int s_calls = 0;
+    KsSensorManager::setChangedCallback([](void* data) { ++*static_cast<int*>(data); }, &s_calls);
+    QueueProbe a({}, 1), b({}, 2);
+    a.schedule();
+    b.schedule();
+    EXPECT_EQ(s_calls, 1);
+    KsSensorManager::processDelayQueue();
+    b.schedule();
+    EXPECT_EQ(s_calls, 2);
+    KsSensorManager::setChangedCallback(nullptr, nullptr);
+}
+
+TEST_F(Sensors, mayDetachThemselves)
+{
+    FieldProbe once([](FieldProbe& self) { self.detach(); });
+    FieldProbe always;
+    once.attach(&node->count);
+    always.attach(&node->count);
+    node->count = 1;
+    node->count = 2;
+    EXPECT_EQ(once.calls, 1);
+    EXPECT_EQ(always.calls, 2);
+    always.detach();
+    EXPECT_FALSE(node->count.hasListeners());
+}
+
+TEST_F(Sensors, mayDetachAndAttachThemselvesInsideTheCallback)
+{
+    FieldProbe probe([this](FieldProbe& self) {
+        self.detach();
+        node->count = 9;
+        self.attach(&node->count);
+    });
+    probe.attach(&node->count);
+    node->count = 1;
+    EXPECT_EQ(probe.calls, 1);
+    EXPECT_EQ(node->count.getValue(), 9);
+    node->count = 2;
+    EXPECT_EQ(probe.calls, 2);
+}
+
+TEST_F(Sensors, mayDeleteThemselvesAndEachOther)
+{
+    auto first = std::make_unique<FieldProbe>();
+    auto second = std::make_unique<FieldProbe>();
+    first->action = [&](FieldProbe&) {
+        second.reset();
+        first.reset();
+    };
+    first->attach(&node->count);
+    second->attach(&node->count);
+    node->count = 1;
+    EXPECT_EQ(first, nullptr);
+    EXPECT_FALSE(node->count.hasListeners());
+}
+
+TEST_F(Sensors, mayReleaseTheNodeThatTheyWatch)
+{
+    FieldProbe probe([this](FieldProbe&) { node.reset(); });
+    FieldProbe second;
+    probe.attach(&node->count);
+    second.attach(&node->count);
+    node->count = 1;
+    EXPECT_EQ(second.calls, 1); // the node lives until all were told
+    EXPECT_EQ(probe.getAttachedField(), nullptr);
+    EXPECT_EQ(second.getAttachedField(), nullptr);
+}
+
+TEST_F(Sensors, maySetTheSameFieldAgain)
+{
+    FieldProbe probe([this](FieldProbe&) {
+        if (node->count.getValue() > 10) node->count = 10;
+    });
+    probe.attach(&node->count);
+    node->count = 99;
+    EXPECT_EQ(node->count.getValue(), 10);
+    EXPECT_EQ(probe.calls, 2);
+}
+
+TEST_F(Sensors, thatComeDuringTheNotificationHearTheNextOne)
+{
+    FieldProbe late;
+    FieldProbe probe([&](FieldProbe&) { late.attach(&node->count); });
+    probe.attach(&node->count);
+    node->count = 1;
+    EXPECT_EQ(late.calls, 0);
+    node->count = 2;
+    EXPECT_EQ(late.calls, 1);
+}
+
+TEST_F(Sensors, hearNothingWhileTheNotificationIsOff)
+{
+    FieldProbe probe;
+    probe.attach(&node->count);
+    EXPECT_TRUE(node->enableNotify(false));
+    node->count = 1;
+    EXPECT_EQ(probe.calls, 0);
+    EXPECT_FALSE(node->enableNotify(true));
+    node->count = 2;
+    EXPECT_EQ(probe.calls, 1);
+}
+
+TEST_F(Sensors, ofANodeHearWhatChangesBelowIt)
+{
+    KsRef<KsGroup> root(new KsGroup);
+    KsRef<KsGroup> inner(new KsGroup);
+    root->addChild(inner);
+    inner->addChild(node);
+    NodeProbe probe;
+    probe.attach(root);
+    probe.action = [this](NodeProbe& self) {
+        EXPECT_EQ(self.getTriggerField(), &node->count);
+        EXPECT_EQ(self.getTriggerNode(), node.get());
+    };
+    node->count = 1;
+    EXPECT_EQ(probe.calls, 1);
+    probe.action = {};
+    inner->removeChild(node.get());
+    EXPECT_EQ(probe.calls, 2);
+    node->count = 2;
+    EXPECT_EQ(probe.calls, 2);
+    root->touch();
+    EXPECT_EQ(probe.calls, 3);
+}
+
+TEST_F(Sensors, ofANodeHearNothingFromBelowASilentOne)
+{
+    KsRef<KsGroup> root(new KsGroup);
+    KsRef<KsGroup> inner(new KsGroup);
+    root->addChild(inner);
+    inner->addChild(node);
+    NodeProbe probe;
+    probe.attach(root);
+    inner->enableNotify(false);
+    node->count = 1;
+    inner->addChild(new KsGroup);
+    EXPECT_EQ(probe.calls, 0);
+    inner->enableNotify(true);
+    node->count = 1;
+    EXPECT_EQ(probe.calls, 1);
+}
+
+TEST_F(Sensors, ofANodeHearAChangeOnceHoweverManyWaysLeadToIt)
+{
+    KsRef<KsGroup> root(new KsGroup);
+    KsNode* below = node;
+    KsRef<KsNode> keep(below);
+    for (int i = 0; i < 40; ++i) { // 2^40 ways
+        auto* left = new KsGroup;
+        auto* right = new KsGroup;
+        auto* top = i == 39 ? root.get() : new KsGroup;
+        left->addChild(below);
+        right->addChild(below);
+        top->addChild(left);
+        top->addChild(right);
+        below = top;
+    }
+    NodeProbe probe;
+    probe.attach(root);
+    node->count = 1;
+    EXPECT_EQ(probe.calls, 1);
+}
+
+TEST_F(Sensors, ofANodeLeaveItWhenItDies)
+{
+    NodeProbe probe;
+    probe.attach(node);
+    EXPECT_EQ(probe.getAttachedNode(), node.get());
+    node.reset();
+    EXPECT_EQ(probe.getAttachedNode(), nullptr);
+}
+
+TEST_F(Sensors, ofANodeMayReleaseTheSceneThatTheyWatch)
+{
+    KsRef<KsGroup> root(new KsGroup);
+    root->addChild(node);
+    KsTestCounter* counter = node.get();
+    node.reset();
+    NodeProbe probe([&](NodeProbe&) { root.reset(); });
+    probe.attach(root);
+    counter->count = 1;
+    EXPECT_EQ(probe.calls, 1);
+    EXPECT_EQ(probe.getAttachedNode(), nullptr);
+}
+
+TEST_F(Sensors, thatAreSilencedHearNothingForTheScope)
+{
+    FieldProbe probe;
+    probe.attach(&node->count);
+    {
+        const KsSensorSilencer silencer(&probe);
+        node->count = 1;
+        {
+            const KsSensorSilencer inner(&probe);
+            node->count = 2;
+        }
+        node->count = 3;
+    }
+    EXPECT_EQ(probe.calls, 0);
+    KsSensorSilencer silencer(&probe);
+    silencer.restore();
+    node->count = 4;
+    EXPECT_EQ(probe.calls, 1);
+    const KsSensorSilencer nothing(nullptr);
+    FieldProbe free;
+    const KsSensorSilencer idle(&free);
+    free.attach(&node->count);
+    node->count = 5;
+    EXPECT_EQ(free.calls, 1);
+}
+
+TEST_F(Sensors, thatAreSilencedMayGoWithTheirNode)
+{
+    auto probe = std::make_unique<FieldProbe>();
+    probe->attach(&node->count);
+    {
+        const KsSensorSilencer outer(probe.get());
+        const KsSensorSilencer silencer(probe.get());
+        node.reset();
+        EXPECT_EQ(probe->getAttachedField(), nullptr);
+        probe.reset();
+    }
+    node = new KsTestCounter;
+    probe = std::make_unique<FieldProbe>();
+    probe->attach(&node->count);
+    {
+        const KsSensorSilencer silencer(probe.get());
+        node.reset();
+    }
+    EXPECT_EQ(probe->getAttachedField(), nullptr);
+}
