@@ -120,7 +120,7 @@ template <class Element> void report(const Undefined& what, Element* element)
         break;
     }
     const std::string where = std::string("KsDialogAuditor::") + what.operation;
-    KsDebugError::postInfo(where.c_str(), "%s", text.getString());
+    KsDebugError::postInfo(where.c_str(), "%s", text.toUtf8().c_str());
 }
 
 } // namespace

@@ -79,7 +79,7 @@ void KsRelayFrame::forgetNode()
     for (QObject* child : children()) child->disconnect(this);
 }
 
-void KsRelayFrame::retire(QWidget* successor)
+void KsRelayFrame::handOverTo(QWidget* successor)
 {
     forgetNode();
     const QWidget* focus = window()->focusWidget();

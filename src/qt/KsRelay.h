@@ -43,10 +43,10 @@ public:
     void changeLabelAlignment(int flags);
     void changeLabelVisibility(bool visible);
 
-    /// Takes this frame out of service in favour of `successor`, or of none: it forgets its node,
+    /// Takes this frame out of service in favour of `successor`, which may be null: it forgets its node,
     /// is silenced, hands the keyboard focus on, leaves the window, and is deleted when no signal of
     /// it can be running any more.
-    void retire(QWidget* successor = nullptr);
+    void handOverTo(QWidget* successor);
     /// From now on nothing that happens here reaches the node.
     void forgetNode();
 

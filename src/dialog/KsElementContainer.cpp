@@ -1,0 +1,227 @@
+#include <formweave/KsElementContainer.h>
+
+#include <arborium/actions/KsRayPickAction.h>
+#include <arborium/actions/KsSearchAction.h>
+#include <arborium/actions/KsWriteAction.h>
+#include <arborium/base/KsDBImpl.h>
+#include <arborium/base/KsDebugError.h>
+#include <arborium/io/KsInput.h>
+#include <arborium/io/KsOutput.h>
+
+#include <algorithm>
+#include <string>
+
+bool ksIsBinary(KsInput* in)
+{
+    return in->isBinary();
+}
+
+KsElementList::KsElementList(KsFormweave* owner, const KsElementListTraits& traits)
+    : m_owner(owner), m_traits(traits)
+{
+}
+
+KsElementList::~KsElementList() = default;
+
+void KsElementList::orphanChildren()
+{
+    for (int i = 0; i < m_count; ++i) {
+        if (at(i)->getParentElement() == m_owner) at(i)->setParent(nullptr);
+    }
+}
+
+KsFormweave* KsElementList::at(int index) const
+{
+    return static_cast<KsFormweave*>((*m_owner->getChildren())[index]);
+}
+
+int KsElementList::find(const KsNode* child) const
+{
+    const KsChildList& list = *m_owner->getChildren();
+    for (int i = 0; child && i < m_count; ++i) {
+        if (list[i] == child) return i;
+    }
+    return -1;
+}
+
+void KsElementList::post(const char* operation, int index, int last, const char* end) const
+{
+    const std::string where = std::string(m_traits.className) + "::" + operation;
+    KsDebugError::post(where.c_str(), "Index %d is out of range %d - %d%s", index, 0, last, end);
+}
+
+bool KsElementList::mayTake(KsFormweave* child, const char* operation) const
+{
+    const std::string where = std::string(m_traits.className) + "::" + operation;
+    if (!child) {
+        KsDebugError::post(where.c_str(), "NULL child node");
+        return false;
+    }
+    const KsFormweave* parent = child->getParentElement();
+    const KsElementList* siblings = parent ? parent->getElements() : nullptr;
+    if (siblings && siblings->find(child) >= 0) {
+        KsDebugError::post(where.c_str(), "The child node stands in a %s already; remove it there "
+                                          "first",
+                           parent->getTypeId().getName().getString());
+        return false;
+    }
+    if (m_owner->isBelow(child)) {
+        KsDebugError::post(where.c_str(), "A node cannot stand below itself");
+        return false;
+    }
+    return true;
+}
+
+bool KsElementList::add(KsFormweave* child)
+{
+    if (!mayTake(child, "addChild")) return false;
+    m_owner->restoreTopSeparator();
+    m_owner->getChildren()->insert(child, m_count);
+    ++m_count;
+    child->setParent(m_owner);
+    return true;
+}
+
+bool KsElementList::insert(KsFormweave* child, int index)
+{
+    if (!mayTake(child, "insertChild")) return false;
+    if (index < 0 || index > m_count) {
+        post("insertChild", index, m_count);
+        return false;
+    }
+    m_owner->restoreTopSeparator();
+    m_owner->getChildren()->insert(child, index);
+    ++m_count;
+    child->setParent(m_owner);
+    return true;
+}
+
+KsFormweave* KsElementList::get(int index) const
+{
+    if (index >= m_count) {
+        post("getChild", index, m_count, m_traits.getChildWarning);
+        return nullptr;
+    }
+    return index < 0 ? nullptr : at(index);
+}
+
+bool KsElementList::remove(int index)
+{
+    if (index < 0 || index >= m_count) {
+        post("removeChild", index, m_count - 1);
+        return false;
+    }
+    const KsRef<KsFormweave> child(at(index));
+    child->destroyWidget();
+    --m_count;
+    m_owner->getChildren()->remove(index);
+    child->setParent(nullptr);
+    return true;
+}
+
+bool KsElementList::removeAll()
+{
+    for (int i = m_count - 1; i >= 0 && i < m_count; --i) {
+        at(i)->destroyWidget();
+        at(i)->setParent(nullptr);
+    }
+    m_count = 0;
+    m_owner->getChildren()->truncate(0);
+    return true;
+}
+
+bool KsElementList::replace(int index, KsFormweave* child)
+{
+    if (!mayTake(child, "replaceChild")) return false;
+    if (index < 0 || index >= m_count) {
+        post("replaceChild", index, m_count - 1);
+        return false;
+    }
+    const KsRef<KsFormweave> old(at(index));
+    old->destroyWidget();
+    m_owner->getChildren()->set(index, child);
+    old->setParent(nullptr);
+    child->setParent(m_owner);
+    return true;
+}
+
+bool KsElementList::read(KsInput* in, const std::function<void(KsFormweave*)>& add)
+{
+    const auto readOne = [&](KsBase*& node) {
+        node = nullptr;
+        if (!KsBase::read(in, node, m_traits.childType())) return false;
+        const KsRef<KsBase> hold(node);
+        if (node) add(static_cast<KsFormweave*>(node));
+        return true;
+    };
+    KsBase* node = nullptr;
+    if (!in->isBinary()) {
+        bool ok = true;
+        // The reader goes on behind an error: all errors of a file are found in one run.
+        do {
+            if (!readOne(node)) ok = false;
+        } while (node);
+        return ok;
+    }
+    std::int32_t count = 0;
+    if (!in->read(count)) return false;
+    for (; count > 0; --count) {
+        if (!readOne(node) || !node) return false;
+    }
+    if (in->getVersion() == 1.0f) {
+        std::int32_t end = 0;
+        if (!in->read(end) || end != -1) return false;
+    }
+    return true;
+}
+
+void KsElementList::write(KsWriteAction* action)
+{
+    KsOutput* out = action->getOutput();
+    KsChildList* list = m_owner->getChildren();
+    if (out->getStage() == KsOutput::COUNT_REFS) {
+        m_owner->addWriteReference(out);
+        if (m_owner->hasMultipleWriteRefs(out)) return;
+        m_owner->writeFields(action);
+        list->traverse(action, 0, m_count - 1);
+        return;
+    }
+    if (m_owner->writeHeader(out, true)) return;
+    m_owner->writeFields(action);
+    int numIndices = 0;
+    const int* indices = nullptr;
+    int last = m_count - 1;
+    if (action->getPathCode(numIndices, indices) == KsAction::IN_PATH && numIndices > 0)
+        last = std::min(last, indices[numIndices - 1]);
+    const bool alone = m_traits.hidesChildrenOnSync &&
+                       ((KsOutputImpl::isSynchronizing(out) && KsDBImpl::isRunningCluster()) ||
+                        KsDBImpl::isRunningToolMode());
+    std::int32_t count = 0;
+    for (int i = 0; i <= last && !alone; ++i) count += at(i)->shouldWrite(out) ? 1 : 0;
+    if (out->isBinary()) out->write(count);
+    for (int i = 0; i <= last && !alone; ++i) {
+        if (at(i)->shouldWrite(out)) action->traverse(at(i), i);
+    }
+    m_owner->endWrite(action);
+}
+
+void KsElementList::search(KsSearchAction* action)
+{
+    m_owner->KsNode::search(action);
+    if (!KsBaseKit::isSearchingChildren() || action->isFound()) return;
+    KsChildList* list = m_owner->getChildren();
+    list->traverse(action, 0, m_count - 1);
+    KsFormweave::cutToLastKit(action, KsFormweave::getClassTypeId());
+    if (action->getInterest() != KsSearchAction::ALL && action->isFound()) return;
+    list->traverse(action, m_count, list->getLength() - 1);
+}
+
+void KsElementList::rayPick(KsRayPickAction* action)
+{
+    KsChildList* list = m_owner->getChildren();
+    const int before = KsFormweave::countPickedPoints(action);
+    list->traverse(action, 0, m_count);
+    if (action->getPickedPointsListLength() == 0 && m_count > 0)
+        list->traverse(action, m_count - 1, m_count - 1);
+    KsFormweave::addKitDetails(action, KsFormweave::getClassTypeId(), before);
+}

@@ -1,0 +1,83 @@
+// Placement in a scene.
+
+#include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/actions/KsGetMatrixAction.h>
+#include <arborium/actions/KsSearchAction.h>
+#include <arborium/nodes/KsGroup.h>
+#include <arborium/nodes/KsMaterial.h>
+#include <arborium/nodes/KsPickStyle.h>
+#include <arborium/nodes/KsSwitch.h>
+#include <arborium/nodes/KsTransform.h>
+#include <arborium/nodes/KsTranslation.h>
+#include <formweave/KsFormweave.h>
+
+void KsFormweave::create3DFormweave()
+{
+    m_bboxAction = std::make_unique<KsGetBoundingBoxAction>(KbViewportRegion());
+    m_searchAction = std::make_unique<KsSearchAction>();
+    m_matrixAction = std::make_unique<KsGetMatrixAction>(KbViewportRegion());
+    m_pickStyle = new KsPickStyle;
+    m_material = new KsMaterial;
+    m_labelCachedBBox = staleBox();
+}
+
+void KsFormweave::detachFromUnbuiltTop(KsFormweave* top)
+{
+    if (top && !top->isBuilt3D() && top != this) top->setCanBeTraversed(0);
+}
+
+void KsFormweave::show3D(int show)
+{
+    setSwitchValue(getAnyPart("geomSwitch", false), show ? KsSwitch::ALL : KsSwitch::NONE);
+    m_show3D = show;
+}
+
+void KsFormweave::apply3DParentTranslation()
+{
+    auto* geometry = ksCast<KsGroup>(getAnyPart("geomSeparator", true));
+    if (!geometry) return;
+    m_parentTranslationNode = new KsTranslation;
+    geometry->insertChild(m_parentTranslationNode.get(), 0);
+    m_parentTranslationNode->translation = m_parentTranslation;
+}
+
+void KsFormweave::set3DParentTranslation(KbVec3f& translation)
+{
+    m_parentTranslation = translation;
+    if (m_parentTranslationNode) m_parentTranslationNode->translation = translation;
+}
+
+void KsFormweave::undoTransformMatrix(KsNode* node, KsTransform* transform)
+{
+    if (!node || !transform || !m_searchAction || !m_matrixAction) return;
+    // What stands behind `node` must stand on top of all that is in it: the matrix at the last
+    // node that is traversed below it.
+    m_searchAction->reset();
+    m_searchAction->setInterest(KsSearchAction::LAST);
+    m_searchAction->setType(KsNode::getClassTypeId(), true);
+    m_searchAction->apply(node);
+    KsPath* last = m_searchAction->getPath();
+    if (!last) return;
+    m_matrixAction->apply(last);
+    KbVec3f translation, scale;
+    KbRotation rotation, scaleOrientation;
+    m_matrixAction->getMatrix().getTransform(translation, rotation, scale, scaleOrientation);
+    KbMatrix matrix;
+    matrix.setTransform(translation, rotation, KbVec3f(1, 1, 1));
+    transform->setMatrix(matrix);
+    m_searchAction->reset();
+}
+
+float KsFormweave::compute3DDepth(KsNode* node)
+{
+    KsRef<KsTransform> transform(new KsTransform);
+    undoTransformMatrix(node, transform.get());
+    return transform->translation.getValue()[2];
+}
+
+void KsFormweave::apply3DTranslation(KsNode* node, float& depth, KbVec3f& v)
+{
+    if (depth == -1.0f) depth = compute3DDepth(node);
+    v += KbVec3f(0, 0, depth);
+    v += m_parentTranslation;
+}

@@ -1,0 +1,180 @@
+// Skins: where they are found, how a family's parts are read once and swapped.
+
+#include "KsSkinFamily.h"
+
+#include <arborium/base/KbFileHelper.h>
+#include <arborium/base/KbStringList.h>
+#include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsPreferences.h>
+#include <arborium/io/KsDB.h>
+#include <arborium/io/KsInput.h>
+#include <arborium/nodes/KsNodeList.h>
+#include <arborium/nodes/KsSeparator.h>
+#include <formweave/KsDialogCheckBox.h>
+#include <formweave/KsFormweave.h>
+#include <formweave/KsTopLevelDialog.h>
+
+#include <cstring>
+
+namespace {
+
+constexpr const char* temporaryPrefix = "_Lmn_Tmp_";
+
+KsSkinFamily& textFamily()
+{
+    static auto& family = *new KsSkinFamily{
+        "TextProperties.arb", &KsFormweave::TextProperties, {"DialogTextProperties"}};
+    return family;
+}
+
+KsGroup* groupNamed(const KbString& name)
+{
+    return ksCast<KsGroup>(KsNode::getByName(KbName(name.getString())));
+}
+
+} // namespace
+
+char* KsFormweave::TextProperties = const_cast<char*>(
+    KS_SKIN_PART("DialogTextProperties", "  BaseColor { rgb 0 0 0 }\n"
+                                         "  Translation { translation 0 0 0.1 }\n"
+                                         "  Font { size 11 name \"Tahoma\" }\n"));
+
+int KsFormweave::isSkinLoaded()
+{
+    return textFamily().loaded;
+}
+
+void KsFormweave::setSkinLoaded(int loaded)
+{
+    textFamily().loaded = loaded;
+}
+
+KbString& KsFormweave::s_skinsPath()
+{
+    static auto& path = *new KbString;
+    return path;
+}
+
+KbString KsFormweave::getSkinsDirectories()
+{
+    KbString directories;
+    const auto value = [](const char* name) {
+        const char* text = KsPreferences::getValue(name);
+        return KbString(text ? text : "");
+    };
+    const KbString home = value("ARBHOME");
+    if (!home.isEmpty()) directories = home + "/data/Formweave/skins/";
+    const KbString own = value("FORMWEAVE_SKINS_DIR");
+    if (!own.isEmpty()) {
+        if (!directories.isEmpty()) directories += ";";
+        directories += own;
+    }
+    return directories;
+}
+
+void KsFormweave::setSkinsDirectories(KbString directories)
+{
+    KsPreferences::setString("FORMWEAVE_SKINS_DIR", directories.getString());
+}
+
+KbString KsFormweave::getSkinsDirectory()
+{
+    return getSkinsDirectories();
+}
+
+int KsFormweave::setSkinsDirectory(KbString path)
+{
+    setSkin(path);
+    return 1;
+}
+
+void KsFormweave::setSkin(KbString path)
+{
+    const auto choose = [](const KbString& candidate) {
+        if (KbFileHelper::isAccessible(candidate, 0) != 1) return false;
+        s_skinsPath() = candidate;
+        change3DSkin();
+        return true;
+    };
+    if (path.isEmpty() || choose(path) || choose(KbString("./") + path)) return;
+    const KbStringList directories =
+        KbStringList::split(KbFileHelper::toUnixPath(getSkinsDirectories()), ";");
+    for (int i = 0; i < directories.getLength(); ++i) {
+        if (!directories[i].isEmpty() && choose(directories[i] + "/" + path)) return;
+    }
+}
+
+void KsFormweave::chooseSkin()
+{
+    if (s_skinsPath().isEmpty()) setSkin(KsPreferences::getString("FORMWEAVE_SKIN", "default"));
+}
+
+void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* builtIn)
+{
+    if (KsGroup* root = readFromFile(fileName)) {
+        root->ref(); // for good: the parts stay known by their names
+        return;
+    }
+    static bool firstMissing = true;
+    KbString message = KbString("The skin file : <") + fileName + "> cannot be found.";
+    if (firstMissing) {
+        message += "\nIMPORTANT : Internal Formweave component skin is loaded to prevent from your "
+                   "application to exit.\nFor loading your own Formweave skins, please verify the "
+                   "FORMWEAVE_SKINS_DIR environment variable.";
+        firstMissing = false;
+    }
+    KsDebugError::post("Formweave::readDefaultSkinsParts", "%s", message.toUtf8().c_str());
+    KsInput in;
+    in.setBuffer(builtIn, std::strlen(builtIn));
+    if (KsGroup* root = KsDB::readAll(&in)) root->ref();
+}
+
+void KsFormweave::free3DSkin(KbString partName)
+{
+    KsGroup* part = groupNamed(partName);
+    if (!part) return;
+    part->setName(KbName((KbString(temporaryPrefix) + partName).getString()));
+    part->removeAllChildren();
+}
+
+void KsFormweave::load3DSkin(KbString partName)
+{
+    KsGroup* old = groupNamed(KbString(temporaryPrefix) + partName);
+    KsGroup* fresh = groupNamed(partName);
+    if (!old || !fresh) return;
+    for (int i = 0; i < fresh->getNumChildren(); ++i) old->addChild(fresh->getChild(i));
+    fresh->setName(KbName());
+    old->setName(KbName(partName.getString()));
+}
+
+void KsSkinFamily::loadOnce()
+{
+    // The skin is chosen first: choosing one loads every family, and no file is read twice.
+    KsFormweave::chooseSkin();
+    if (!firstUse || loaded) return;
+    KsFormweave::readDefaultSkinsParts(file, *builtIn);
+    loaded = 1;
+    firstUse = 0;
+}
+
+void KsSkinFamily::change()
+{
+    for (const char* part : parts) KsFormweave::free3DSkin(part);
+    KsFormweave::readDefaultSkinsParts(file, *builtIn);
+    for (const char* part : parts) KsFormweave::load3DSkin(part);
+    loaded = 1;
+}
+
+void KsFormweave::loadFontProperties()
+{
+    textFamily().loadOnce();
+}
+
+void KsFormweave::change3DSkin()
+{
+    textFamily().change();
+    KsDialogComponent::change3DSkin();
+    KsDialogCheckBox::change3DSkin();
+    KsTopLevelDialog::change3DSkin();
+    refreshAll3DSkins();
+}

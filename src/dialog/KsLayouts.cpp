@@ -1,0 +1,102 @@
+#include "KsLayouts.h"
+
+#include <formweave/KsDialogComponent.h>
+#include <formweave/KsElementContainer.h>
+#include <formweave/KsTopLevelDialog.h>
+
+#include <QBoxLayout>
+#include <QWidget>
+#include <algorithm>
+
+namespace {
+
+template <class Visit> void forEachComponent(const KsElementList& children, Visit&& visit)
+{
+    children.forEach([&](KsFormweave* child) {
+        if (auto* component = ksCast<KsDialogComponent>(child)) visit(component);
+    });
+}
+
+} // namespace
+
+KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidget* widget)
+{
+    KsRoomForLayout room;
+    if (auto* top = ksCast<KsTopLevelDialog>(container))
+        room.layout = static_cast<QBoxLayout*>(top->getLayout());
+    else if (auto* component = ksCast<KsDialogComponent>(container))
+        room.layout = static_cast<QBoxLayout*>(component->getLayout());
+    else if (widget)
+        room.layout = qobject_cast<QBoxLayout*>(widget->layout());
+
+    const KsElementList* siblings = container ? container->getElements() : nullptr;
+    if (!room.layout || !siblings) return room;
+    const int place = siblings->indexOf(element);
+    // In a first build the ones before this one fill the layout exactly.
+    if (place < 0 || place >= room.layout->count()) return room;
+    room.index = 0;
+    for (int i = 0; i < place; ++i) {
+        auto* sibling = ksCast<KsDialogComponent>(siblings->at(i));
+        if (sibling && sibling->getWidget()) ++room.index;
+    }
+    return room;
+}
+
+int ksQtAlignment(int labelAlignment)
+{
+    if (labelAlignment == KsFormweave::CENTER) return Qt::AlignHCenter;
+    return labelAlignment == KsFormweave::RIGHT ? Qt::AlignRight : Qt::AlignLeft;
+}
+
+void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max)
+{
+    const auto limit = [](int size) { return size > 0 ? std::min(size, QWIDGETSIZE_MAX) : QWIDGETSIZE_MAX; };
+    widget->setMinimumSize(std::clamp(min[0], 0, QWIDGETSIZE_MAX),
+                           std::clamp(min[1], 0, QWIDGETSIZE_MAX));
+    widget->setMaximumSize(limit(max[0]), limit(max[1]));
+}
+
+void ksFillSizes(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, const KsSizeDefaults& defaults)
+{
+    const auto complete = [](const KbVec2i32& v) { return v[0] != 0 && v[1] != 0; };
+    if (complete(size) && complete(min) && complete(max)) return;
+    KbVec2i32 s, mn, mx;
+    defaults(s, mn, mx);
+    for (int axis = 0; axis < 2; ++axis) {
+        if (size[axis] == 0) size[axis] = s[axis];
+        if (min[axis] == 0) min[axis] = mn[axis];
+        if (max[axis] == 0) max[axis] = mx[axis];
+    }
+}
+
+void ksAlignLabels(const KsElementList& children, bool shared)
+{
+    int widest = 0;
+    if (shared) {
+        forEachComponent(children, [&](KsDialogComponent* child) {
+            if (child->labelVisibility) widest = std::max(widest, child->getLabelInitSize()[0]);
+        });
+    }
+    forEachComponent(children, [&](KsDialogComponent* child) {
+        KbVec2i32 zone(0, 0);
+        if (shared) zone.setValue(widest, child->getLabelInitSize()[1]);
+        else if (child->labelVisibility) zone = child->getLabelInitSize();
+        child->setLabelSize(zone);
+    });
+}
+
+void ksAlignControls(const KsElementList& children, bool shared)
+{
+    int widest = 0;
+    if (shared) {
+        forEachComponent(children, [&](KsDialogComponent* child) {
+            widest = std::max(widest, child->getComponentInitSize()[0]);
+        });
+    }
+    forEachComponent(children, [&](KsDialogComponent* child) {
+        KbVec2i32 zone = child->getComponentInitSize();
+        if (shared) zone[0] = widest;
+        if (child->labelVisibility) zone[1] = std::max(zone[1], child->getLabelInitSize()[1]);
+        child->setComponentSize(zone);
+    });
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+// What elements with sizes and layouts share.
+
+#include <arborium/base/KbVec.h>
+#include <arborium/fields/KsSField.h>
+#include <formweave/KsElementSensor.h>
+
+#include <functional>
+
+class KsFormweave;
+class QBoxLayout;
+class QWidget;
+
+/// Where in a Qt layout an element takes its place.
+struct KsRoomForLayout {
+    QBoxLayout* layout = nullptr;
+    int index = -1;
+};
+
+/// The layout of `container` for its child `element`; that of `widget` if there is no container.
+KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidget* widget);
+
+/// Limits of a widget; a maximum of 0 or less is none.
+void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max);
+
+/// A `KsFormweave::LabelAlignment` as a `Qt::Alignment`.
+int ksQtAlignment(int labelAlignment);
+
+/// Writes a field with its sensor detached.
+template <class Field, class Value>
+void ksWriteSilently(KsElementSensor& sensor, Field& field, const Value& value)
+{
+    KsSensorSilencer silencer(sensor.get());
+    field.setValue(value);
+}
+
+inline void ksMarkDefault(KsField& field, bool isDefault)
+{
+    if (isDefault) field.setDefault(true);
+}
+
+/// Gives the three default sizes of an element.
+using KsSizeDefaults = std::function<void(KbVec2i32&, KbVec2i32&, KbVec2i32&)>;
+
+/// Replaces what is 0 by the default. The defaults are not asked for if nothing is 0.
+void ksFillSizes(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, const KsSizeDefaults& defaults);
+
+/// Two passes over the children of a container align what stands in its rows: the label column
+/// (`ksAlignLabels`) and the control column (`ksAlignControls`). With `shared` all get the width of
+/// the widest; otherwise each keeps its own. Elements that are no components do not take part.
+class KsElementList;
+void ksAlignLabels(const KsElementList& children, bool shared);
+void ksAlignControls(const KsElementList& children, bool shared);

@@ -1,0 +1,176 @@
+#include <formweave/KsStackDialog.h>
+
+#include "KsLayouts.h"
+
+#include <arborium/base/KsDBImpl.h>
+#include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
+
+#include <QBoxLayout>
+#include <QFrame>
+#include <algorithm>
+
+namespace {
+
+constexpr int border = 3; // of the edge style, on each side
+constexpr int open = KsSizeDB::openLimit;
+
+// Showing a window costs Qt time in the square of the depth of its layouts.
+class LayoutDepth {
+public:
+    LayoutDepth() { ++s_depth; }
+    ~LayoutDepth() { --s_depth; }
+    bool isTooDeep() const { return s_depth > KsLimits::current().layoutNesting2D; }
+
+private:
+    inline static int s_depth = 0;
+};
+
+} // namespace
+
+KsStackDialog::KsStackDialog(Axis axis, const char* objectName)
+    : m_axis(axis), m_layoutName(objectName)
+{
+}
+
+KsStackDialog::~KsStackDialog() = default;
+
+void KsStackDialog::armSpacing(KsSFInt32& field)
+{
+    m_spacingSensor.arm(this, field);
+}
+
+void KsStackDialog::updateFromSensor(KsSensor* sensor)
+{
+    if (m_spacingSensor.is(sensor)) changeSpacing();
+    else KsDialogGroup::updateFromSensor(sensor);
+}
+
+void KsStackDialog::changeSpacing()
+{
+    if (m_childLayout) m_childLayout->setSpacing(std::max<int>(spacing(), 0));
+}
+
+void KsStackDialog::changeEdgeStyle()
+{
+    KsDialogGroup::changeEdgeStyle();
+    const int inset = edgeStyle != NONE ? border : 0;
+    if (m_childLayout) m_childLayout->setContentsMargins(inset, inset, inset, inset);
+}
+
+void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D)
+{
+    const LayoutDepth depth;
+    if (depth.isTooDeep()) {
+        KsDebugError::post("KsStackDialog::buildWidget",
+                           "Groups stand more than %d deep in each other; what is below is not "
+                           "built",
+                           KsLimits::current().layoutNesting2D);
+        return;
+    }
+    updateChildrenSizeDB();
+    if (build2D) {
+        const bool first = !existWidget(m_widget);
+        if (first) {
+            KsDialogGroup::buildWidget(parent, size, position, build2D);
+            m_childLayout = m_axis == Down ? static_cast<QBoxLayout*>(new QVBoxLayout(m_widget))
+                                           : new QHBoxLayout(m_widget);
+            m_layout = m_childLayout;
+            m_childLayout->setObjectName(m_layoutName);
+            m_childLayout->setSpacing(0);
+            m_childLayout->setContentsMargins(0, 0, 0, 0);
+            changeEdgeStyle();
+            changeSpacing();
+            KsDialogComponent::changeEnable();
+        } else {
+            limitGroupWidget();
+        }
+        updateChildren();
+        if (first) changeWidgetEnable(enable);
+        return;
+    }
+    KsDialogGroup::buildWidget(parent, size, position, build2D);
+    const bool first = !isBuilt3D();
+    update3DChildren();
+    setBuilt3D(1);
+    if (first) change3DWidgetEnable(enable);
+}
+
+void KsStackDialog::updateChildren()
+{
+    forEachChild([this](KsDialogComponent* child) {
+        KbVec2i32 size(0, 0), position(0, 0);
+        child->buildWidget(m_widget, size, position, KsDBImpl::m_noLocalWidgets ? 0 : 1);
+    });
+}
+
+void KsStackDialog::fixSizeWithBorder(KbVec2i32& size, int factor)
+{
+    constexpr int room = 2 * border;
+    for (int axis = 0; axis < 2; ++axis) {
+        if (factor != 1) size[axis] += factor * room;
+        else size[axis] = size[axis] <= open - room ? size[axis] + room : open;
+    }
+    KsDialogGroup::fixSizeWithBorder(size, factor);
+}
+
+void KsStackDialog::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
+{
+    updateChildrenSizeDB();
+    int index = 0;
+    forEachChild([&](KsDialogComponent* child) {
+        KsSizeTriple& row = m_sizeDB[index++];
+        child->getSize(row.init, row.min, row.max);
+    });
+    const KsSizeTriple sum =
+        m_sizeDB.stacked(m_axis, margin, spacing(), m_elements.count() - 1, true);
+    size = sum.init;
+    min = sum.min;
+    max = sum.max;
+}
+
+KbVec2i32 KsStackDialog::getComponentInitSize()
+{
+    if (m_componentInitSize[0] != -1) return m_componentInitSize;
+    KbVec2i32 sum(2 * margin, 2 * margin);
+    const int along = m_axis;
+    const int across = 1 - m_axis;
+    forEachChild([&](KsDialogComponent* child) {
+        child->setAcrossStack(m_axis == Down);
+        const KbVec2i32 size = child->getComponentInitSize();
+        sum[along] += size[along];
+        sum[across] = std::max(sum[across], size[across]);
+    });
+    sum[along] += (m_elements.count() - 1) * spacing();
+    m_componentInitSize = sum;
+    return m_componentInitSize;
+}
+
+void KsStackDialog::update3DChildren()
+{
+    const int along = m_axis;
+    const int across = 1 - m_axis;
+    const bool edged = edgeStyle != NONE;
+    KbVec2i32 size = size3D();
+    fixSizeWithBorder(size, -1);
+    // Without an edge the border's room is the children's.
+    if (!edged) size[along] += 2 * border;
+
+    KbVec2i32 init, min, max;
+    getDefaultSize(init, min, max);
+    m_sizeDB.share(along, size[along] - init[along]);
+
+    const int inset = margin + (edged ? border : 0);
+    KbVec2i32 place(inset, inset);
+    KbVec2i32 childSize(0, 0);
+    childSize[across] = size[across] - 2 * margin + (edged ? 0 : 2 * border);
+    KbVec3f parentPlace = place3DChildren();
+    int index = 0;
+    forEachChild([&](KsDialogComponent* child) {
+        if (index >= m_sizeDB.count()) return;
+        childSize[along] = m_sizeDB[index++].init[along];
+        child->set3DParentTranslation(parentPlace);
+        child->buildWidget(m_widget, childSize, place, 0);
+        place[along] += (along ? child->height : child->width) + spacing();
+    });
+}

@@ -1,0 +1,357 @@
+// The dialog as a panel in a scene.
+
+#include "KsSkinFamily.h"
+
+#include <arborium/actions/KsHandleEventAction.h>
+#include <arborium/actions/KsPath.h>
+#include <arborium/actions/KsState.h>
+#include <arborium/base/KbLine.h>
+#include <arborium/base/KbPlaneProjector.h>
+#include <arborium/events/KsEvent.h>
+#include <arborium/nodes/KsScale.h>
+#include <arborium/nodes/KsSeparator.h>
+#include <arborium/nodes/KsText3.h>
+#include <arborium/nodes/KsTransform.h>
+#include <arborium/nodes/KsTranslation.h>
+#include <formweave/KsTopLevelDialog.h>
+
+char* KsTopLevelDialog::TopLevelDialog = const_cast<char*>(
+    KS_SKIN_PART("TopLevelDialogFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 1"))
+        KS_SKIN_PART("TopLevelDialogMinReleased",
+                     KS_SKIN_BEVEL("0.7 0.7 1", "0.2 0.2 1", "1 1 1", "0.5 0.5 1", "0.7 0.7 1"))
+            KS_SKIN_PART("TopLevelDialogMinPressed",
+                         KS_SKIN_BEVEL("0.5 0.5 1", "1 1 1", "0.2 0.2 1", "0.7 0.7 1",
+                                       "0.7 0.7 1")));
+
+namespace {
+
+// The room around the children, in pixels.
+constexpr int sideRoom = 4;
+constexpr int titleRoom = 23;
+constexpr int menuBarRoom = 18;
+constexpr float stripHeight = 20;
+constexpr float buttonSize = 14;
+constexpr float buttonInset = 12; // of the button's centre, and of the title's
+
+KsSkinFamily& skinFamily()
+{
+    static auto& family = *new KsSkinFamily{
+        "TopLevelDialog.arb",
+        &KsTopLevelDialog::TopLevelDialog,
+        {"TopLevelDialogFrame", "TopLevelDialogMinReleased", "TopLevelDialogMinPressed"}};
+    return family;
+}
+
+} // namespace
+
+int KsTopLevelDialog::isSkinLoaded()
+{
+    return skinFamily().loaded;
+}
+
+void KsTopLevelDialog::setSkinLoaded(int loaded)
+{
+    skinFamily().loaded = loaded;
+}
+
+void KsTopLevelDialog::change3DSkin()
+{
+    skinFamily().change();
+}
+
+KbVec3f KsTopLevelDialog::getTopLevelSize() const
+{
+    return m_frameScale ? m_frameScale->scaleFactor.getValue() : KbVec3f(0, 0, 0);
+}
+
+KbVec2f KsTopLevelDialog::panelSize() const
+{
+    // A menu bar draws its own room.
+    const int around = findMenuBar() ? 2 * sideRoom + sideRoom : titleRoom + sideRoom;
+    return KbVec2f(static_cast<float>(m_size3D[0] + 2 * sideRoom),
+                   static_cast<float>(m_size3D[1] + around));
+}
+
+void KsTopLevelDialog::create3DTopLevelDialog()
+{
+    loadFontProperties();
+    skinFamily().loadOnce();
+    setPartAsDefault("frame", "TopLevelDialogFrame", true);
+    setPartAsDefault("labelProp", "DialogTextProperties", true);
+    setPartAsDefault("minReleased", "TopLevelDialogMinReleased", true);
+    setPartAsDefault("minPressed", "TopLevelDialogMinPressed", true);
+
+    auto* geometry = static_cast<KsGroup*>(getAnyPart("geomSwitch", true));
+    auto* frameSep = static_cast<KsGroup*>(getAnyPart("frameSep", true));
+    auto* labelSep = static_cast<KsGroup*>(getAnyPart("labelSep", true));
+    auto* minSep = static_cast<KsGroup*>(getAnyPart("minSep", true));
+    m_frameScale = new KsScale;
+    frameSep->insertChild(m_frameScale.get(), 0);
+    m_panelTranslation = new KsTranslation;
+    geometry->insertChild(m_panelTranslation.get(), 0);
+    m_undoTransform = new KsTransform;
+    geometry->insertChild(m_undoTransform.get(), geometry->findChild(labelSep));
+    m_labelTranslation = new KsTranslation;
+    labelSep->insertChild(m_labelTranslation.get(), 0);
+    m_titleText = new KsText3;
+    m_titleText->parts = KsText3::FRONT;
+    labelSep->addChild(m_titleText.get());
+    change3DLabel();
+    auto* buttonScale = new KsScale;
+    buttonScale->scaleFactor = KbVec3f(buttonSize, buttonSize, 1);
+    minSep->insertChild(buttonScale, 0);
+    m_buttonTranslation = new KsTranslation;
+    minSep->insertChild(m_buttonTranslation.get(), 0);
+    setSwitchValue(getAnyPart("minSwtch", true), 0);
+
+    addStartCallback(startCB3D);
+    addMotionCallback(motionCB3D);
+    addFinishCallback(finishCB3D);
+    m_projector = std::make_unique<KbPlaneProjector>(false);
+    setBuilt3D(1);
+    m_3DDepth = -1;
+    m_firstMinimize = 1;
+    m_changeSuspended = 0;
+    show3D(1);
+}
+
+void KsTopLevelDialog::update3DTopLevelDialog()
+{
+    const KbVec2f panel = panelSize();
+    const KbVec3f place = position3D;
+    m_frameScale->scaleFactor = KbVec3f(panel[0], panel[1], 1);
+    m_panelTranslation->translation =
+        KbVec3f(place[0] + panel[0] / 2, -place[1] - panel[1] / 2, place[2]);
+    m_buttonTranslation->translation =
+        KbVec3f(panel[0] / 2 - buttonInset, panel[1] / 2 - buttonInset, 0);
+    undoTransformMatrix(getAnyPart("frameSep", false), m_undoTransform.get());
+    update3DLabel();
+}
+
+void KsTopLevelDialog::update3DLabel()
+{
+    if (!isLabelCachedBBox())
+        setLabelCacheBBox(measure3DText(getAnyPart("labelProp", false), m_titleText.get()));
+    const KbBox3f box = getLabelCachedBBox();
+    const KbVec2f panel = panelSize();
+    const float middle = -(box.getMax()[1] + box.getMin()[1]) / 2;
+    m_labelTranslation->translation =
+        KbVec3f(-panel[0] / 2 + buttonInset,
+                minimized ? middle : panel[1] / 2 + middle - buttonInset, 0);
+}
+
+void KsTopLevelDialog::change3DLabel()
+{
+    if (!m_titleText) return;
+    showText3D(m_titleText.get(), convertToCString(label, this));
+    KsFormweave::change3DLabel();
+    if (isBuilt3D()) update3DLabel();
+}
+
+KbVec3f KsTopLevelDialog::childrenOrigin()
+{
+    const int bar = findMenuBar() ? menuBarRoom : 0;
+    const KbVec3f place = position3D;
+    KbVec3f origin(place[0] + sideRoom, -place[1] - titleRoom - bar, place[2]);
+    apply3DTranslation(getAnyPart("frameSep", false), m_3DDepth, origin);
+    return origin;
+}
+
+void KsTopLevelDialog::update3DChildren()
+{
+    computeNewChildrenHeight(m_size3D);
+    KbVec3f origin = childrenOrigin();
+    const KsTopComponent* menuBar = findMenuBar();
+    KbVec2i32 place(margin, margin);
+    KbVec2i32 childSize(m_size3D[0] - 2 * margin, 0);
+    int index = 0;
+    forEachChild([&](KsTopComponent* child) {
+        if (index >= m_sizeDB.count()) return;
+        const int initHeight = m_sizeDB[index++].init[1];
+        child->set3DParentTranslation(origin);
+        if (child == menuBar) {
+            child->buildWidget(nullptr, childSize, place, 0);
+            return;
+        }
+        childSize[1] = initHeight;
+        child->buildWidget(nullptr, childSize, place, 0);
+        if (const auto* built = ksCast<KsSFInt32>(child->getField("height")))
+            place[1] += built->getValue() + rowSpacing;
+    });
+}
+
+void KsTopLevelDialog::update3DChildrenPosition()
+{
+    KbVec3f origin = childrenOrigin();
+    forEachChild([&](KsTopComponent* child) {
+        child->set3DParentTranslation(origin);
+        child->change3DPosition();
+    });
+}
+
+void KsTopLevelDialog::change3DPosition()
+{
+    if (!isBuilt3D()) return;
+    const KbVec2f panel = panelSize();
+    if (minimized) {
+        placeStrip();
+        return;
+    }
+    const KbVec3f place = position3D;
+    m_panelTranslation->translation =
+        KbVec3f(place[0] + panel[0] / 2, -place[1] - panel[1] / 2, place[2]);
+    if (!hideChildren) update3DChildrenPosition();
+}
+
+void KsTopLevelDialog::placeStrip()
+{
+    const KbVec3f place = minimized3DPosition;
+    m_panelTranslation->translation =
+        KbVec3f(place[0] + panelSize()[0] / 2, -place[1] - stripHeight / 2, place[2]);
+}
+
+void KsTopLevelDialog::connectPositions()
+{
+    KsSFVec3f& driven = minimized ? position3D : minimized3DPosition;
+    KsSFVec3f& live = minimized ? minimized3DPosition : position3D;
+    position3D.disconnect();
+    minimized3DPosition.disconnect();
+    if (independentMinimizedPosition) return;
+    driven.connectFrom(&live);
+    // The dialog makes this connection itself: no file needs it.
+    driven.setConnectionPrivate(true);
+}
+
+void KsTopLevelDialog::updateMinimizedState()
+{
+    const KsKeepAlive keep(this);
+    // A panel that was never a strip shrinks in place.
+    if (m_firstMinimize) minimized3DPosition = position3D;
+    m_firstMinimize = 0;
+    if (!independentMinimizedPosition) connectPositions();
+    if (!isBuilt3D()) return;
+    if (minimized) minimize3DDialog();
+    else restore3DDialog();
+    show3DChildren(!minimized);
+}
+
+void KsTopLevelDialog::minimize3DDialog()
+{
+    const KbVec2f panel = panelSize();
+    m_frameScale->scaleFactor = KbVec3f(panel[0], stripHeight, 1);
+    placeStrip();
+    undoTransformMatrix(getAnyPart("frameSep", false), m_undoTransform.get());
+    m_buttonTranslation->translation = KbVec3f(panel[0] / 2 - buttonInset, 0, 0);
+    update3DLabel();
+}
+
+void KsTopLevelDialog::restore3DDialog()
+{
+    update3DTopLevelDialog();
+    if (!hideChildren) update3DChildrenPosition();
+}
+
+void KsTopLevelDialog::show3D(int show)
+{
+    show3DChildren(show);
+    KsFormweave::show3D(show);
+}
+
+void KsTopLevelDialog::show3DChildren(int show)
+{
+    m_showsChildren3D = show ? 1 : 0;
+    forEachChild([=](KsTopComponent* child) { child->show3D(show); });
+}
+
+void KsTopLevelDialog::refresh3DSkin()
+{
+    KsFormweave::refresh3DSkin();
+    m_3DDepth = -1;
+    forEachChild([](KsTopComponent* child) { child->refresh3DSkin(); });
+    if (!is3DLive()) return;
+    update3DTopLevelDialog();
+    update3DChildren();
+    if (minimized && !m_firstMinimize) minimize3DDialog();
+}
+
+void KsTopLevelDialog::getBoundingBox(KsGetBoundingBoxAction* action)
+{
+    buildOn3DTraversal([this] {
+        setChildrenLabelSize();
+        setChildrenComponentSize();
+        const int shown = m_show3D;
+        KbVec2i32 size(0, 0), place(0, 0);
+        buildWidget(nullptr, size, place, 0);
+        show3D(shown);
+    });
+    KsDragger::getBoundingBox(action);
+}
+
+void KsTopLevelDialog::startCB3D(void*, KsDragger* dragger)
+{
+    static_cast<KsTopLevelDialog*>(dragger)->draggerStartCallback3D();
+}
+
+void KsTopLevelDialog::motionCB3D(void*, KsDragger* dragger)
+{
+    static_cast<KsTopLevelDialog*>(dragger)->draggerMotionCallback3D();
+}
+
+void KsTopLevelDialog::finishCB3D(void*, KsDragger* dragger)
+{
+    static_cast<KsTopLevelDialog*>(dragger)->draggerFinishCallback3D();
+}
+
+void KsTopLevelDialog::draggerStartCallback3D()
+{
+    const KsPath* path = getPickPath();
+    if (!path) return;
+    if (path->containsNode(getAnyPart("minSep", false))) {
+        setSwitchValue(getAnyPart("minSwtch", false), 1);
+    } else if (path->containsNode(getAnyPart("frameSep", false))) {
+        m_dragWorldPoint = getWorldStartingPoint();
+        m_projector->setPlane(KbPlane(KbVec3f(0, 0, 1), getLocalStartingPoint()));
+        if (KsHandleEventAction* action = getHandleEventAction();
+            action && KsViewVolumeElement::isSet(action->getState()))
+            m_projector->setViewVolume(getViewVolume());
+        m_dragStart = minimized ? minimized3DPosition : position3D;
+        if (!minimized && hideChildren) {
+            show3DChildren(0);
+            m_childrenHiddenByDrag = true;
+        }
+    }
+    set3DCurrentActive(this);
+}
+
+void KsTopLevelDialog::draggerMotionCallback3D()
+{
+    const KsPath* path = getPickPath();
+    if (!path || !path->containsNode(getAnyPart("frameSep", false))) return;
+    const KbMatrix toWorld = getLocalToWorldMatrix(getHandleEventAction());
+    m_projector->setWorkingSpace(toWorld);
+    const bool in3D = getEvent() && getEvent()->isOfType(KsTrackerEvent::getClassTypeId());
+    KbVec3f point = getLocalStartingPoint();
+    if (!in3D) point = m_projector->project(getNormalizedLocaterPosition());
+    else if (!m_projector->intersect(getTrackerRay(), point)) return;
+    toWorld.multVecMatrix(point, m_dragWorldPoint);
+    const KbVec3f delta = point - getLocalStartingPoint();
+    KsSFVec3f& place = minimized ? minimized3DPosition : position3D;
+    place = KbVec3f(m_dragStart[0] + delta[0], m_dragStart[1] - delta[1], m_dragStart[2] + delta[2]);
+    change3DPosition();
+}
+
+void KsTopLevelDialog::draggerFinishCallback3D()
+{
+    const KsPath* path = getPickPath();
+    if (m_childrenHiddenByDrag) {
+        m_childrenHiddenByDrag = false;
+        update3DChildrenPosition();
+        show3DChildren(!minimized);
+    }
+    if (!path || !path->containsNode(getAnyPart("minSep", false))) return;
+    setSwitchValue(getAnyPart("minSwtch", false), 0);
+    const bool wasMinimized = minimized;
+    show3DChildren(wasMinimized);
+    if (hideChildren && !wasMinimized) update3DChildrenPosition();
+    minimized = !wasMinimized;
+}
