@@ -1,0 +1,66 @@
+#pragma once
+
+#include <arborium/kits/KsBaseKit.h>
+
+#include <vector>
+
+class KsPath;
+
+/// A kit whose looks are shared nodes, found by their names.
+class ARBORIUM_API KsInteractionKit : public KsBaseKit {
+    KS_KIT_HEADER(KsInteractionKit);
+
+public:
+    KsInteractionKit();
+
+    /// Sets `whichChild` of a switch if it is a switch and has another value; else nothing.
+    static void setSwitchValue(KsNode* node, int value);
+
+    /// Fills a part, hidden or not, with the first node named `defaultNodeName` that is of the
+    /// part's type, or with an empty node of the part's default type if there is none. The node
+    /// stays shared, in copies of the kit too, and the part counts as default. With `onlyIfDefault`
+    /// a part that was set otherwise is left alone. FALSE if the part was left alone or is unknown
+    /// (with a message).
+    virtual bool setPartAsDefault(const KbName& part, const KbName& defaultNodeName,
+                                  bool onlyIfDefault = true);
+    /// The same with a node; null gives the part back its empty default node.
+    virtual bool setPartAsDefault(const KbName& part, KsNode* node, bool onlyIfDefault = true);
+    /// Lets a pick that passes the nodes of `path`, which lie outside of the kit, count as a pick
+    /// on the part. Null ends it. FALSE with a message for an unknown part or a path whose last
+    /// node is the kit or stands above it.
+    virtual bool setPartAsPath(const KbName& part, KsPath* path);
+
+    static void init();
+    static void finish();
+
+protected:
+    ~KsInteractionKit() override;
+    /// The index in a pick path of the last node of a path that stands for a part; -1 if it passes
+    /// none.
+    int findPartAsPath(const KsPath& pickPath) const;
+
+private:
+    /// Only the last node is held: the path may begin above this kit.
+    struct PartPath {
+        KbName part;
+        KsRef<KsNode> tail;
+        std::vector<const KsNode*> nodes;
+    };
+    std::vector<PartPath> m_partPaths;
+};
+
+/// Start and stop of the interaction part of the layer; nestable.
+class ARBORIUM_API KsInteraction {
+public:
+    static void init();
+    static void finish();
+    static int getInitCount();
+};
+
+/// Start and stop of the kits; nestable.
+class ARBORIUM_API KsNodeKit {
+public:
+    static void init();
+    static void finish();
+    static int getInitCount();
+};

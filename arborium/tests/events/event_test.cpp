@@ -1,0 +1,271 @@
+#include "../kits/Pad.h"
+
+#include <MessageGuard.h>
+#include <arborium/nodes/KsEventCallback.h>
+
+#include <cmath>
+
+KS_NODE_SOURCE(KsPad, KsNode)
+KS_KIT_SOURCE(KsPanel, KsDragger)
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// An event callback that notes its calls and may handle the event.
+struct Ear {
+    Ear(Names* list, const char* text, bool isTaker = false)
+        : node(new KsEventCallback), heard(list), name(text), handles(isTaker)
+    {
+        node->addEventCallback(KsEvent::getClassTypeId(), call, this);
+    }
+    static void call(void* data, KsEventCallback* callback)
+    {
+        auto& self = *static_cast<Ear*>(data);
+        self.heard->push_back(self.name);
+        EXPECT_NE(callback->getEvent(), nullptr);
+        if (self.handles) callback->setHandled();
+    }
+    KsRef<KsEventCallback> node;
+    Names* heard;
+    std::string name;
+    bool handles;
+};
+
+class Events : public DragTest {
+protected:
+    Names heard;
+};
+
+/// A node that grabs what it hears, and notes it.
+class Catcher {
+public:
+    explicit Catcher(KsHandleEventAction& action) : node(new KsEventCallback), m_action(action)
+    {
+        node->addEventCallback(KsEvent::getClassTypeId(), call, this);
+    }
+    static void call(void* data, KsEventCallback* callback)
+    {
+        auto& self = *static_cast<Catcher*>(data);
+        ++self.count;
+        if (self.count == 1) self.m_action.setGrabber(callback);
+        callback->setHandled();
+    }
+    KsRef<KsEventCallback> node;
+    int count = 0;
+
+private:
+    KsHandleEventAction& m_action;
+};
+
+} // namespace
+
+TEST_F(Events, haveTheirTypes)
+{
+    const KsMouseButtonEvent mouse(KsMouseButtonEvent::BUTTON2, KsButtonEvent::DOWN, {3, 4});
+    EXPECT_TRUE(mouse.isOfType(KsEvent::getClassTypeId()));
+    EXPECT_TRUE(mouse.isOfType(KsButtonEvent::getClassTypeId()));
+    EXPECT_FALSE(mouse.isOfType(KsKeyboardEvent::getClassTypeId()));
+    EXPECT_TRUE(KsMouseButtonEvent::isButtonPress(&mouse, KsMouseButtonEvent::BUTTON2));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonPress(&mouse, KsMouseButtonEvent::BUTTON1));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonRelease(&mouse, KsMouseButtonEvent::BUTTON2));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonPress(nullptr, KsMouseButtonEvent::BUTTON1));
+
+    const KsKeyboardEvent key(KsKeyboardEvent::RETURN, KsButtonEvent::DOWN, u'\r');
+    EXPECT_TRUE(KsKeyboardEvent::isKeyPressEvent(&key, 65293));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyPressEvent(&key, KsKeyboardEvent::BACKSPACE));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyReleaseEvent(&key, 65293));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyPressEvent(&mouse, 65293));
+    EXPECT_EQ(key.getPrintableCharacter(), u'\r');
+    EXPECT_FALSE(key.wasShiftDown());
+}
+
+TEST_F(Events, positionsAreSharesOfTheViewport)
+{
+    KbViewportRegion viewport(200, 100);
+    const KsLocation2Event event(KbVec2f(50, 25));
+    EXPECT_TRUE(event.getNormalizedPosition(viewport).equals(KbVec2f(0.25f, 0.25f), 1e-6f));
+    viewport.setViewport(0.5f, 0, 0.5f, 1);
+    EXPECT_TRUE(event.getNormalizedPosition(viewport).equals(KbVec2f(0.5f, 0.25f), 1e-6f));
+}
+
+TEST_F(Events, threeDimensionalPointerLooksAlongItsTurnedNegativeZAxis)
+{
+    const KsTrackerEvent straight(KsTrackerEvent::MOVE, KbVec3f(), KbRotation());
+    EXPECT_TRUE(straight.getDirection().equals(KbVec3f(0, 0, -1), 1e-6f));
+    const KbRotation turn(KbVec3f(0, 1, 0), static_cast<float>(M_PI) / 2);
+    const KsTrackerEvent turned(KsTrackerEvent::MOVE, KbVec3f(), turn);
+    EXPECT_TRUE(turned.getDirection().equals(KbVec3f(-1, 0, 0), 1e-6f));
+}
+
+TEST_F(Events, passInTraversalOrderUntilOneHandlesThem)
+{
+    Ear first(&heard, "first");
+    Ear second(&heard, "second", true);
+    Ear third(&heard, "third");
+    for (const Ear* ear : {&first, &second, &third}) root->addChild(ear->node.get());
+    EXPECT_TRUE(move(0, 0));
+    EXPECT_EQ(heard, (Names{"first", "second"}));
+}
+
+TEST_F(Events, keysReachEveryCallbackEvenWhenHandled)
+{
+    Ear first(&heard, "first", true);
+    Ear second(&heard, "second", true);
+    Ear inKit(&heard, "kit");
+    root->addChild(first.node.get());
+    auto* panel = new KsPanel;
+    static_cast<KsGroup*>(panel->getPart("first", true))->addChild(inKit.node.get());
+    root->addChild(panel);
+    root->addChild(second.node.get());
+    EXPECT_TRUE(send(KsKeyboardEvent('a', KsButtonEvent::DOWN, u'a')));
+    EXPECT_EQ(heard, (Names{"first", "kit", "second"}));
+}
+
+TEST_F(Events, keysPassAGrabByThePointer)
+{
+    Catcher catcher(action);
+    Ear ear(&heard, "ear");
+    root->addChild(ear.node.get());
+    root->addChild(catcher.node.get());
+    move(0, 0);
+    EXPECT_EQ(action.getGrabber(), catcher.node.get());
+    heard.clear();
+    send(KsKeyboardEvent('a', KsButtonEvent::DOWN, u'a'));
+    EXPECT_EQ(heard, (Names{"ear"}));
+    EXPECT_EQ(catcher.count, 2);
+}
+
+TEST_F(Events, grabberAloneGetsThemUntilItReleases)
+{
+    Catcher catcher(action);
+    Ear ear(&heard, "ear");
+    root->addChild(ear.node.get());
+    root->addChild(catcher.node.get());
+    move(0, 0);
+    EXPECT_EQ(heard, (Names{"ear"}));
+    move(1, 0);
+    press(1, 0);
+    EXPECT_EQ(catcher.count, 3);
+    EXPECT_EQ(heard, (Names{"ear"}));
+    action.releaseGrabber();
+    EXPECT_EQ(action.getGrabber(), nullptr);
+    move(0, 0);
+    EXPECT_EQ(heard, (Names{"ear", "ear"}));
+}
+
+TEST_F(Events, grabEndsWhenTheGrabberIsTakenOutOrDeleted)
+{
+    const int before = KsBase::getNumInstances();
+    {
+        Catcher catcher(action);
+        root->addChild(catcher.node.get());
+        move(0, 0);
+        root->removeChild(1);
+        move(1, 0);
+        EXPECT_EQ(catcher.count, 1);
+        EXPECT_EQ(action.getGrabber(), nullptr);
+    }
+    EXPECT_EQ(KsBase::getNumInstances(), before);
+}
+
+TEST_F(Events, nodeThatIsNotTraversedCannotGrab)
+{
+    const KsRef<KsGroup> stranger(new KsGroup);
+    ExpectedMessages messages("KsHandleEventAction::setGrabber", "a Group grabs events");
+    action.setGrabber(stranger.get());
+    EXPECT_EQ(action.getGrabber(), nullptr);
+}
+
+TEST_F(Events, pickIsMadeOnceAndOnDemand)
+{
+    struct Context {
+        KsHandleEventAction* action;
+        const KsPickedPoint* points[2] = {nullptr, nullptr};
+        int count = 0;
+    } context{&action};
+    const auto look = [](void* data, KsEventCallback*) {
+        auto& c = *static_cast<Context*>(data);
+        if (c.count < 2) c.points[c.count++] = c.action->getPickedPoint();
+    };
+    for (int i = 0; i < 2; ++i) {
+        auto* ear = new KsEventCallback;
+        ear->addEventCallback(KsEvent::getClassTypeId(), look, &context);
+        root->addChild(ear);
+    }
+    root->addChild(new KsPad);
+    move(0.25f, 0);
+    EXPECT_EQ(context.count, 2);
+    ASSERT_NE(context.points[0], nullptr);
+    EXPECT_EQ(context.points[0], context.points[1]);
+    EXPECT_EQ(action.getPickedPoint(), nullptr) << "it is gone with the event";
+}
+
+TEST_F(Events, withoutAnEventOrSceneNothingHappens)
+{
+    Ear ear(&heard, "ear");
+    root->addChild(ear.node.get());
+    action.setEvent(nullptr);
+    action.apply(root.get());
+    const KsLocation2Event event(KbVec2f(0, 0));
+    action.setEvent(&event);
+    action.apply(static_cast<KsNode*>(nullptr));
+    action.apply(static_cast<KsPath*>(nullptr));
+    EXPECT_TRUE(heard.empty());
+    EXPECT_FALSE(action.isHandled());
+}
+
+TEST_F(Events, goToAPathAlone)
+{
+    Ear on(&heard, "on");
+    Ear off(&heard, "off");
+    auto* there = new KsSeparator;
+    there->addChild(on.node.get());
+    auto* elsewhere = new KsSeparator;
+    elsewhere->addChild(off.node.get());
+    root->addChild(elsewhere);
+    root->addChild(there);
+    const KsRef<KsPath> path(new KsPath(root.get()));
+    ASSERT_TRUE(path->append(there));
+    const KsLocation2Event event(KbVec2f(0, 0));
+    action.setEvent(&event);
+    action.apply(path.get());
+    action.setEvent(nullptr);
+    EXPECT_EQ(heard, (Names{"on"}));
+}
+
+TEST_F(Events, innerEventLoopLeavesTheOuterEventAsItWas)
+{
+    struct Context {
+        Events* test;
+        KsHandleEventAction* action;
+        KsNode* root;
+        int depth = 0;
+    } context{this, &action, root.get()};
+    auto* loop = new KsEventCallback;
+    loop->addEventCallback(
+        KsMouseButtonEvent::getClassTypeId(),
+        [](void* data, KsEventCallback* node) {
+            auto& c = *static_cast<Context*>(data);
+            if (c.depth++ > 0) return;
+            const KsEvent* outer = node->getEvent();
+            {
+                const KsLocation2Event inner(KbVec2f(1, 1));
+                c.action->setEvent(&inner);
+                c.action->apply(c.root);
+                EXPECT_TRUE(c.action->isHandled());
+            }
+            EXPECT_EQ(node->getEvent(), outer);
+        },
+        &context);
+    Ear ear(&heard, "ear");
+    auto* taker = new KsEventCallback;
+    taker->addEventCallback(
+        KsLocation2Event::getClassTypeId(),
+        [](void*, KsEventCallback* node) { node->setHandled(); }, nullptr);
+    root->addChild(loop);
+    root->addChild(ear.node.get());
+    root->addChild(taker);
+    EXPECT_FALSE(press(0, 0)) << "only the inner event was handled";
+    EXPECT_EQ(heard, (Names{"ear", "ear"}));
+}

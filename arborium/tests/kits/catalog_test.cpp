@@ -1,0 +1,110 @@
+#include "Pad.h"
+
+#include <memory>
+
+namespace {
+
+using Catalog = KitTest;
+
+bool add(KsNodekitCatalog& catalog, const char* name, const char* parent,
+         const char* rightSibling = "", bool isPublic = true)
+{
+    const KsType group = KsGroup::getClassTypeId();
+    return catalog.addEntry(name, group, group, true, parent, rightSibling, false,
+                            KsType::badType(), KsType::badType(), isPublic);
+}
+
+std::vector<std::string> order(const KsNodekitCatalog& catalog, const char* parent)
+{
+    std::vector<std::string> names;
+    for (const int row : catalog.getChildrenInOrder(catalog.getPartNumber(parent)))
+        names.emplace_back(catalog.getName(row).getString());
+    return names;
+}
+
+} // namespace
+
+TEST_F(Catalog, beginsWithTheKitItself)
+{
+    const KsNodekitCatalog catalog;
+    EXPECT_EQ(catalog.getNumEntries(), 1);
+    EXPECT_EQ(catalog.getPartNumber("this"), 0);
+    EXPECT_EQ(catalog.getPartNumber("that"), -1);
+}
+
+TEST_F(Catalog, ordersSiblingsByRowsUnlessARightSiblingIsNamed)
+{
+    KsNodekitCatalog catalog;
+    ASSERT_TRUE(add(catalog, "a", "this"));
+    ASSERT_TRUE(add(catalog, "b", "this"));
+    ASSERT_TRUE(add(catalog, "c", "this", "a"));
+    ASSERT_TRUE(add(catalog, "d", "this"));
+    EXPECT_EQ(order(catalog, "this"), (std::vector<std::string>{"c", "a", "b", "d"}));
+    EXPECT_EQ(catalog.getRightSibling(catalog.getPartNumber("c")), catalog.getPartNumber("a"));
+    EXPECT_EQ(catalog.getPartNumber("c"), 3); // rows keep the order of adding
+}
+
+TEST_F(Catalog, refusesWhatCannotBe)
+{
+    KsNodekitCatalog catalog;
+    const KsType group = KsGroup::getClassTypeId();
+    const KsType separator = KsSeparator::getClassTypeId();
+    const KsType bad = KsType::badType();
+    ASSERT_TRUE(add(catalog, "a", "this"));
+    ASSERT_TRUE(add(catalog, "below", "a"));
+    EXPECT_FALSE(add(catalog, "a", "this")) << "a name that is taken";
+    EXPECT_FALSE(add(catalog, "", "this"));
+    EXPECT_FALSE(add(catalog, "b", "nowhere"));
+    EXPECT_FALSE(add(catalog, "b", "this", "nowhere"));
+    EXPECT_FALSE(add(catalog, "b", "this", "below")) << "a sibling below another parent";
+    EXPECT_FALSE(catalog.addEntry("b", bad, bad, true, "this", "", false, bad, bad, true));
+    EXPECT_FALSE(catalog.addEntry("b", separator, group, true, "this", "", false, bad, bad, true))
+        << "a default type that is not of the type";
+    EXPECT_FALSE(catalog.addEntry("b", group, group, true, "this", "", true, bad, bad, true));
+    const KsType leaf = KsTranslation::getClassTypeId();
+    ASSERT_TRUE(catalog.addEntry("leaf", leaf, leaf, true, "this", "", false, bad, bad, true));
+    EXPECT_FALSE(add(catalog, "b", "leaf")) << "a parent that holds no children";
+    EXPECT_EQ(catalog.getNumEntries(), 4);
+}
+
+TEST_F(Catalog, answersForRowsThatDoNotExist)
+{
+    const KsNodekitCatalog catalog;
+    for (const int row : {-1, 1, 1000}) {
+        EXPECT_TRUE(catalog.getName(row).isEmpty());
+        EXPECT_TRUE(catalog.getType(row).isBad());
+        EXPECT_TRUE(catalog.getDefaultType(row).isBad());
+        EXPECT_FALSE(catalog.isNullByDefault(row));
+        EXPECT_FALSE(catalog.isPublic(row));
+        EXPECT_FALSE(catalog.isList(row));
+        EXPECT_EQ(catalog.getParent(row), -1);
+        EXPECT_TRUE(catalog.getChildrenInOrder(row).empty());
+    }
+    EXPECT_FALSE(catalog.isPublic(KbName("nowhere")));
+}
+
+TEST_F(Catalog, cloneHasRowsOfItsOwn)
+{
+    KsNodekitCatalog catalog;
+    ASSERT_TRUE(add(catalog, "a", "this"));
+    const std::unique_ptr<KsNodekitCatalog> copy(catalog.clone(KsPanel::getClassTypeId()));
+    EXPECT_EQ(copy->getType(0), KsPanel::getClassTypeId());
+    ASSERT_TRUE(add(*copy, "b", "a"));
+    EXPECT_EQ(catalog.getPartNumber("b"), -1);
+    EXPECT_TRUE(order(catalog, "a").empty());
+    EXPECT_EQ(order(*copy, "a"), (std::vector<std::string>{"b"}));
+}
+
+TEST_F(Catalog, classHasTheRowsOfItsBaseInFront)
+{
+    const KsRef<KsPanel> panel(new KsPanel);
+    const KsNodekitCatalog* catalog = panel->getNodekitCatalog();
+    ASSERT_NE(catalog, nullptr);
+    EXPECT_EQ(catalog, KsPanel::getClassNodekitCatalog());
+    EXPECT_EQ(catalog->getPartNumber("topSeparator"), 1);
+    EXPECT_EQ(catalog->getPartNumber("geomSeparator"), 2);
+    EXPECT_EQ(catalog->getPartNumber("first"), 3);
+    EXPECT_FALSE(catalog->isPublic(KbName("topSeparator")));
+    EXPECT_TRUE(catalog->isPublic(KbName("first")));
+    EXPECT_EQ(KsDragger::getClassNodekitCatalog()->getPartNumber("first"), -1);
+}
