@@ -1,0 +1,87 @@
+#include "DialogFile.h"
+
+#include <arborium/base/KsDebugError.h>
+#include <arborium/io/KsDB.h>
+#include <arborium/io/KsInput.h>
+
+namespace {
+
+// While one lives, messages of the library become errors of the file that is read.
+class MessageCollector {
+public:
+    MessageCollector(const KsInput& in, std::vector<std::string>& errors)
+        : m_in(in), m_errors(errors)
+    {
+        m_former = KsDebugError::setHandler(&collect, this, &m_formerData);
+    }
+    ~MessageCollector() { KsDebugError::setHandler(m_former, m_formerData); }
+    MessageCollector(const MessageCollector&) = delete;
+    MessageCollector& operator=(const MessageCollector&) = delete;
+
+private:
+    static void collect(void* data, KsDebugError::Severity, const char* where, const char* message)
+    {
+        auto* self = static_cast<MessageCollector*>(data);
+        // What cannot be opened is among the input's errors already.
+        if (!self->m_in.isOpen()) return;
+        self->m_errors.push_back(self->m_in.getPlace() + ": " + where + ": " + message);
+    }
+
+    const KsInput& m_in;
+    std::vector<std::string>& m_errors;
+    KsDebugError::Handler m_former;
+    void* m_formerData = nullptr;
+};
+
+} // namespace
+
+DialogFile::DialogFile(const std::string& filePath) : path(filePath)
+{
+    KsInput in;
+    const MessageCollector collector(in, errors);
+    if (in.openFile(path)) root = KsDB::parse(&in);
+    for (const KsReadError& error : in.getErrors()) errors.push_back(error.toString());
+    if (in.getNumFurtherErrors() > 0) {
+        errors.push_back(path + ": " + std::to_string(in.getNumFurtherErrors()) +
+                         " more errors are not shown");
+    }
+    if (!root && errors.empty()) errors.push_back(path + ": cannot be read");
+}
+
+std::vector<KsFormweave*> DialogFile::elements() const
+{
+    std::vector<KsFormweave*> found;
+    for (int i = 0; root && i < root->getNumChildren(); ++i) {
+        if (auto* element = ksCast<KsFormweave>(root->getChild(i))) found.push_back(element);
+    }
+    return found;
+}
+
+KsFormweave* DialogFile::element(const std::string& id) const
+{
+    const KbString wanted = KbString::fromUtf8(id);
+    for (KsFormweave* each : elements()) {
+        if (id.empty() || each->auditorID == wanted) return each;
+    }
+    return nullptr;
+}
+
+std::string DialogFile::noElement(const std::string& id) const
+{
+    const std::string text = path + ": there is no dialog element";
+    return id.empty() ? text : text + " with the auditorID \"" + id + "\"";
+}
+
+void DialogFile::printErrors(std::FILE* to) const
+{
+    for (const std::string& error : errors) std::fprintf(to, "%s\n", error.c_str());
+}
+
+KsFormweave* readElement(const DialogFile& file, const std::string& id)
+{
+    file.printErrors(stderr);
+    if (!file.root) return nullptr;
+    KsFormweave* element = file.element(id);
+    if (!element) std::fprintf(stderr, "%s\n", file.noElement(id).c_str());
+    return element;
+}

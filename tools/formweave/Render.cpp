@@ -1,0 +1,41 @@
+#include "Commands.h"
+
+#include "Arguments.h"
+#include "DialogFile.h"
+#include "Presentation.h"
+#include "Session.h"
+
+#include <QSaveFile>
+#include <cstdio>
+
+namespace {
+
+bool drawWindow(KsFormweave* element, const Arguments& arguments)
+{
+    const QImage image = ElementWindow(element).picture(arguments.size, arguments.scale);
+    if (image.isNull()) {
+        std::fprintf(stderr, "formweave: the element shows nothing in a window\n");
+        return false;
+    }
+    // A picture that cannot be finished leaves an earlier one as it was.
+    QSaveFile file(QString::fromStdString(arguments.output));
+    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit()) return true;
+    std::fprintf(stderr, "%s: cannot be written: %s\n", arguments.output.c_str(),
+                 qPrintable(file.errorString()));
+    return false;
+}
+
+} // namespace
+
+int runRender(const Arguments& arguments)
+{
+    Session session(Session::OffScreen);
+    if (!session.chooseSkin(arguments.skin)) return Failed;
+    const DialogFile file(arguments.files.front());
+    KsFormweave* element = readElement(file, arguments.id);
+    if (!element) return Failed;
+    const bool done = arguments.presentation == Arguments::Scene
+                          ? drawPanel(element, arguments.size, arguments.scale, arguments.output)
+                          : drawWindow(element, arguments);
+    return done ? Done : Failed;
+}
