@@ -132,10 +132,12 @@ function(fw_add_tool)
     FORMWEAVE_VERSION="${PROJECT_VERSION}"
     FORMWEAVE_SKIN_DIR="${PROJECT_SOURCE_DIR}/data/Formweave/skins"
     FORMWEAVE_SKIN_DIR_FROM_BIN="../${FORMWEAVE_INSTALL_SKINDIR}")
+  # A program of the top directory with moc would have the libraries' objects listed before their
+  # own moc files are known.
   set_target_properties(formweave-tool PROPERTIES
     OUTPUT_NAME formweave
     INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}"
-    AUTOMOC ON)
+    AUTOMOC OFF)
 endfunction()
 
 # One libFuzzer program for each fuzz/<name>.cpp, named fuzz_<name>; its seeds lie in
