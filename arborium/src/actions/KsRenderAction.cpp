@@ -1,6 +1,6 @@
 #include <arborium/actions/KsRenderAction.h>
 
-#include <arborium/nodes/KsNode.h>
+#include <arborium/nodes/KsTexture2.h>
 
 #include <algorithm>
 
@@ -122,6 +122,10 @@ void KsRenderAction::add(const KsMeshPtr& mesh, const KbMatrix* local)
     draw.material = materialIndex();
     draw.clip = clipIndex();
     draw.lights = lightIndex();
+    if (const auto* texture = static_cast<const KsTexture2*>(m_state->texture.get()))
+        draw.texture = texture->getImage();
+    if (const auto* texture = ksCast<KsTexture2>(m_state->texture.get()))
+        draw.texture = texture->getImage();
     draw.cullBack = hints.solid && hints.ordered;
     draw.twoSided = !draw.cullBack;
     draw.counterClockwise = hints.counterClockwise;

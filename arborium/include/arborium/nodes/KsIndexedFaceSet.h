@@ -1,0 +1,19 @@
+#pragma once
+
+#include <arborium/fields/KsMField.h>
+#include <arborium/nodes/KsVertexShape.h>
+
+/// Polygons over points that are named by number. They may be concave. Faces of fewer than three
+/// corners, or without an area, show nothing.
+class ARBORIUM_API KsIndexedFaceSet : public KsVertexShape {
+    KS_NODE_HEADER(KsIndexedFaceSet);
+
+public:
+    KsMFInt32 coordIndex; ///< The corners of each face, -1 behind each. Default: none.
+
+    KsIndexedFaceSet();
+
+protected:
+    ~KsIndexedFaceSet() override;
+    bool listCorners(std::size_t numPoints, KsFaceList& list) const override;
+};

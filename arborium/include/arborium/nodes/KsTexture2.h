@@ -1,0 +1,39 @@
+#pragma once
+
+#include <arborium/nodes/KsNode.h>
+
+#include <memory>
+
+struct KsTextureImage;
+
+/// An image that the shapes behind it wear.
+///
+/// A name that a program sets is looked up as it stands if it is absolute, else in the directories of
+/// `KsInput`. A name that comes from a file must lead to somewhere below that file's own directory or
+/// one of those. An image that is missing or broken gives a message, once, and no texture.
+class ARBORIUM_API KsTexture2 : public KsNode {
+    KS_NODE_HEADER(KsTexture2);
+
+public:
+    KsSFString filename; ///< Of the image. Default empty: no texture.
+
+    KsTexture2();
+    /// The image, read when it is first asked for; null if there is none.
+    std::shared_ptr<const KsTextureImage> getImage() const;
+
+    void doAction(KsAction* action) override;
+    void fieldHasChanged(KsField* field) override;
+    bool readInstance(KsInput* in, unsigned short flags) override;
+
+protected:
+    ~KsTexture2() override;
+    void copyContents(const KsNode* from, Copier& copier) override;
+
+private:
+    KbString findImage() const;
+
+    KbString m_directory; // of the file that the node was read from
+    bool m_isFromFile = false;
+    mutable bool m_isLoaded = false;
+    mutable std::shared_ptr<const KsTextureImage> m_image;
+};

@@ -1,0 +1,211 @@
+#include <arborium/nodes/KsText3.h>
+
+#include "text/KsTextLayout.h"
+
+#include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/actions/KsRayPickAction.h>
+#include <arborium/actions/KsState.h>
+#include <arborium/base/KsLimits.h>
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+KS_NODE_SOURCE(KsText3, KsShape)
+
+struct KsText3::Measured {
+    KbString fontName;
+    KsTextMetrics metrics;
+    float step; // from one base line to the next
+    std::vector<float> widths;
+    float widest = 0;
+    KsMeshPtr mesh;
+    bool hasMesh = false;
+};
+
+namespace {
+/// What the size of a font counts as: a positive number.
+float usableSize(float size)
+{
+    if (!std::isfinite(size)) return KsFontState().size;
+    return std::min(std::fabs(size), static_cast<float>(KsLimits::current().maxSize));
+}
+
+float startOf(float width, int justification)
+{
+    switch (justification) {
+    case KsText3::RIGHT: return -width;
+    case KsText3::CENTER: return -width / 2;
+    default: return 0;
+    }
+}
+
+/// The meshes of short texts, as long as somebody has them: captions repeat.
+KsMeshPtr sharedMesh(const KbString& fontName, const std::vector<KsTextLine>& lines, int parts)
+{
+    constexpr std::size_t longText = 256;
+    std::u16string key = fontName.toUtf16();
+    key += u'\0';
+    key += static_cast<char16_t>(parts);
+    const auto addFloat = [&key](float value) {
+        const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
+        for (std::size_t i = 0; i + 1 < sizeof value; i += 2)
+            key += static_cast<char16_t>(bytes[i] | (bytes[i + 1] << 8));
+    };
+    for (const KsTextLine& line : lines) {
+        if (key.size() + static_cast<std::size_t>(line.text.getLength()) > longText)
+            return KsTextLayout::makeMesh(fontName, lines, parts);
+        addFloat(line.x);
+        addFloat(line.y);
+        key += static_cast<char16_t>(line.text.getLength());
+        key += line.text.toUtf16();
+    }
+    static auto& meshes = *new std::unordered_map<std::u16string, std::weak_ptr<const KsMesh>>;
+    static std::size_t many = 256;
+    if (meshes.size() >= many) {
+        for (auto it = meshes.begin(); it != meshes.end();)
+            it = it->second.expired() ? meshes.erase(it) : std::next(it);
+        many = std::max<std::size_t>(256, 2 * meshes.size());
+    }
+    std::weak_ptr<const KsMesh>& known = meshes[key];
+    KsMeshPtr mesh = known.lock();
+    if (!mesh) known = mesh = KsTextLayout::makeMesh(fontName, lines, parts);
+    return mesh;
+}
+} // namespace
+
+KsText3::KsText3()
+{
+    KsInstanceBuilder build(classRecord, this);
+    build.enums("Justification", {{"LEFT", LEFT}, {"RIGHT", RIGHT}, {"CENTER", CENTER}});
+    build.enums("Part", {{"FRONT", FRONT}, {"SIDES", SIDES}, {"BACK", BACK}, {"ALL", ALL}});
+    build.field("string", string, KbString());
+    build.field("spacing", spacing, 1.0f);
+    build.enumField("justification", justification, "Justification", LEFT);
+    build.enumField("parts", parts, "Part", FRONT);
+}
+
+KsText3::~KsText3() = default;
+
+KsText3::Extents KsText3::getExtents(const KsFontState& font)
+{
+    const KsTextMetrics metrics = KsTextLayout::getMetrics(font.name);
+    const float size = usableSize(font.size);
+    return {metrics.ascent * size, metrics.descent * size, metrics.lineHeight * size};
+}
+
+float KsText3::getLineWidth(const KbString& line, const KsFontState& font)
+{
+    return KsTextLayout::getWidth(font.name, line) * usableSize(font.size);
+}
+
+std::vector<float> KsText3::getPrefixWidths(const KbString& line, const KsFontState& font)
+{
+    std::vector<float> widths = KsTextLayout::getPrefixWidths(font.name, line);
+    const float size = usableSize(font.size);
+    for (float& width : widths) width *= size;
+    return widths;
+}
+
+const KsText3::Measured& KsText3::measure(const KbString& fontName)
+{
+    if (m_measured && m_measured->fontName == fontName) return *m_measured;
+    auto measured = std::make_unique<Measured>();
+    measured->fontName = fontName;
+    measured->metrics = KsTextLayout::getMetrics(fontName);
+    const float factor = std::isfinite(spacing.getValue()) ? spacing.getValue() : 1;
+    const auto largest = static_cast<float>(KsLimits::current().maxSize);
+    measured->step = std::min(std::max(factor, -largest), largest) * measured->metrics.lineHeight;
+    for (const KbString& line : string.values()) {
+        measured->widths.push_back(KsTextLayout::getWidth(fontName, line));
+        measured->widest = std::max(measured->widest, measured->widths.back());
+    }
+    if (measured->widths.empty()) measured->widths.push_back(0);
+    m_measured = std::move(measured);
+    return *m_measured;
+}
+
+KbBox3f KsText3::lineBox(const Measured& measured, std::size_t line, float size) const
+{
+    const float width = measured.widths[line];
+    const float x = startOf(width, justification.getValue());
+    const float y = -measured.step * static_cast<float>(line);
+    return KbBox3f(x * size, (y - measured.metrics.descent) * size, 0, (x + width) * size,
+                   (y + measured.metrics.ascent) * size, 0);
+}
+
+KbBox3f KsText3::getLineBox(int line, const KsState* state)
+{
+    const KsFontState& font = state->font.get();
+    const Measured& measured = measure(font.name);
+    if (line < 0 || static_cast<std::size_t>(line) >= measured.widths.size()) return KbBox3f();
+    return lineBox(measured, static_cast<std::size_t>(line), usableSize(font.size));
+}
+
+KbBox3f KsText3::getBox(const KsState* state)
+{
+    const KsFontState& font = state->font.get();
+    const Measured& measured = measure(font.name);
+    const float size = usableSize(font.size);
+    // The first and the last line are the outermost ones in height, any line in width.
+    KbBox3f box = lineBox(measured, 0, size);
+    box.extendBy(lineBox(measured, measured.widths.size() - 1, size));
+    const float x = startOf(measured.widest, justification.getValue());
+    box.extendBy(KbVec3f(x * size, box.getMin()[1], 0));
+    box.extendBy(KbVec3f((x + measured.widest) * size, box.getMax()[1], 0));
+    if (parts.getValue() & (SIDES | BACK)) {
+        const KbVec3f& low = box.getMin();
+        box.extendBy(KbVec3f(low[0], low[1], -1));
+    }
+    return box;
+}
+
+KsShape::Form KsText3::getForm(const KsState* state)
+{
+    const KsFontState& font = state->font.get();
+    measure(font.name);
+    Measured& measured = *m_measured;
+    if (!measured.hasMesh) {
+        measured.hasMesh = true;
+        std::vector<KsTextLine> lines;
+        for (int i = 0; i < string.getNum(); ++i) {
+            const auto at = static_cast<std::size_t>(i);
+            if (measured.widths[at] > 0)
+                lines.push_back({string[i], startOf(measured.widths[at], justification.getValue()),
+                                 -measured.step * static_cast<float>(i)});
+        }
+        if (!lines.empty()) measured.mesh = sharedMesh(font.name, lines, parts.getValue());
+    }
+    const float size = usableSize(font.size);
+    return {measured.mesh, KbVec3f(size, size, 1)};
+}
+
+void KsText3::markChanged()
+{
+    m_measured.reset();
+    KsShape::markChanged();
+}
+
+void KsText3::reportUse(KsGetBoundingBoxAction* action)
+{
+    action->usesStateOf(action->getState()->font.setAt());
+}
+
+void KsText3::pickShape(KsRayPickAction* action)
+{
+    const KsFontState& font = action->getState()->font.get();
+    const KbLine line = action->getObjectLine();
+    const float down = line.getDirection()[2];
+    if (down == 0) return; // seen from the side there is no area
+    const KbVec3f point = line.getPosition() - line.getDirection() * (line.getPosition()[2] / down);
+    const Measured& measured = measure(font.name);
+    const float size = usableSize(font.size);
+    for (std::size_t i = 0; i < measured.widths.size(); ++i) {
+        const KbBox3f box = lineBox(measured, i, size);
+        if (point[0] >= box.getMin()[0] && point[0] <= box.getMax()[0] &&
+            point[1] >= box.getMin()[1] && point[1] <= box.getMax()[1] && measured.widths[i] > 0) {
+            action->addIntersection(KbVec3f(point[0], point[1], 0), KbVec3f(0, 0, 1));
+            return;
+        }
+    }
+}
