@@ -1,0 +1,25 @@
+#pragma once
+
+#include <arborium/base/KsApi.h>
+
+class KsInput;
+class KsNode;
+class KsSeparator;
+
+/// Start and stop of the layer, and the reading of whole files.
+class ARBORIUM_API KsDB {
+public:
+    /// Registers the types of the layer. Nests: each `init` is paired with a `finish`.
+    static void init();
+    static void finish();
+    static bool isInitialized();
+    static int getInitCount();
+
+    /// All that the input holds, below one separator without a reference. Null after any error;
+    /// the errors are posted, each once, and nothing of what was read stays behind.
+    static KsSeparator* readAll(KsInput* in);
+    /// As `readAll`, but posts nothing: the errors stand in `in->getErrors()`.
+    static KsSeparator* parse(KsInput* in);
+    /// The next node of the input. FALSE after an error; TRUE with null at its end.
+    static bool read(KsInput* in, KsNode*& node);
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <arborium/io/KsOutput.h>
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+/// The text that is being written, kept in memory until the file is closed. An ASCII text is
+/// Latin-1 until the first character that needs more; from then on all of it is UTF-8.
+struct KsOutput::Impl {
+    std::string text;
+    KbString path;
+    bool isFileOpen = false;
+    bool binary = false;
+    bool utf8 = false;
+    bool synchronizing = false;
+    Stage stage = WRITE;
+
+    // ---- ASCII layout -------------------------------------------------------------------------
+
+    int indentation = 0;
+    bool lineIsEmpty = true;
+    bool blankBefore = false; ///< The next value needs a blank before it.
+    bool inlineNode = false;  ///< The next node stands behind a field's name.
+    std::size_t lineStart = 0;
+
+    /// The first line; does nothing if something was written already.
+    void beginFile();
+    void newLine();
+    /// Puts the indentation, or a blank, before what follows.
+    void beginValue();
+    void append(std::string_view ascii);
+    void appendText(const KbString& value);
+    void appendLatin1(std::string_view latin1);
+    void becomeUtf8();
+    /// For values in brackets: a line that is full goes on in the next one.
+    void wrap();
+
+    // ---- binary -------------------------------------------------------------------------------
+
+    void putBytes(std::uint64_t value, int bytes);
+    void putWord(std::string_view word);
+
+    // ---- references ---------------------------------------------------------------------------
+
+    struct Key {
+        KbName name;
+        int suffix = -1;
+    };
+    struct Reference {
+        int count = 0;
+        bool isWritten = false;
+        bool fieldsAreCounted = false;
+        bool needsName = false; ///< A connection leads to it.
+        bool hasKey = false;
+        Key key;
+    };
+    std::unordered_map<const KsBase*, Reference> references;
+    std::unordered_set<std::string> keys; ///< In use, as text.
+    std::unordered_map<KbName, int> nextSuffix;
+    int depth = 0; ///< Of nodes in fields.
+
+    Reference* find(const KsBase* object);
+    const Key& keyOf(const KsBase* object);
+    static std::string toText(const Key& key);
+    /// A name of DEF or USE.
+    void writeKey(const Key& key, std::string_view field = {});
+};
