@@ -440,19 +440,15 @@ KsPath* KsBaseKit::createPathToPart(const KbName& name, bool makeIfNeeded,
 {
     KsRef<KsNode> node(getNamed(name, makeIfNeeded, false, "KsBaseKit::createPathToPart"));
     if (!node) return nullptr;
-    KsRef<KsPath> path;
-    if (pathToExtend) {
-        path = pathToExtend->copy();
-        path->setNumPublic(-1);
-        const int index = path->findNode(this);
-        if (index >= 0)
-            path->truncate(index + 1);
-        else if (!path->append(this))
-            path.reset();
-    } else {
-        path = new KsPath(this);
-    }
-    if (!path) {
+    KsPath path;
+    if (pathToExtend) path = *pathToExtend;
+    path.setNumPublic(-1);
+    const int index = path.findNode(this);
+    if (index >= 0)
+        path.truncate(index + 1);
+    else if (!pathToExtend)
+        path.setHead(this);
+    else if (!path.append(this)) {
         KsDebugError::post("KsBaseKit::createPathToPart", "the path does not lead to the kit");
         return nullptr;
     }
@@ -472,16 +468,12 @@ KsPath* KsBaseKit::createPathToPart(const KbName& name, bool makeIfNeeded,
             chain.push_back(item);
         }
         for (KsNode* step : chain)
-            if (!step || !path->append(step)) return nullptr; // taken out by hand
+            if (!step || !path.append(step)) return nullptr; // taken out by hand
         if (dot == rest.npos) break;
         kit = ksCast<KsBaseKit>(chain.back());
         rest = rest.substr(dot + 1);
     }
-    KsPath* result = path.get();
-    result->ref();
-    path.reset();
-    result->unrefNoDelete();
-    return result;
+    return path.copy();
 }
 
 // Traversal.
