@@ -64,8 +64,8 @@ bool tryDisplay(EGLDisplay display, std::string& reason)
     if (eglChooseConfig(display, wanted, &config, 1, &count) && count > 0)
         context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
     if (context == EGL_NO_CONTEXT && has(extensions, "EGL_KHR_no_config_context"))
-        context = eglCreateContext(display, static_cast<EGLConfig>(nullptr), EGL_NO_CONTEXT,
-                                   nullptr);
+        context =
+            eglCreateContext(display, static_cast<EGLConfig>(nullptr), EGL_NO_CONTEXT, nullptr);
 
     bool good = false;
     if (context == EGL_NO_CONTEXT) {
@@ -75,10 +75,9 @@ bool tryDisplay(EGLDisplay display, std::string& reason)
     } else {
         GLint vertexUnits = 0;
         glGetIntegerv(GL_MAX_VERTEX_TEXTURE_IMAGE_UNITS, &vertexUnits);
-        const bool framebuffers = epoxy_gl_version() >= 30 ||
-                                  epoxy_has_gl_extension("GL_ARB_framebuffer_object");
-        good = epoxy_is_desktop_gl() && epoxy_gl_version() >= 21 && framebuffers &&
-               vertexUnits > 0;
+        const bool framebuffers =
+            epoxy_gl_version() >= 30 || epoxy_has_gl_extension("GL_ARB_framebuffer_object");
+        good = epoxy_is_desktop_gl() && epoxy_gl_version() >= 21 && framebuffers && vertexUnits > 0;
         if (good) {
             const auto text = [](GLenum name) {
                 const GLubyte* value = glGetString(name);
@@ -108,20 +107,20 @@ bool create(std::string& reason)
         return false;
     }
     if (has(client, "EGL_MESA_platform_surfaceless") &&
-        tryDisplay(eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA,
-                                            EGL_DEFAULT_DISPLAY, nullptr),
-                   reason))
+        tryDisplay(
+            eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr),
+            reason))
         return true;
-    const bool enumerates = has(client, "EGL_EXT_device_base") ||
-                            has(client, "EGL_EXT_device_enumeration");
+    const bool enumerates =
+        has(client, "EGL_EXT_device_base") || has(client, "EGL_EXT_device_enumeration");
     if (enumerates && has(client, "EGL_EXT_platform_device")) {
         EGLDeviceEXT devices[16];
         EGLint count = 0;
         if (eglQueryDevicesEXT(16, devices, &count))
             for (EGLint i = 0; i < count; ++i)
-                if (tryDisplay(eglGetPlatformDisplayEXT(EGL_PLATFORM_DEVICE_EXT, devices[i],
-                                                        nullptr),
-                               reason))
+                if (tryDisplay(
+                        eglGetPlatformDisplayEXT(EGL_PLATFORM_DEVICE_EXT, devices[i], nullptr),
+                        reason))
                     return true;
     }
     if (reason.empty()) reason = "EGL has no platform without a display server";
@@ -199,8 +198,7 @@ KsGLContext::Current::~Current()
 {
     if (m_current) --t_depth;
     if (!m_outermost) return;
-    if (m_current)
-        eglMakeCurrent(shared().display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    if (m_current) eglMakeCurrent(shared().display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     if (m_formerContext)
         eglMakeCurrent(m_formerDisplay, m_formerDraw, m_formerRead, m_formerContext);
     if (m_formerQtContext)

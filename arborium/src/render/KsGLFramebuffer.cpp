@@ -100,7 +100,4 @@ void KsGLFramebuffer::read(int width, int height, std::uint8_t* rgba)
     glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
 }
 
-void KsGLFramebuffer::unbind()
-{
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-}
+void KsGLFramebuffer::unbind() { glBindFramebuffer(GL_FRAMEBUFFER, 0); }

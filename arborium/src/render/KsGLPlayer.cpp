@@ -61,8 +61,7 @@ struct NormalMatrix {
     }
     KbVec3f operator()(const KbVec3f& n) const
     {
-        KbVec3f r(n[0] * m[0] + n[1] * m[3] + n[2] * m[6],
-                  n[0] * m[1] + n[1] * m[4] + n[2] * m[7],
+        KbVec3f r(n[0] * m[0] + n[1] * m[3] + n[2] * m[6], n[0] * m[1] + n[1] * m[4] + n[2] * m[7],
                   n[0] * m[2] + n[1] * m[5] + n[2] * m[8]);
         r.normalize();
         return r;
@@ -328,8 +327,8 @@ struct Key {
 
     auto tie() const
     {
-        return std::tie(layer, transparent, single, primitive, lit, pixelLit, twoSided, cull, clip, lights,
-                        texture);
+        return std::tie(layer, transparent, single, primitive, lit, pixelLit, twoSided, cull, clip,
+                        lights, texture);
     }
     bool operator<(const Key& other) const { return tie() < other.tie(); }
     bool operator==(const Key& other) const { return tie() == other.tie(); }
@@ -355,10 +354,7 @@ struct Batch {
     KbBox3f box;
 };
 
-bool isMirroring(const KsDraw& draw)
-{
-    return (draw.matrix.det3() < 0) == draw.counterClockwise;
-}
+bool isMirroring(const KsDraw& draw) { return (draw.matrix.det3() < 0) == draw.counterClockwise; }
 
 bool isUsable(const KsTextureImage* image)
 {
@@ -633,8 +629,8 @@ void KsGLPlayer::Impl::compile(const KsDrawList& drawList)
                 batch.chunk = known->second;
                 former.erase(known);
             } else {
-                batch.chunk = makeChunk(drawList, &items[at], items.data() + end,
-                                        batch.key.texture != 0);
+                batch.chunk =
+                    makeChunk(drawList, &items[at], items.data() + end, batch.key.texture != 0);
                 batch.chunk.hash = hash.value;
             }
         }
@@ -791,15 +787,13 @@ void KsGLPlayer::Impl::drawTile(const KsDrawList& drawList)
                 for (const KbPlane& plane : drawList.clips[key.clip]) {
                     if (count == maxClipPlanes) break;
                     const KbVec3f& n = plane.getNormal();
-                    const GLdouble equation[] = {n[0], n[1], n[2],
-                                                 -plane.getDistanceFromOrigin()};
+                    const GLdouble equation[] = {n[0], n[1], n[2], -plane.getDistanceFromOrigin()};
                     glClipPlane(GL_CLIP_PLANE0 + static_cast<GLenum>(count), equation);
                     glEnable(GL_CLIP_PLANE0 + static_cast<GLenum>(count));
                     ++count;
                 }
             }
-            for (int i = count; i < planes; ++i)
-                glDisable(GL_CLIP_PLANE0 + static_cast<GLenum>(i));
+            for (int i = count; i < planes; ++i) glDisable(GL_CLIP_PLANE0 + static_cast<GLenum>(i));
             planes = count;
         }
         if (key.texture && (!last || last->texture != key.texture)) {
@@ -818,9 +812,7 @@ void KsGLPlayer::Impl::drawTile(const KsDrawList& drawList)
         const GLenum mode = key.primitive == KsMesh::Triangles ? GL_TRIANGLES
                             : key.primitive == KsMesh::Lines   ? GL_LINES
                                                                : GL_POINTS;
-        const auto offset = [](std::size_t bytes) {
-            return reinterpret_cast<const void*>(bytes);
-        };
+        const auto offset = [](std::size_t bytes) { return reinterpret_cast<const void*>(bytes); };
         glEnableVertexAttribArray(0);
         if (!key.single) {
             glUniformMatrix4fv(p.model, 1, GL_FALSE, identity.getValue());
@@ -918,10 +910,7 @@ KsGLPlayer::~KsGLPlayer()
     if (KsGLContext::Current current; current) m_impl->release();
 }
 
-int KsGLPlayer::getNumCalls() const
-{
-    return m_impl->numCalls;
-}
+int KsGLPlayer::getNumCalls() const { return m_impl->numCalls; }
 
 int KsGLPlayer::getMaxSize()
 {
@@ -939,9 +928,11 @@ void copyTile(const std::vector<std::uint8_t>& tile, int tileWidth, int tileHeig
     for (int y = 0; y < rows; ++y) {
         const int row = height - 1 - (bottom + y);
         std::uint8_t* to = &rgba[(static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
-                                  static_cast<std::size_t>(left)) * 4];
-        const std::uint8_t* from = &tile[static_cast<std::size_t>(y) * static_cast<std::size_t>(
-                                             factor) * static_cast<std::size_t>(tileWidth) * 4];
+                                  static_cast<std::size_t>(left)) *
+                                 4];
+        const std::uint8_t* from =
+            &tile[static_cast<std::size_t>(y) * static_cast<std::size_t>(factor) *
+                  static_cast<std::size_t>(tileWidth) * 4];
         if (factor == 1) {
             std::memcpy(to, from, static_cast<std::size_t>(columns) * 4);
             continue;
@@ -951,7 +942,8 @@ void copyTile(const std::vector<std::uint8_t>& tile, int tileWidth, int tileHeig
             unsigned sum[4] = {0, 0, 0, 0};
             for (int sy = 0; sy < factor; ++sy) {
                 const std::uint8_t* at = from + (static_cast<std::ptrdiff_t>(sy) * tileWidth +
-                                                 static_cast<std::ptrdiff_t>(x) * factor) * 4;
+                                                 static_cast<std::ptrdiff_t>(x) * factor) *
+                                                    4;
                 for (int sx = 0; sx < factor; ++sx)
                     for (unsigned& channel : sum) channel += *at++;
             }

@@ -73,8 +73,7 @@ struct KsOffscreenRenderer::Impl final : KsSceneObserver {
             const float at = (static_cast<float>(y) + 0.5f) / static_cast<float>(size[1]);
             const KbVec4f color = frame.top * (1 - at) + frame.bottom * at;
             std::uint8_t bytes[4];
-            for (int c = 0; c < 4; ++c)
-                bytes[c] = static_cast<std::uint8_t>(color[c] * 255 + 0.5f);
+            for (int c = 0; c < 4; ++c) bytes[c] = static_cast<std::uint8_t>(color[c] * 255 + 0.5f);
             for (int x = 0; x < size[0]; ++x, to += 4) std::copy_n(bytes, 4, to);
         }
     }
@@ -85,7 +84,7 @@ struct KsOffscreenRenderer::Impl final : KsSceneObserver {
     KsGLPlayer::Frame frame;
     std::vector<std::uint8_t> image;
     int width = 0, height = 0;
-    bool dirty = true;          // the scene changed since its list was made
+    bool dirty = true;           // the scene changed since its list was made
     bool settingsChanged = true; // the list is good, the picture is not
     bool rendering = false;
     bool drawn = false; // by OpenGL
@@ -95,8 +94,7 @@ struct KsOffscreenRenderer::Impl final : KsSceneObserver {
 
 KsOffscreenRenderer::KsOffscreenRenderer(const KbViewportRegion& viewport)
     : m_impl(new Impl(clamped(viewport)))
-{
-}
+{}
 
 KsOffscreenRenderer::~KsOffscreenRenderer()
 {
@@ -190,10 +188,7 @@ bool KsOffscreenRenderer::render(KsNode* root)
     return impl.drawn;
 }
 
-bool KsOffscreenRenderer::isUpToDate() const
-{
-    return !m_impl->dirty && !m_impl->settingsChanged;
-}
+bool KsOffscreenRenderer::isUpToDate() const { return !m_impl->dirty && !m_impl->settingsChanged; }
 
 void KsOffscreenRenderer::releaseScene()
 {
@@ -201,20 +196,11 @@ void KsOffscreenRenderer::releaseScene()
     m_impl->renderAction.invalidate();
 }
 
-const std::vector<std::uint8_t>& KsOffscreenRenderer::getImage() const
-{
-    return m_impl->image;
-}
+const std::vector<std::uint8_t>& KsOffscreenRenderer::getImage() const { return m_impl->image; }
 
-int KsOffscreenRenderer::getWidth() const
-{
-    return m_impl->width;
-}
+int KsOffscreenRenderer::getWidth() const { return m_impl->width; }
 
-int KsOffscreenRenderer::getHeight() const
-{
-    return m_impl->height;
-}
+int KsOffscreenRenderer::getHeight() const { return m_impl->height; }
 
 bool KsOffscreenRenderer::writeToFile(const KbString& path) const
 {
@@ -244,17 +230,8 @@ void KsOffscreenRenderer::setChangedCallback(std::function<void()> callback)
     m_impl->callback = std::move(callback);
 }
 
-KsRenderAction* KsOffscreenRenderer::getRenderAction()
-{
-    return &m_impl->renderAction;
-}
+KsRenderAction* KsOffscreenRenderer::getRenderAction() { return &m_impl->renderAction; }
 
-long KsOffscreenRenderer::getNumFrames() const
-{
-    return m_impl->frames;
-}
+long KsOffscreenRenderer::getNumFrames() const { return m_impl->frames; }
 
-int KsOffscreenRenderer::getNumDrawCalls() const
-{
-    return m_impl->player.getNumCalls();
-}
+int KsOffscreenRenderer::getNumDrawCalls() const { return m_impl->player.getNumCalls(); }

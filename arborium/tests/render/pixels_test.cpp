@@ -31,8 +31,14 @@ const std::string camera = "OrthographicCamera { position 0 0 50 height 10 nearD
 const std::string face = "Coordinate3 { point [ -1 -1 0, 1 -1 0, 1 1 0, -1 1 0 ] }\n"
                          "FaceSet { numVertices 4 }\n";
 
-std::string color(const char* rgb) { return std::string("Material { diffuseColor ") + rgb + " }\n"; }
-std::string move(const char* xyz) { return std::string("Translation { translation ") + xyz + " }\n"; }
+std::string color(const char* rgb)
+{
+    return std::string("Material { diffuseColor ") + rgb + " }\n";
+}
+std::string move(const char* xyz)
+{
+    return std::string("Translation { translation ") + xyz + " }\n";
+}
 std::string group(const std::string& content) { return "Separator {\n" + content + "}\n"; }
 
 struct Pixel {
@@ -49,8 +55,8 @@ testing::AssertionResult isAbout(const Pixel& p, int red, int green, int blue, i
     if (std::abs(p.red - red) <= tolerance && std::abs(p.green - green) <= tolerance &&
         std::abs(p.blue - blue) <= tolerance)
         return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "the pixel is " << p << ", not about " << red << ' '
-                                       << green << ' ' << blue;
+    return testing::AssertionFailure()
+           << "the pixel is " << p << ", not about " << red << ' ' << green << ' ' << blue;
 }
 
 class Pixels : public testing::Test {
@@ -81,8 +87,9 @@ protected:
     {
         const int column = static_cast<int>((x + 5) * renderer.getWidth() / 10);
         const int row = static_cast<int>((5 - y) * renderer.getHeight() / 10);
-        const std::uint8_t* p = &renderer.getImage()[static_cast<std::size_t>(
-            (row * renderer.getWidth() + column) * 4)];
+        const std::uint8_t* p =
+            &renderer
+                 .getImage()[static_cast<std::size_t>((row * renderer.getWidth() + column) * 4)];
         return {p[0], p[1], p[2], p[3]};
     }
 
@@ -103,8 +110,8 @@ TEST_F(Pixels, aFaceTowardsTheViewerHasItsOwnColourWhereThereIsNoLight)
 
 TEST_F(Pixels, bothSidesOfAFaceAreLitAlike)
 {
-    ASSERT_TRUE(show(camera + color("0.8 0.6 0.4") +
-                     "Rotation { rotation 0 1 0 3.14159265 }\n" + face));
+    ASSERT_TRUE(
+        show(camera + color("0.8 0.6 0.4") + "Rotation { rotation 0 1 0 3.14159265 }\n" + face));
     EXPECT_TRUE(isAbout(at(0, 0), 204, 153, 102));
 }
 
@@ -163,8 +170,8 @@ TEST_F(Pixels, clipPlanesAreMovedByTransformsAndWorkTogether)
 
 TEST_F(Pixels, aTransparentFaceLetsTheOneBehindItThroughWhicheverComesFirst)
 {
-    const std::string glass = group(
-        move("0 0 2") + "Material { diffuseColor 1 0 0 transparency 0.5 }\n" + face);
+    const std::string glass =
+        group(move("0 0 2") + "Material { diffuseColor 1 0 0 transparency 0.5 }\n" + face);
     const std::string wall = group(color("0 0 1") + face);
     for (const std::string& order : {glass + wall, wall + glass}) {
         ASSERT_TRUE(show(camera + order));
@@ -184,8 +191,8 @@ TEST_F(Pixels, transparentFacesAreMixedFromBackToFront)
 
 TEST_F(Pixels, theNearerOfTwoFacesIsSeen)
 {
-    ASSERT_TRUE(show(camera + group(move("0 0 1") + color("1 0 0") + face) +
-                     group(color("0 1 0") + face)));
+    ASSERT_TRUE(
+        show(camera + group(move("0 0 1") + color("1 0 0") + face) + group(color("0 1 0") + face)));
     EXPECT_TRUE(isAbout(at(0, 0), 255, 0, 0));
 }
 
@@ -210,9 +217,10 @@ TEST_F(Pixels, facesATenthOfAUnitApartDoNotFightFarAwayInPerspective)
 
 TEST_F(Pixels, linesAreSeenOnTheFaceInWhichTheyLie)
 {
-    ASSERT_TRUE(show(camera + group("LightModel { model BASE_COLOR }\n" + color("0 0 0") +
-                                    "Coordinate3 { point [ -1 0 0, 1 0 0 ] }\n"
-                                    "IndexedLineSet { coordIndex [ 0, 1, -1 ] }\n") +
+    ASSERT_TRUE(show(camera +
+                     group("LightModel { model BASE_COLOR }\n" + color("0 0 0") +
+                           "Coordinate3 { point [ -1 0 0, 1 0 0 ] }\n"
+                           "IndexedLineSet { coordIndex [ 0, 1, -1 ] }\n") +
                      color("1 1 1") + face));
     int dark = 0;
     for (int y = -2; y <= 2; ++y) dark += at(0, 0.1 * y + 0.05).red < 200;
@@ -319,8 +327,8 @@ TEST_F(Pixels, aChangeIsSeenByEachOfTwoPicturesOfOneScene)
 
 TEST_F(Pixels, manySmallShapesGoOutTogether)
 {
-    std::string many = camera + color("1 1 1") + "Scale { scaleFactor 0.1 0.1 0.1 }\n" +
-                       move("-40 0 0");
+    std::string many =
+        camera + color("1 1 1") + "Scale { scaleFactor 0.1 0.1 0.1 }\n" + move("-40 0 0");
     for (int i = 0; i < 50; ++i)
         many += move("1.6 0 0") + color(i % 2 ? "1 0 0" : "0 1 0") + "Cube { }\n";
     ASSERT_TRUE(show(many));

@@ -1,0 +1,87 @@
+#include <arborium/qt/KsQtComponent.h>
+
+#include <gtest/gtest.h>
+
+#include <QtWidgets/QtWidgets>
+
+#include <memory>
+
+namespace {
+
+class Box : public KsQtComponent {
+public:
+    explicit Box(QWidget* parent = nullptr, const char* name = nullptr)
+        : KsQtComponent(parent, name)
+    {}
+    void build(QWidget* widget) { setBaseWidget(widget); }
+    int realized = 0;
+
+protected:
+    void afterRealizeHook() override { ++realized; }
+    const char* getDefaultWidgetName() const override { return "Box"; }
+    const char* getDefaultTitle() const override { return "A box"; }
+};
+
+} // namespace
+
+TEST(QtComponent, namesItsWidgetAndItsWindow)
+{
+    Box box;
+    EXPECT_EQ(box.getWidget(), nullptr);
+    box.show();
+    EXPECT_FALSE(box.isVisible());
+    box.build(new QWidget);
+    EXPECT_EQ(box.getWidget()->objectName(), "Box");
+    EXPECT_EQ(box.getWidget()->windowTitle(), "A box");
+    EXPECT_EQ(box.getIconTitle(), "A box");
+    box.setTitle("Mine");
+    EXPECT_EQ(box.getWidget()->windowTitle(), "Mine");
+    box.setTitle(QString());
+    EXPECT_EQ(box.getWidget()->windowTitle(), "A box");
+
+    Box named(nullptr, "given");
+    named.build(new QWidget);
+    EXPECT_EQ(named.getWidget()->objectName(), "given");
+}
+
+TEST(QtComponent, tellsOnceThatItsWidgetIsThere)
+{
+    Box box;
+    box.build(new QWidget);
+    EXPECT_EQ(box.realized, 0);
+    box.show();
+    box.hide();
+    box.show();
+    EXPECT_EQ(box.realized, 1);
+    box.build(new QWidget);
+    box.show();
+    EXPECT_EQ(box.realized, 2);
+}
+
+TEST(QtComponent, remembersThatItCoversTheScreen)
+{
+    Box box;
+    box.setFullScreen(true);
+    box.build(new QWidget);
+    box.show();
+    EXPECT_TRUE(box.getWidget()->isFullScreen());
+    box.setFullScreen(false);
+    EXPECT_FALSE(box.getWidget()->isFullScreen());
+}
+
+TEST(QtComponent, widgetAndComponentDieInAnyOrder)
+{
+    auto box = std::make_unique<Box>();
+    QPointer<QWidget> widget(new QWidget);
+    box->build(widget);
+    box.reset();
+    EXPECT_FALSE(widget);
+
+    QWidget window;
+    auto* inner = new Box(&window);
+    widget = new QWidget(&window);
+    inner->build(widget);
+    delete widget.data();
+    EXPECT_EQ(inner->getWidget(), nullptr);
+    inner->show();
+}
