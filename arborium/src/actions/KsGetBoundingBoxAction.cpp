@@ -5,8 +5,7 @@
 
 KsGetBoundingBoxAction::KsGetBoundingBoxAction(const KbViewportRegion& viewport)
     : m_viewport(viewport)
-{
-}
+{}
 
 KsType KsGetBoundingBoxAction::getClassTypeId()
 {

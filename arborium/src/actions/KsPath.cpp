@@ -99,8 +99,7 @@ void KsPath::truncate(int length)
 
 bool KsPath::operator==(const KsPath& other) const
 {
-    return std::equal(m_steps.begin(), m_steps.end(), other.m_steps.begin(), other.m_steps.end(),
-                      [](const Step& a, const Step& b) {
-                          return a.node == b.node && a.index == b.index;
-                      });
+    return std::equal(
+        m_steps.begin(), m_steps.end(), other.m_steps.begin(), other.m_steps.end(),
+        [](const Step& a, const Step& b) { return a.node == b.node && a.index == b.index; });
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 // ---- one hit ----
 
@@ -13,8 +14,7 @@ KsPickedPoint::KsPickedPoint(const KsFullPath& path, const KbVec3f& worldPoint,
                              const KbMatrix& objectToWorld)
     : m_point(worldPoint), m_normal(worldNormal), m_distance(distance),
       m_objectToWorld(objectToWorld), m_path(new KsFullPath(path))
-{
-}
+{}
 
 KsPickedPoint::KsPickedPoint(const KsPickedPoint& other)
     : m_point(other.m_point), m_normal(other.m_normal), m_distance(other.m_distance),
@@ -133,12 +133,29 @@ namespace {
 /// Distances closer than this count as equal.
 float tolerance(float distance) { return 1e-6f * std::fabs(distance); }
 
+/// The normal of the face that the point lies on, or nearest to.
+KbVec3f faceNormal(const KbBox3f& box, const KbVec3f& point)
+{
+    KbVec3f normal(0, 0, 1);
+    float nearest = std::numeric_limits<float>::max();
+    for (int axis = 0; axis < 3; ++axis) {
+        for (const float sign : {-1.0f, 1.0f}) {
+            const float side = (sign < 0 ? box.getMin() : box.getMax())[axis];
+            const float away = std::fabs(point[axis] - side);
+            if (away >= nearest) continue;
+            nearest = away;
+            normal.setValue(0, 0, 0);
+            normal[axis] = sign;
+        }
+    }
+    return normal;
+}
+
 } // namespace
 
 KsRayPickAction::KsRayPickAction(const KbViewportRegion& viewport)
     : m_impl(std::make_unique<Impl>()), m_viewport(viewport)
-{
-}
+{}
 
 KsRayPickAction::~KsRayPickAction() = default;
 
@@ -270,8 +287,7 @@ KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,
                                                 const KbVec3f& objectNormal)
 {
     Impl& impl = *m_impl;
-    if (!m_hasRay || getPathCode() == OFF_PATH ||
-        m_state->pickMode.get() == KsPickMode::Unpickable)
+    if (!m_hasRay || getPathCode() == OFF_PATH || m_state->pickMode.get() == KsPickMode::Unpickable)
         return nullptr;
     impl.updateObjectRay(m_state->modelMatrix.get());
     if (!impl.invertible) return nullptr;
@@ -298,8 +314,8 @@ KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,
     KbVec3f normal;
     impl.worldToObject.transpose().multDirMatrix(objectNormal, normal);
     normal.normalize();
-    auto hit = std::make_unique<KsPickedPoint>(*getCurPath(), point, normal, distance,
-                                               impl.objectToWorld);
+    auto hit =
+        std::make_unique<KsPickedPoint>(*getCurPath(), point, normal, distance, impl.objectToWorld);
     impl.sorted.clear();
     if (!m_pickAll) impl.points.clear();
     impl.points.push_back(std::move(hit));
@@ -309,20 +325,8 @@ KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,
 KsPickedPoint* KsRayPickAction::addBoxIntersection(const KbBox3f& objectBox)
 {
     KbVec3f enter, exit;
-    if (!m_hasRay || objectBox.isEmpty() || !getObjectLine().intersect(objectBox, enter, exit, true))
+    if (!m_hasRay || objectBox.isEmpty() || !getObjectLine().intersect(objectBox, enter, exit))
         return nullptr;
-    // The normal of the face that the point lies on, or nearest to.
-    KbVec3f normal(0, 0, 1);
-    float nearest = std::numeric_limits<float>::max();
-    for (int axis = 0; axis < 3; ++axis) {
-        for (const float sign : {-1.0f, 1.0f}) {
-            const float side = (sign < 0 ? objectBox.getMin() : objectBox.getMax())[axis];
-            const float away = std::fabs(enter[axis] - side);
-            if (away >= nearest) continue;
-            nearest = away;
-            normal.setValue(0, 0, 0);
-            normal[axis] = sign;
-        }
-    }
-    return addIntersection(enter, normal);
+    KsPickedPoint* hit = addIntersection(enter, faceNormal(objectBox, enter));
+    return hit ? hit : addIntersection(exit, faceNormal(objectBox, exit));
 }

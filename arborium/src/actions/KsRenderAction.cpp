@@ -146,8 +146,7 @@ std::uint32_t KsRenderAction::clipIndex()
 {
     const auto& planes = m_state->clipPlanes.get();
     if (planes.empty()) return 0;
-    return indexIn(m_list.clips, planes,
-                   [](const auto& a, const auto& b) { return a == b; });
+    return indexIn(m_list.clips, planes, [](const auto& a, const auto& b) { return a == b; });
 }
 
 std::uint32_t KsRenderAction::lightIndex()

@@ -110,9 +110,9 @@ void KsCamera::viewAll(const KbBox3f& box, const KbViewportRegion& viewport, flo
         corners[1].setValue(-1, -1, 0);
     }
     // The camera keeps off by an extent, so that what grows towards it stays in sight.
-    const float distance = std::max(fit(corners, usableAspect(viewport.getViewportAspectRatio()),
-                                        slack),
-                                    nearest + 0.1f * extent);
+    const float distance =
+        std::max(fit(corners, usableAspect(viewport.getViewportAspectRatio()), slack),
+                 nearest + 0.1f * extent);
     KbVec3f away;
     orientation.getValue().multVec(KbVec3f(0, 0, 1), away);
     position = center + away * distance;

@@ -8,9 +8,8 @@ KS_NODE_SOURCE(KsPickStyle, KsNode)
 KsPickStyle::KsPickStyle()
 {
     KsInstanceBuilder build(classRecord, this);
-    build.enums("Style", {{"SHAPE", SHAPE},
-                          {"BOUNDING_BOX", BOUNDING_BOX},
-                          {"UNPICKABLE", UNPICKABLE}});
+    build.enums("Style",
+                {{"SHAPE", SHAPE}, {"BOUNDING_BOX", BOUNDING_BOX}, {"UNPICKABLE", UNPICKABLE}});
     build.enumField("style", style, "Style", SHAPE);
 }
 

@@ -13,8 +13,7 @@ KsShapeHints::KsShapeHints()
     build.enums("VertexOrdering", {{"UNKNOWN_ORDERING", UNKNOWN_ORDERING},
                                    {"CLOCKWISE", CLOCKWISE},
                                    {"COUNTERCLOCKWISE", COUNTERCLOCKWISE}});
-    build.enums("ShapeType",
-                {{"UNKNOWN_SHAPE_TYPE", UNKNOWN_SHAPE_TYPE}, {"SOLID", SOLID}});
+    build.enums("ShapeType", {{"UNKNOWN_SHAPE_TYPE", UNKNOWN_SHAPE_TYPE}, {"SOLID", SOLID}});
     build.enums("FaceType", {{"UNKNOWN_FACE_TYPE", UNKNOWN_FACE_TYPE}, {"CONVEX", CONVEX}});
     build.enumField("vertexOrdering", vertexOrdering, "VertexOrdering", UNKNOWN_ORDERING);
     build.enumField("shapeType", shapeType, "ShapeType", UNKNOWN_SHAPE_TYPE);

@@ -16,7 +16,7 @@ void KsTranslation::multInto(KbMatrix& matrix) const
     const KbVec3f& t = translation.getValue();
     float* last = matrix[3];
     for (int column = 0; column < 4; ++column) {
-        last[column] += t[0] * matrix[0][column] + t[1] * matrix[1][column] +
-                        t[2] * matrix[2][column];
+        last[column] +=
+            t[0] * matrix[0][column] + t[1] * matrix[1][column] + t[2] * matrix[2][column];
     }
 }

@@ -84,8 +84,8 @@ public:
     /// than the radius: of a line or a point, report what is nearest to the ray. Null if the hit
     /// does not count; nothing counts in state UNPICKABLE.
     KsPickedPoint* addIntersection(const KbVec3f& objectPoint, const KbVec3f& objectNormal);
-    /// Reports where the ray enters a box in object space: what a shape does in pick style
-    /// BOUNDING_BOX.
+    /// Reports where the ray enters a box in object space or, if that does not count, where it
+    /// leaves it: what a shape does in pick style BOUNDING_BOX.
     KsPickedPoint* addBoxIntersection(const KbBox3f& objectBox);
 
 protected:

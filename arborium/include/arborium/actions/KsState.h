@@ -31,7 +31,7 @@ struct KsFontState {
 
 struct KsLightState {
     enum Kind { Directional, Point } kind = Directional;
-    KbColor color{1, 1, 1}; ///< Multiplied by the intensity.
+    KbColor color{1, 1, 1};   ///< Multiplied by the intensity.
     KbVec3f vector{0, 0, -1}; ///< World direction in which the light goes, or world position.
 };
 
