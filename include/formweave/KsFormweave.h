@@ -153,15 +153,15 @@ protected:
     KsAuditor*& getAuditor(int index);
     int getAuditorListLength() const;
     /// Calls `tell` for each auditor in list order. The element stays alive meanwhile, and the
-    /// list may change: an auditor that was removed is not called any more.
+    /// list may change: an auditor that was removed is not called any more, one that was added is
+    /// called the next time.
     template <class Tell> void forEachAuditor(Tell&& tell)
     {
+        if (!m_auditorList) return;
         KsKeepAlive keep(this);
-        for (int i = 0; i < getAuditorListLength(); ++i) {
-            KsAuditor* auditor = getAuditor(i);
-            if (auditor) tell(auditor);
-            // One that took itself out has moved the next one here.
-            if (i < getAuditorListLength() && getAuditor(i) != auditor) --i;
+        const KbPList present = *m_auditorList;
+        for (void* auditor : present) {
+            if (m_auditorList->find(auditor) != -1) tell(static_cast<KsAuditor*>(auditor));
         }
     }
 

@@ -149,9 +149,10 @@ void KsFormweave::load3DSkin(KbString partName)
 
 void KsSkinFamily::loadOnce()
 {
+    if (!firstUse) return;
     // The skin is chosen first: choosing one loads every family, and no file is read twice.
     KsFormweave::chooseSkin();
-    if (!firstUse || loaded) return;
+    if (loaded) return;
     KsFormweave::readDefaultSkinsParts(file, *builtIn);
     loaded = 1;
     firstUse = 0;

@@ -188,8 +188,9 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     action.apply(separator.get());
     separator->removeAllChildren();
 
-    // One measuring of the whole line gives each place where it may break. The character that
-    // passes the width moves to the next line; a line holds one character at least.
+    // One measuring of the whole line gives each place where it may break. A character that passes
+    // the width stays at the end of its line and stands again at the start of the next one, unless
+    // it is all that the line holds: each line takes one character at least.
     const KbString whole = text->string[line];
     const std::vector<float> widths = KsText3::getPrefixWidths(whole, font);
     const int n = static_cast<int>(widths.size()) - 1;
@@ -198,9 +199,12 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     for (int end = 1; end <= n; ++end) {
         const float w = (widths[static_cast<std::size_t>(end)] -
                          widths[static_cast<std::size_t>(start)]) * scale;
-        if (!(w > maxWidth) || end - start < 2) continue;
-        pieces.push_back(whole.getSubString(start, end - 1));
-        start = end - 1;
+        if (w < maxWidth) continue;
+        const int next = w > maxWidth && end - start > 1 ? end - 1 : end;
+        if (next == n) break;
+        pieces.push_back(whole.getSubString(start, end));
+        start = next;
+        end = next;
     }
     if (pieces.empty()) return line;
     pieces.push_back(whole.getSubString(start, -1));
