@@ -105,11 +105,6 @@ KsType KsField::getClassTypeId()
     return type;
 }
 
-void KsField::setDefault(bool isDefault)
-{
-    m_flags = static_cast<std::uint8_t>(isDefault ? m_flags | Default : m_flags & ~Default);
-}
-
 void KsField::setConnectionPrivate(bool isPrivate)
 {
     m_flags = static_cast<std::uint8_t>(isPrivate ? m_flags | PrivateConnection
@@ -197,7 +192,7 @@ void KsField::valueChanged(bool isDefault)
     const KsKeepAlive keep(m_container);
     if (m_container) m_container->markChanged();
     const Frame frame(this);
-    if (frame.depth > std::max(1, KsLimits::current().notificationDepth)) {
+    if (frame.outer && frame.depth > std::max(1, KsLimits::current().notificationDepth)) {
         if (!Frame::s_muteAbove) stopLoop(frame);
         return;
     }

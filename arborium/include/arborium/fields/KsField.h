@@ -27,7 +27,10 @@ public:
     void setFieldType(int type) { m_fieldType = static_cast<std::uint8_t>(type); }
     /// A default field is left out of written files. Any change of the value clears the mark.
     bool isDefault() const { return m_flags & Default; }
-    void setDefault(bool isDefault);
+    void setDefault(bool isDefault)
+    {
+        m_flags = static_cast<std::uint8_t>(isDefault ? m_flags | Default : m_flags & ~Default);
+    }
 
     /// Takes the value of `master`, now and at each change. A field has one master at most: a
     /// second call replaces the first. Refused (FALSE, message) for null, for itself and for a
