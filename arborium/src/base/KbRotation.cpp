@@ -25,11 +25,13 @@ KbRotation& KbRotation::setValue(float x, float y, float z, float w)
 
 KbRotation& KbRotation::setValue(const KbVec3f& axis, float radians)
 {
-    KbVec3f unit(axis);
-    if (unit.normalize() == 0 || !std::isfinite(radians)) return *this = KbRotation();
+    // Rounded once only, so that axis and angle come back as they were where they can.
+    double q[4] = {axis[0], axis[1], axis[2], 0};
+    if (!normalize(q) || !std::isfinite(radians)) return *this = KbRotation();
     const double half = radians * 0.5;
-    const float s = static_cast<float>(std::sin(half));
-    return setValue(unit[0] * s, unit[1] * s, unit[2] * s, static_cast<float>(std::cos(half)));
+    for (int i = 0; i < 3; ++i) m_quaternion[i] = static_cast<float>(q[i] * std::sin(half));
+    m_quaternion[3] = static_cast<float>(std::cos(half));
+    return *this;
 }
 
 KbRotation& KbRotation::setValue(const KbVec3f& from, const KbVec3f& to)
@@ -90,13 +92,13 @@ void KbRotation::getValue(float& x, float& y, float& z, float& w) const
 void KbRotation::getValue(KbVec3f& axis, float& radians) const
 {
     axis = KbVec3f(m_quaternion);
-    const float s = axis.length();
+    const double x = axis[0], y = axis[1], z = axis[2];
     if (axis.normalize() == 0) {
         axis.setValue(0, 0, 1);
         radians = 0;
         return;
     }
-    radians = static_cast<float>(2 * std::atan2(static_cast<double>(s), m_quaternion[3]));
+    radians = static_cast<float>(2 * std::atan2(std::sqrt(x * x + y * y + z * z), m_quaternion[3]));
 }
 
 void KbRotation::getValue(KbMatrix& matrix) const

@@ -66,7 +66,7 @@ public:
         m_in.fieldName = m_fieldName;
         m_in.fieldOwner = m_fieldOwner;
         if (Impl::Reference* mine = m_isNamed ? m_in.find(m_key) : nullptr) {
-            if (mine->object.get() == m_object) {
+            if (mine->get() == m_object) {
                 mine->isOpen = false;
                 mine->visits = visits;
             }
@@ -173,13 +173,13 @@ bool readText(KsInput* in, Impl& im, KsBase*& result, KsType expected)
                          "stand below itself");
                 continue;
             }
-            if (!reference->object->isOfType(expected)) {
+            if (!reference->get()->isOfType(expected)) {
                 im.error("the node " + im.quote(key.name) + " is " +
-                         withArticle(reference->object->getTypeId()) +
+                         withArticle(reference->get()->getTypeId()) +
                          " and cannot stand here; expected " + withArticle(expected));
                 continue;
             }
-            result = reference->object.get();
+            result = reference->get();
             im.addVisits(reference->visits);
             return !im.stopped;
         }
@@ -258,11 +258,11 @@ bool readBinary(KsInput* in, Impl& im, KsBase*& result, KsType expected)
         if (reference->isOpen)
             return im.binaryError("the node " + im.quote(key.name) +
                                   " is not complete here: a node cannot stand below itself");
-        if (!reference->object->isOfType(expected))
+        if (!reference->get()->isOfType(expected))
             return im.binaryError("the node " + im.quote(key.name) + " is " +
-                                  withArticle(reference->object->getTypeId()) +
+                                  withArticle(reference->get()->getTypeId()) +
                                   " and cannot stand here; expected " + withArticle(expected));
-        result = reference->object.get();
+        result = reference->get();
         im.addVisits(reference->visits);
         return !im.stopped;
     }

@@ -139,6 +139,7 @@ bool KsDB::read(KsInput* in, KsNode*& node)
         in->postErrors("KsDB::read");
         return false;
     }
+    for (auto& each : im.references) each.second.handOver();
     node = result;
     return true;
 }

@@ -79,8 +79,9 @@ bool readFour(KsInput& in, FourNumbers& numbers)
 template <class Value, class Split, class Make>
 FourNumbers readableNumbers(Value value, Split split, Make make)
 {
-    FourNumbers numbers = split(value);
-    for (int attempt = 0; attempt < 8; ++attempt) {
+    std::vector<FourNumbers> seen;
+    for (;;) {
+        const FourNumbers numbers = split(value);
         for (int digits = 1; digits <= 9; ++digits) {
             FourNumbers rounded = numbers;
             for (float& each : rounded) {
@@ -92,11 +93,14 @@ FourNumbers readableNumbers(Value value, Split split, Make make)
             }
             if (make(rounded) == value) return rounded;
         }
-        // No numbers near give it: the nearest value that has some takes its place.
+        // No such numbers give it: the nearest value that has some takes its place. Where each of
+        // a few is taken for the next one, the smallest stands for all.
+        const auto first = std::find(seen.begin(), seen.end(), numbers);
+        if (first != seen.end()) return *std::min_element(first, seen.end());
+        if (seen.size() > 100) return numbers;
+        seen.push_back(numbers);
         value = make(numbers);
-        numbers = split(value);
     }
-    return numbers;
 }
 
 template <> struct Codec<KbRotation> {

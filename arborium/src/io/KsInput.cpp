@@ -4,6 +4,7 @@
 #include <arborium/base/KbNumber.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/base/KsLimits.h>
+#include <arborium/nodes/KsNode.h>
 
 #include <algorithm>
 #include <cstring>
@@ -662,7 +663,23 @@ bool KsInput::Impl::readBinaryKey(Key& key)
 KsInput::Impl::Reference* KsInput::Impl::find(const Key& key)
 {
     const auto found = references.find(key.toString());
-    return found == references.end() ? nullptr : &found->second;
+    return found == references.end() || !found->second.get() ? nullptr : &found->second;
+}
+
+KsBase* KsInput::Impl::Reference::get() const
+{
+    return watch ? watch->getAttachedNode() : object.get();
+}
+
+void KsInput::Impl::Reference::handOver()
+{
+    auto* node = ksCast<KsNode>(object.get());
+    if (!node || !isHandedOut) return;
+    watch = std::make_unique<KsNodeSensor>([](void*, KsSensor*) {}, nullptr);
+    watch->attach(node);
+    node->ref();
+    object.reset();
+    node->unrefNoDelete();
 }
 
 void KsInput::Impl::addVisits(std::int64_t visits)
@@ -697,9 +714,8 @@ void KsInput::Impl::connect()
     for (Connection& each : connections) {
         token = each.at;
         const auto found = references.find(each.master);
-        KsFieldContainer* master = found == references.end()
-                                       ? nullptr
-                                       : ksCast<KsFieldContainer>(found->second.object.get());
+        KsFieldContainer* master =
+            found == references.end() ? nullptr : ksCast<KsFieldContainer>(found->second.get());
         const std::string name = each.master.substr(0, each.master.find('\0'));
         if (!master) {
             KsNearestName nearest(name);
@@ -728,7 +744,7 @@ void KsInput::Impl::forgetObjects()
     for (auto& each : references) {
         KsRef<KsBase>& held = each.second.object;
         KsBase* const object = held.get();
-        if (!each.second.isHandedOut || object->getRefCount() != 1) continue;
+        if (!object || !each.second.isHandedOut || object->getRefCount() != 1) continue;
         object->ref();
         held.reset();
         object->unrefNoDelete();
@@ -1095,7 +1111,7 @@ void KsInput::addReference(const KbName& name, KsBase* object)
 KsBase* KsInput::findReference(const KbName& name) const
 {
     const auto found = m_impl->references.find(std::string(name.view()));
-    return found == m_impl->references.end() ? nullptr : found->second.object.get();
+    return found == m_impl->references.end() ? nullptr : found->second.get();
 }
 
 // ---- KsNearestName --------------------------------------------------------------------------

@@ -4,6 +4,7 @@
 #include <arborium/base/KsType.h>
 #include <arborium/fields/KsFieldContainer.h>
 #include <arborium/io/KsInput.h>
+#include <arborium/sensors/KsSensor.h>
 
 #include <array>
 #include <charconv>
@@ -182,9 +183,14 @@ struct KsInput::Impl {
 
     struct Reference {
         KsRef<KsBase> object;
+        /// In place of `object`, once the caller has it and decides how long it lives.
+        std::unique_ptr<KsNodeSensor> watch;
         std::int64_t visits = 0;
         bool isOpen = false;
         bool isHandedOut = false; ///< The caller may have been given it without a reference.
+
+        KsBase* get() const;
+        void handOver();
     };
     std::unordered_map<std::string, Reference> references;
     /// Complete objects whose parent is still being read: what no parent took dies with it.

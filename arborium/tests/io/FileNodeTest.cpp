@@ -1,0 +1,125 @@
+#include "IoTest.h"
+
+#include <arborium/nodes/KsFile.h>
+
+class FileNode : public IoTest {
+protected:
+    KsRef<KsSeparator> readFile(const std::string& path)
+    {
+        KsInput in;
+        EXPECT_TRUE(in.openFile(KbString(path)));
+        KsRef<KsSeparator> root(KsDB::parse(&in));
+        errors.clear();
+        for (const KsReadError& each : in.getErrors()) errors += each.toString() + "\n";
+        return root;
+    }
+    static int numNodesBelow(KsNode* node)
+    {
+        const KsChildList* children = node->getChildren();
+        int count = 0;
+        for (int i = 0; children && i < children->getLength(); ++i)
+            count += 1 + numNodesBelow(children->get(i));
+        return count;
+    }
+};
+
+TEST_F(FileNode, readsASceneInPlaceAndWritesItsNameOnly)
+{
+    file("parts/part.arb", ascii + "Cube { } File { name \"more.arb\" }");
+    file("parts/more.arb", ascii + "Sphere { }");
+    const std::string text = ascii + "\nFile {\n    name \"parts/part.arb\"\n}\n";
+    const KsRef<KsSeparator> root = readFile(file("main.arb", text));
+    ASSERT_TRUE(root) << errors;
+    // The file, its root, the cube, the inner file, its root and the sphere.
+    EXPECT_EQ(numNodesBelow(root), 6);
+    EXPECT_EQ(written(root), text);
+    const KsRef<KsNode> copy(root->copy());
+    EXPECT_EQ(numNodesBelow(copy), 6);
+}
+
+TEST_F(FileNode, mayOnlyReadBelowTheFolderOfItsFile)
+{
+    file("secret.arb", ascii + "Cube { }");
+    for (const std::string& name :
+         {std::string("../secret.arb"), (folder() / "secret.arb").string()}) {
+        const std::string path =
+            file("inner/main.arb", ascii + "Group { File { name \"" + name + "\" } }");
+        EXPECT_FALSE(readFile(path));
+        EXPECT_EQ(errors, path + ":2:21: the file \"" + name +
+                              "\" lies outside of the folders that may be read\n");
+    }
+    // A link out of the folder leads out of it.
+    std::filesystem::create_symlink(folder() / "secret.arb", folder() / "inner/link.arb");
+    EXPECT_FALSE(readFile(file("inner/main.arb", ascii + "File { name \"link.arb\" }")));
+    EXPECT_NE(errors.find("lies outside"), std::string::npos) << errors;
+    // A directory of the list may be read.
+    KsInput::addDirectoryLast(KbString(folder().string()));
+    EXPECT_TRUE(readFile(file("inner/main.arb", ascii + "File { name \"secret.arb\" }"))) << errors;
+    KsInput::removeDirectory(KbString(folder().string()));
+}
+
+TEST_F(FileNode, cyclesAreRefused)
+{
+    const std::string a = file("a.arb", ascii + "Group { File { name \"b.arb\" } }");
+    file("b.arb", ascii + "File { name \"a.arb\" }");
+    EXPECT_FALSE(readFile(a));
+    EXPECT_NE(errors.find("b.arb:2:13: the file \"" + a + "\" cannot stand in itself"),
+              std::string::npos)
+        << errors;
+    const std::string self = file("self.arb", ascii + "File { name \"self.arb\" }");
+    EXPECT_FALSE(readFile(self));
+    EXPECT_EQ(errors, self + ":2:13: the file \"" + self + "\" cannot stand in itself\n");
+}
+
+TEST_F(FileNode, errorsBearThePlaceInTheirOwnFile)
+{
+    const std::string part = file("part.arb", ascii + "\n  Cubb { }");
+    const std::string path =
+        file("main.arb", ascii + "File { name \"part.arb\" } Cube { width x } File { name "
+                                 "\"none.arb\" }");
+    EXPECT_FALSE(readFile(path));
+    EXPECT_EQ(errors, part + ":3:3: unknown node type \"Cubb\"; the nearest is \"Cube\"\n" + path +
+                          ":2:39: expected a number for the field \"width\" of Cube, met \"x\"\n" +
+                          path + ":2:55: the file \"none.arb\" is not found\n");
+}
+
+TEST_F(FileNode, directoriesAndPipesAreRefused)
+{
+    std::filesystem::create_directories(folder() / "sub");
+    EXPECT_FALSE(readFile(file("main.arb", ascii + "File { name \"sub\" }")));
+    EXPECT_NE(errors.find("is no regular file"), std::string::npos) << errors;
+}
+
+TEST_F(FileNode, theLimitsHoldForAllFilesTogether)
+{
+    for (int i = 0; i < 600; ++i) {
+        file("f" + std::to_string(i) + ".arb",
+             ascii + "Group { File { name \"f" + std::to_string(i + 1) + ".arb\" } }");
+    }
+    EXPECT_FALSE(readFile((folder() / "f0.arb").string()));
+    EXPECT_NE(errors.find("the limit of 512 levels of nesting"), std::string::npos) << errors;
+}
+
+TEST_F(FileNode, aNameSetByHandIsReadWhenAsked)
+{
+    const std::string path = file("part.arb", ascii + "Cube { }");
+    const KsRef<KsFile> node(new KsFile);
+    EXPECT_TRUE(node->load());
+    node->name = KbString(path);
+    EXPECT_EQ(numNodesBelow(node), 0);
+    {
+        ExpectedMessages messages("KsFile::load", "lies outside of the folders that may be read");
+        EXPECT_FALSE(node->load());
+    }
+    KsInput::addDirectoryLast(KbString(folder().string()));
+    EXPECT_TRUE(node->load());
+    EXPECT_EQ(numNodesBelow(node), 2);
+    EXPECT_EQ(node->getFullName(), KbString(std::filesystem::canonical(path).string()));
+    node->name = KbString("part.arb");
+    EXPECT_TRUE(node->load());
+    EXPECT_EQ(numNodesBelow(node), 2);
+    node->name = KbString();
+    EXPECT_TRUE(node->load());
+    EXPECT_EQ(numNodesBelow(node), 0);
+    KsInput::removeDirectory(KbString(folder().string()));
+}
