@@ -13,35 +13,35 @@ namespace {
 
 /// Traversal states are large and needed during a traversal only: actions, of which there are many,
 /// borrow them.
-class BorrowedState {
+class StatePool {
 public:
-    BorrowedState()
+    ~StatePool() { s_isGone = true; }
+    static std::unique_ptr<KsState> take()
     {
-        auto& free = pool();
-        if (free.empty()) {
-            m_state = std::make_unique<KsState>();
-        } else {
-            m_state = std::move(free.back());
-            free.pop_back();
-        }
+        auto* free = states();
+        if (!free || free->empty()) return std::make_unique<KsState>();
+        std::unique_ptr<KsState> state = std::move(free->back());
+        free->pop_back();
+        return state;
     }
-    ~BorrowedState()
+    static void giveBack(std::unique_ptr<KsState> state)
     {
-        m_state->reset();
-        pool().push_back(std::move(m_state));
+        state->reset();
+        if (auto* free = states()) free->push_back(std::move(state));
     }
-    BorrowedState(const BorrowedState&) = delete;
-    BorrowedState& operator=(const BorrowedState&) = delete;
-    KsState* get() const { return m_state.get(); }
 
 private:
-    static std::vector<std::unique_ptr<KsState>>& pool()
+    /// Null at the end of the thread, when something that dies late still traverses.
+    static std::vector<std::unique_ptr<KsState>>* states()
     {
-        static thread_local std::vector<std::unique_ptr<KsState>> states;
-        return states;
+        if (s_isGone) return nullptr;
+        static thread_local StatePool pool;
+        return &pool.m_states;
     }
-    std::unique_ptr<KsState> m_state;
+    static thread_local bool s_isGone;
+    std::vector<std::unique_ptr<KsState>> m_states;
 };
+thread_local bool StatePool::s_isGone = false;
 
 } // namespace
 
@@ -97,12 +97,11 @@ void KsAction::run(KsNode* root, const KsPath* path)
     }
 
     m_running = true;
-    {
-        const BorrowedState state;
-        m_state = state.get();
-        beginTraversal(root);
-        m_state = outerState;
-    }
+    std::unique_ptr<KsState> state = StatePool::take();
+    m_state = state.get();
+    beginTraversal(root);
+    m_state = outerState;
+    StatePool::giveBack(std::move(state));
     m_running = nested;
 
     const bool terminated = m_now.terminated;

@@ -245,7 +245,8 @@ TEST_F(Pick, ofARayObeysItsDistances)
     EXPECT_TRUE(isHit(0, -1));
     EXPECT_TRUE(isHit(8, 10));
     EXPECT_FALSE(isHit(0, 8));
-    EXPECT_FALSE(isHit(10, -1));
+    EXPECT_TRUE(isHit(10, -1)); // its back
+    EXPECT_FALSE(isHit(12, -1));
     pick.setRay({0, 0, -10}, {0, 0, -1}); // behind its start
     pick.apply(root);
     EXPECT_EQ(pick.getPickedPoint(), nullptr);
