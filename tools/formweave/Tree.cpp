@@ -5,7 +5,9 @@
 #include "Presentation.h"
 #include "Session.h"
 
+#include <formweave/KsDialogComponent.h>
 #include <formweave/KsElementContainer.h>
+#include <formweave/KsTopLevelDialog.h>
 
 #include <cstdio>
 
@@ -28,17 +30,22 @@ std::string quoted(const KbString& text)
     return result + "\"";
 }
 
+// What stands for the element in the window; null for what has no frame of its own.
+const QWidget* widgetOf(const KsFormweave* element)
+{
+    if (const auto* dialog = ksCast<KsTopLevelDialog>(element)) return dialog->getBaseWidget();
+    const auto* component = ksCast<KsDialogComponent>(element);
+    return component ? component->getWidget() : nullptr;
+}
+
 void print(const KsFormweave* element, int depth)
 {
     std::string line(static_cast<std::size_t>(2 * depth), ' ');
     line += element->getTypeId().getName().getString();
     if (!element->auditorID.getValue().isEmpty()) line += "  id " + quoted(element->auditorID);
     if (!element->label.getValue().isEmpty()) line += "  label " + quoted(element->label);
-    const auto* width = ksCast<KsSFInt32>(element->getField("width"));
-    const auto* height = ksCast<KsSFInt32>(element->getField("height"));
-    if (width && height) {
-        line +=
-            "  " + std::to_string(width->getValue()) + " x " + std::to_string(height->getValue());
+    if (const QWidget* widget = widgetOf(element)) {
+        line += "  " + std::to_string(widget->width()) + " x " + std::to_string(widget->height());
     }
     std::printf("%s\n", line.c_str());
     const KsElementList* below = element->getElements();
