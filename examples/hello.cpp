@@ -23,5 +23,8 @@ int main(int argc, char** argv)
     dialog->addAuditor(&listener);
     dialog->buildDialog();
     dialog->show();
-    return app.exec();
+    const int status = app.exec();
+    dialog->unref();
+    KsFormweave::finish();
+    return status;
 }

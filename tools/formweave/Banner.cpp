@@ -3,6 +3,12 @@
 #include <QEvent>
 #include <algorithm>
 
+namespace {
+
+constexpr int maxLines = 2;
+
+} // namespace
+
 Banner::Banner(QWidget* window) : QLabel(window)
 {
     setObjectName("FormweaveBanner");
@@ -22,7 +28,13 @@ Banner::Banner(QWidget* window) : QLabel(window)
 
 void Banner::setMessage(const std::string& text)
 {
-    setText(QString::fromStdString(text));
+    // Few enough lines to leave what is below in sight.
+    QStringList lines = QString::fromStdString(text).split('\n');
+    if (lines.size() > maxLines) {
+        const int more = lines.size() - maxLines;
+        lines = lines.mid(0, maxLines) << QString("and %1 more").arg(more);
+    }
+    setText(lines.join('\n'));
     setVisible(!text.empty());
     fit();
 }
