@@ -48,7 +48,7 @@ void KsPickedPoint::setDetail(KsDetail* detail, const KsNode* node)
                                     [node](const auto& each) { return each.first == node; });
     if (found != m_details.end()) {
         if (found->second.get() == detail)
-            owned.release();
+            static_cast<void>(owned.release()); // it is held already
         else if (detail)
             found->second = std::move(owned);
         else

@@ -54,7 +54,8 @@ void KsSwitch::search(KsSearchAction* action)
         KsGroup::search(action);
         return;
     }
-    KsNode::search(action);
+    // The group's own way would be to all children.
+    KsNode::search(action); // NOLINT(bugprone-parent-virtual-call)
     if (!action->isFound()) doAction(action);
 }
 
