@@ -15,6 +15,7 @@ class KsGetBoundingBoxAction;
 class KsGetMatrixAction;
 class KsGroup;
 class KsMaterial;
+class KsNodeList;
 class KsPickStyle;
 class KsSearchAction;
 class KsText3;
@@ -200,6 +201,8 @@ protected:
 
     // Skins.
     static KsGroup* readFromFile(const KbString& fileName);
+    /// What was read of skins so far; it stays until the process ends.
+    static const KsNodeList& getSkinRoots();
     static void readDefaultSkinsParts(const KbString& fileName, const char* builtIn);
     static void change3DSkin();
     void loadFontProperties();

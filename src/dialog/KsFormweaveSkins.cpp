@@ -27,6 +27,13 @@ KsSkinFamily& textFamily()
     return family;
 }
 
+// Held for good: the parts stay known by their names.
+KsNodeList& skinRoots()
+{
+    static auto& roots = *new KsNodeList;
+    return roots;
+}
+
 KsGroup* groupNamed(const KbString& name)
 {
     return ksCast<KsGroup>(KsNode::getByName(KbName(name.getString())));
@@ -109,10 +116,15 @@ void KsFormweave::chooseSkin()
     if (s_skinsPath().isEmpty()) setSkin(KsPreferences::getString("FORMWEAVE_SKIN", "default"));
 }
 
+const KsNodeList& KsFormweave::getSkinRoots()
+{
+    return skinRoots();
+}
+
 void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* builtIn)
 {
     if (KsGroup* root = readFromFile(fileName)) {
-        root->ref(); // for good: the parts stay known by their names
+        skinRoots().append(root);
         return;
     }
     static bool firstMissing = true;
@@ -126,7 +138,7 @@ void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* bu
     KsDebugError::post("Formweave::readDefaultSkinsParts", "%s", message.toUtf8().c_str());
     KsInput in;
     in.setBuffer(builtIn, std::strlen(builtIn));
-    if (KsGroup* root = KsDB::readAll(&in)) root->ref();
+    if (KsGroup* root = KsDB::readAll(&in)) skinRoots().append(root);
 }
 
 void KsFormweave::free3DSkin(KbString partName)

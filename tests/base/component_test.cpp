@@ -52,10 +52,20 @@ TEST_F(Component, hasItsFieldsInOrderWithTheirDefaults)
     ASSERT_TRUE(component);
     const KsFieldData* data = component->getFieldData();
     const int first = data->getIndex("width");
-    const char* const names[] = {"width",      "height",   "fixedWidth", "fixedHeight",
-                                 "minWidth",   "minHeight", "maxWidth",   "maxHeight",
-                                 "labelVisibility", "edgeStyle", "mainCptSeparator",
-                                 "edgeStyleSwitch", "edgeStyleNone", "edgeStyleShadowIn",
+    const char* const names[] = {"width",
+                                 "height",
+                                 "fixedWidth",
+                                 "fixedHeight",
+                                 "minWidth",
+                                 "minHeight",
+                                 "maxWidth",
+                                 "maxHeight",
+                                 "labelVisibility",
+                                 "edgeStyle",
+                                 "mainCptSeparator",
+                                 "edgeStyleSwitch",
+                                 "edgeStyleNone",
+                                 "edgeStyleShadowIn",
                                  "edgeStyleShadowOut"};
     for (int i = 0; i < 15; ++i) EXPECT_EQ(data->getFieldName(first + i), names[i]);
     EXPECT_GT(first, data->getIndex("labelAlignment")) << "behind those of the base";
@@ -123,10 +133,9 @@ TEST_F(Component, withoutWishesItResolvesToTheDefaultsAndWritesThemMarkedAsDefau
     EXPECT_EQ(sizeOf(component.get()), Size(200, 28));
     EXPECT_EQ(minOf(component.get()), Size(25, 25));
     EXPECT_EQ(maxOf(component.get()), open);
-    for (const KsField* field :
-         std::vector<const KsField*>{&component->width, &component->height, &component->minWidth,
-                                     &component->minHeight, &component->maxWidth,
-                                     &component->maxHeight})
+    for (const KsField* field : std::vector<const KsField*>{
+             &component->width, &component->height, &component->minWidth, &component->minHeight,
+             &component->maxWidth, &component->maxHeight})
         EXPECT_TRUE(field->isDefault());
     EXPECT_EQ(written(component.get()), before);
     component->destroyWidget();
@@ -301,9 +310,9 @@ TEST_F(Component, labelVisibilityAndEdgeStyleReachBothPresentations)
     EXPECT_EQ(box->take(), Calls({"changeLabelVisibility", "change3DLabelVisibility"}));
     box->edgeStyle = KsDialogComponent::SHADOW_OUT;
     EXPECT_EQ(box->take(), Calls({"changeEdgeStyle", "change3DEdgeStyle"}));
-    EXPECT_EQ(static_cast<KsSwitch*>(box->getAnyPart("edgeStyleSwitch", false))
-                  ->whichChild.getValue(),
-              2);
+    EXPECT_EQ(
+        static_cast<KsSwitch*>(box->getAnyPart("edgeStyleSwitch", false))->whichChild.getValue(),
+        2);
 }
 
 TEST_F(Component, aResetForgetsAllSizesAndANewBuildFindsThemAgain)
@@ -407,12 +416,14 @@ TEST_F(Component, inARowTheFrameStandsInAHorizontalLayoutOfTheRows)
     const auto dialog = readNode<KsTopLevelDialog>(
         "TopLevelDialog { RowDialog { DialogCheckBox { } } ColumnDialog { DialogCheckBox { } } }");
     dialog->buildDialog();
-    auto* inRow = static_cast<KsDialogCheckBox*>(static_cast<KsRowDialog*>(dialog->getChild(0))->getChild(0));
-    auto* inColumn = static_cast<KsDialogCheckBox*>(static_cast<KsColumnDialog*>(dialog->getChild(1))->getChild(0));
-    auto* across = qobject_cast<QHBoxLayout*>(static_cast<QLayout*>(
-        static_cast<QBoxLayout*>(inRow->getLayout())));
-    auto* down = qobject_cast<QVBoxLayout*>(static_cast<QLayout*>(
-        static_cast<QBoxLayout*>(inColumn->getLayout())));
+    auto* inRow =
+        static_cast<KsDialogCheckBox*>(static_cast<KsRowDialog*>(dialog->getChild(0))->getChild(0));
+    auto* inColumn = static_cast<KsDialogCheckBox*>(
+        static_cast<KsColumnDialog*>(dialog->getChild(1))->getChild(0));
+    auto* across = qobject_cast<QHBoxLayout*>(
+        static_cast<QLayout*>(static_cast<QBoxLayout*>(inRow->getLayout())));
+    auto* down = qobject_cast<QVBoxLayout*>(
+        static_cast<QLayout*>(static_cast<QBoxLayout*>(inColumn->getLayout())));
     ASSERT_NE(across, nullptr);
     ASSERT_NE(down, nullptr);
     for (QBoxLayout* layout : std::vector<QBoxLayout*>{across, down}) {
@@ -436,7 +447,8 @@ TEST_F(Component, theSpacerGrowsWhereTheComponentDoesNot)
     dialog->buildDialog();
     auto* column = static_cast<KsColumnDialog*>(dialog->getChild(2));
     const auto spacerOf = [](KsFormweave* element) {
-        auto* layout = static_cast<QBoxLayout*>(static_cast<KsDialogComponent*>(element)->getLayout());
+        auto* layout =
+            static_cast<QBoxLayout*>(static_cast<KsDialogComponent*>(element)->getLayout());
         return layout->itemAt(1)->spacerItem();
     };
     const auto across = [](QSpacerItem* s) { return s->sizePolicy().horizontalPolicy(); };
@@ -584,9 +596,9 @@ TEST_F(Component, inAStackTheOriginIsTheStacksUpperLeftCorner)
     row->setCanBeTraversed(0);
     KbVec2i32 size(0, 0), at(0, 0);
     box->buildWidget(nullptr, size, at, 0);
-    EXPECT_TRUE(box->m_mainTranslation->translation.getValue() ==
-                KbVec3f(static_cast<float>(box->width) / 2, -static_cast<float>(box->height) / 2,
-                        0));
+    EXPECT_TRUE(
+        box->m_mainTranslation->translation.getValue() ==
+        KbVec3f(static_cast<float>(box->width) / 2, -static_cast<float>(box->height) / 2, 0));
 }
 
 TEST_F(Component, theEdgeStyleChoosesTheFrameOfTheSkin)

@@ -112,8 +112,7 @@ TEST_F(Files, anIdIsLookedForAmongTheElementsAtTheTopOnly)
 
 TEST_F(Files, anElementInASeparatorIsNotFound)
 {
-    const std::string path =
-        file("a.arb", "Separator { TopLevelDialog { auditorID \"in\" } }\n");
+    const std::string path = file("a.arb", "Separator { TopLevelDialog { auditorID \"in\" } }\n");
     ExpectedMessages messages("KsFormweave::loadFromFile", "", 2);
     EXPECT_EQ(load(path, "in"), nullptr);
     EXPECT_EQ(load(path), nullptr);
@@ -226,9 +225,14 @@ TEST_P(BrokenFile, givesNullAndAMessageAndLeavesOpenDialogsAlone)
 INSTANTIATE_TEST_SUITE_P(
     All, BrokenFile,
     testing::Values(
-        Broken{"empty", "", "1:1: "}, Broken{"wrongHeader", "#Scenery V9.9 ascii\nGroup { }\n", "1:1: "},
+        Broken{"empty", "", "1:1: "},
+        Broken{"wrongHeader", "#Scenery V9.9 ascii\nGroup { }\n", "1:1: "},
         Broken{"noHeader", "TopLevelDialog { }\n", "1:1: "},
-        Broken{"garbage", std::string("\x7f" "ELF\x02\x01\x01\0\0\xff\xfe{}{\0", 15), "1:1: "},
+        Broken{"garbage",
+               std::string("\x7f"
+                           "ELF\x02\x01\x01\0\0\xff\xfe{}{\0",
+                           15),
+               "1:1: "},
         Broken{"binaryGarbage", "#Arborium V2.1 binary\n\x01\x02\x03\x04\xff\xff\xff\xff", ""},
         Broken{"truncated", "#Arborium V2.1 ascii\nTopLevelDialog { label \"a\n", ""},
         Broken{"unknownType", "#Arborium V2.1 ascii\n\n  TopLevelDialogue { }\n", "3:3: "},
@@ -290,7 +294,8 @@ TEST_F(Files, anElementUsedInTwoPlacesIsRefusedAtTheSecond)
     KsFormweave* dialog = load(path);
     EXPECT_FALSE(messages.messages().empty());
     if (dialog) {
-        auto* second = static_cast<KsRowDialog*>(static_cast<KsTopLevelDialog*>(dialog)->getChild(1));
+        auto* second =
+            static_cast<KsRowDialog*>(static_cast<KsTopLevelDialog*>(dialog)->getChild(1));
         EXPECT_EQ(second->getNumChildren(), 0);
     }
 }

@@ -119,7 +119,8 @@ TEST(Lifecycle, nameAndVersion)
 {
     EXPECT_STREQ(KsFormweave::getProductName(), "Formweave");
     EXPECT_STREQ(KsFormweave::getVersion(), "1.0.0.0");
-    EXPECT_TRUE(std::regex_match(KsFormweave::getVersion(), std::regex("\\d+\\.\\d+\\.\\d+\\.\\d+")));
+    EXPECT_TRUE(
+        std::regex_match(KsFormweave::getVersion(), std::regex("\\d+\\.\\d+\\.\\d+\\.\\d+")));
 }
 
 TEST(Lifecycle, theLibraryIsInTheListOfModulesFromItsLoadingOn)
@@ -267,7 +268,8 @@ TEST(Lifecycle, theClassesAreRegisteredInTheirOrder)
     // Those that exist, each at its place.
     std::size_t place = 0;
     for (const std::string& name : order) {
-        const auto found = std::find(expected.begin() + static_cast<long>(place), expected.end(), name);
+        const auto found =
+            std::find(expected.begin() + static_cast<long>(place), expected.end(), name);
         ASSERT_NE(found, expected.end()) << name << " is out of order";
         place = static_cast<std::size_t>(found - expected.begin()) + 1;
     }
@@ -295,7 +297,8 @@ TEST(Lifecycle, theAuditorsComeAndGoWithTheLibraryUnderTheirFullNames)
 {
     EXPECT_TRUE(KsAuditor::getClassTypeId().isBad());
     KsFormweave::init();
-    EXPECT_EQ(KsAuditor::getClassTypeId().getName(), "Auditor") << "the root alone has a short name";
+    EXPECT_EQ(KsAuditor::getClassTypeId().getName(), "Auditor")
+        << "the root alone has a short name";
     EXPECT_EQ(KsDialogCheckBoxAuditor::getClassTypeId().getName(), "KsDialogCheckBoxAuditor");
     KsFormweave::finish();
     EXPECT_TRUE(KsAuditor::getClassTypeId().isBad());

@@ -164,8 +164,7 @@ TEST_F(Skins, theFirstMissingFileIsToldAtLengthTheOthersBriefly)
               "environment variable.");
     EXPECT_EQ(messages.messages()[1].text,
               "The skin file : <DialogComponent.arb> cannot be found.");
-    EXPECT_EQ(messages.messages()[2].text,
-              "The skin file : <DialogCheckBox.arb> cannot be found.");
+    EXPECT_EQ(messages.messages()[2].text, "The skin file : <DialogCheckBox.arb> cannot be found.");
     // Each family is loaded once.
     KsRef<KsDialogCheckBox> second(new KsDialogCheckBox);
     measure(second.get());
@@ -179,7 +178,8 @@ TEST_F(Skins, aSkinIsFoundAsItStandsThenBelowHereThenInTheDirectories)
     const std::string red1 = makeSkin("first/look", "1 0 0");
     makeSkin("second/look", "0 1 0");
     KsFormweave::setSkinsDirectories(
-        (folder.path("nowhere") + ";" + folder.path("second") + ";" + folder.path("first")).c_str());
+        (folder.path("nowhere") + ";" + folder.path("second") + ";" + folder.path("first"))
+            .c_str());
     KsFormweave::setSkin("look");
     EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == green) << "the first directory that has it";
 
@@ -323,8 +323,8 @@ TEST_F(Skins, aPartThatTheApplicationSetIsLeftAlone)
 TEST_F(Skins, aSwapChangesTheLookInPlaceOfADialogThatIsShown)
 {
     KsFormweave::setSkin(makeSkin("look", "1 0 0").c_str());
-    const auto dialog = readNode<KsTopLevelDialog>(
-        "TopLevelDialog { label \"a\" DialogCheckBox { label \"b\" } }");
+    const auto dialog =
+        readNode<KsTopLevelDialog>("TopLevelDialog { label \"a\" DialogCheckBox { label \"b\" } }");
     measure(dialog.get());
     auto* box = static_cast<KsDialogCheckBox*>(dialog->getChild(0));
     std::vector<KsNode*> before;
@@ -405,8 +405,7 @@ TEST_F(Skins, aFileWithSomePartsOnlyLeavesTheOthersEmptyAfterASwap)
     KsRef<ProbeBox> box(new ProbeBox);
     measure(box.get());
     const std::string part1 = makeSkin("partial", "0 1 0");
-    folder.file("partial/DialogCheckBox.arb",
-                header + partText("DialogCheckBoxFrame", "0 1 0"));
+    folder.file("partial/DialogCheckBox.arb", header + partText("DialogCheckBoxFrame", "0 1 0"));
     KsNode* on = box->getPart("stateOn", false);
     KsFormweave::setSkin(part1.c_str());
     EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == green);
@@ -507,12 +506,18 @@ TEST_F(Skins, theBuiltInLooks)
         bool closed;
     };
     const Box boxes[] = {
-        {KsDialogComponent::DialogComponent, "DialogComponentEdgeStyleNone",
-         {0.75f, 0.75f, 0.75f}, true},
-        {KsDialogComponent::DialogComponent, "DialogComponentEdgeStyleShadowIn",
-         {0.5f, 0.5f, 0.5f}, true},
-        {KsDialogComponent::DialogComponent, "DialogComponentEdgeStyleShadowOut",
-         {0.8f, 0.8f, 0.8f}, true},
+        {KsDialogComponent::DialogComponent,
+         "DialogComponentEdgeStyleNone",
+         {0.75f, 0.75f, 0.75f},
+         true},
+        {KsDialogComponent::DialogComponent,
+         "DialogComponentEdgeStyleShadowIn",
+         {0.5f, 0.5f, 0.5f},
+         true},
+        {KsDialogComponent::DialogComponent,
+         "DialogComponentEdgeStyleShadowOut",
+         {0.8f, 0.8f, 0.8f},
+         true},
         {KsDialogCheckBox::DialogCheckBox, "DialogCheckBoxFrame", {0.7f, 0.7f, 0.7f}, true},
         {KsDialogCheckBox::DialogCheckBox, "DialogCheckBoxStateOff", {1, 1, 1}, false},
         {KsDialogCheckBox::DialogCheckBox, "DialogCheckBoxStateOn", {0, 0, 0}, false},

@@ -36,8 +36,7 @@ private:
 std::vector<std::string> linesOf(const KsText3* text)
 {
     std::vector<std::string> lines;
-    for (int i = 0; i < text->string.getNum(); ++i)
-        lines.push_back(text->string[i].toLatin1());
+    for (int i = 0; i < text->string.getNum(); ++i) lines.push_back(text->string[i].toLatin1());
     return lines;
 }
 

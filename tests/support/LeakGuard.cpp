@@ -11,6 +11,12 @@ struct Counter {
     long before = 0;
 };
 
+struct Exemption {
+    std::string counter;
+    std::string what;
+    std::function<long()> count;
+};
+
 bool s_allowLeaks = false;
 
 std::vector<Counter>& counters()
@@ -19,20 +25,46 @@ std::vector<Counter>& counters()
     return list;
 }
 
+std::vector<Exemption>& exemptions()
+{
+    static std::vector<Exemption> list;
+    return list;
+}
+
+long countWithoutExempt(const Counter& counter)
+{
+    long count = counter.count();
+    for (const Exemption& each : exemptions()) {
+        if (each.counter == counter.name) count -= each.count();
+    }
+    return count;
+}
+
+std::string exemptNames(const std::string& counter)
+{
+    std::string names;
+    for (const Exemption& each : exemptions()) {
+        if (each.counter == counter) names += (names.empty() ? " beside " : ", ") + each.what;
+    }
+    return names;
+}
+
 class LeakGuard : public testing::EmptyTestEventListener {
 public:
     void OnTestStart(const testing::TestInfo&) override
     {
         s_allowLeaks = false;
-        for (Counter& each : counters()) each.before = each.count();
+        for (Counter& each : counters()) each.before = countWithoutExempt(each);
     }
 
     void OnTestEnd(const testing::TestInfo&) override
     {
         if (s_allowLeaks) return;
         for (const Counter& each : counters()) {
-            const long left = each.count() - each.before;
-            if (left > 0) ADD_FAILURE() << left << " " << each.name << " left behind by the test";
+            const long left = countWithoutExempt(each) - each.before;
+            if (left > 0)
+                ADD_FAILURE() << left << " " << each.name << " left behind by the test"
+                              << exemptNames(each.name);
         }
     }
 };
@@ -41,6 +73,12 @@ public:
 void addLeakCounter(const std::string& name, std::function<long()> counter)
 {
     counters().push_back({name, std::move(counter), 0});
+}
+
+void addLeakExemption(const std::string& counter, const std::string& what,
+                      std::function<long()> count)
+{
+    exemptions().push_back({counter, what, std::move(count)});
 }
 
 void installLeakGuard() { testing::UnitTest::GetInstance()->listeners().Append(new LeakGuard); }
