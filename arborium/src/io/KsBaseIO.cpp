@@ -20,9 +20,9 @@ std::string withArticle(KsType type)
     return (vowel ? "an " : "a ") + name;
 }
 
-std::string nearestType(std::string_view word, KsType expected)
+std::string nearestType(const Impl& in, std::string_view word, KsType expected)
 {
-    KsNearestName nearest(word);
+    KsNearestName nearest(in, word);
     KsType::forEach([&](KsType type) {
         if (type.isDerivedFrom(expected) && type.canCreateInstance())
             nearest.offer(type.getName().view());
@@ -35,12 +35,12 @@ KsType usableType(Impl& in, std::string_view word, KsType expected)
 {
     const KsType type = Impl::typeNamed(word);
     if (type.isBad() || !type.isDerivedFrom(KsBase::getClassTypeId())) {
-        in.error("unknown node type " + in.quote(word) + nearestType(word, expected));
+        in.error("unknown node type " + in.quote(word) + nearestType(in, word, expected));
     } else if (!type.isDerivedFrom(expected)) {
         in.error(in.quote(word) + " cannot stand here; expected " + withArticle(expected));
     } else if (!type.canCreateInstance()) {
         in.error("the node type " + in.quote(word) + " is only there for others to derive from" +
-                 nearestType(word, expected));
+                 nearestType(in, word, expected));
     } else {
         return type;
     }
@@ -161,10 +161,8 @@ bool readText(KsInput* in, Impl& im, KsBase*& result, KsType expected)
             }
             const Impl::Reference* reference = im.find(key);
             if (!reference) {
-                KsNearestName nearest(key.name);
-                for (const auto& each : im.references) nearest.offer(each.first);
                 im.error("no node before this one is called " + im.quote(key.name) +
-                         nearest.hint());
+                         im.nearestReference(key.name));
                 continue;
             }
             if (reference->isOpen) {

@@ -109,7 +109,7 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
                 return false;
             const int index = getIndex(KbName::findExisting(name));
             if (index < 0) {
-                KsNearestName nearest(name);
+                KsNearestName nearest(im, name);
                 for (const Entry& each : m_entries) nearest.offer(each.name.view());
                 return im.binaryError("unknown field " + im.quote(name) + " of " +
                                       typeName(container) + nearest.hint());
@@ -147,7 +147,7 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
         const int index = name.isEmpty() ? -1 : getIndex(name);
         if (index < 0) {
             if (im.beginsNode(word)) return true;
-            KsNearestName nearest(word);
+            KsNearestName nearest(im, word);
             for (const Entry& each : m_entries) nearest.offer(each.name.view());
             im.error("unknown field " + im.quote(word) + " of " + typeName(container) +
                      nearest.hint());

@@ -296,7 +296,7 @@ bool readEnumValue(KsInput* in, const KsEnumData* enums, int& value)
         if (!im.binary) im.take(word);
         return true;
     }
-    KsNearestName nearest(word);
+    KsNearestName nearest(im, word);
     for (const KbName& each : enums->names) nearest.offer(each.view());
     const std::string message =
         "unknown value " + im.quote(word) +

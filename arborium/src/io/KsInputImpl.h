@@ -58,6 +58,9 @@ struct KsInput::Impl {
     const char* lineSeen = nullptr; ///< How far lines were counted, and what was found.
     const char* lineStart = nullptr;
     int lineNumber = 1;
+    /// How each limit is named: "the limit of 512 levels of nesting".
+    static std::string limitText(std::int64_t limit, const char* what);
+    bool keepsErrors() const;
     void keep(KsReadError error);
     void keepAll(const KsInput& other);
     /// Records an error; a second one at the same place would only be the first one's echo.
@@ -208,6 +211,8 @@ struct KsInput::Impl {
     const Impl* includer = nullptr;
 
     Reference* find(const Key& key);
+    /// For messages about a name that is not known.
+    std::string nearestReference(const std::string& name) const;
     void addVisits(std::int64_t visits);
     bool mayBegin(const char* at);
     void connect();
@@ -218,7 +223,8 @@ struct KsInput::Impl {
 /// The candidate that is most like a wrong word; "" if there are no candidates.
 class KsNearestName {
 public:
-    explicit KsNearestName(std::string_view word);
+    /// Nothing is looked for once the input keeps no more errors.
+    KsNearestName(const KsInput::Impl& in, std::string_view word);
     void offer(std::string_view candidate);
     const std::string& get() const { return m_best; }
     /// `; the nearest is "name"`, or nothing.
