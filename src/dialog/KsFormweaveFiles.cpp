@@ -3,6 +3,7 @@
 #include "KsFileCache.h"
 
 #include <arborium/actions/KsWriteAction.h>
+#include <arborium/base/KbFileHelper.h>
 #include <arborium/base/KbStringList.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/io/KsDB.h>
@@ -10,6 +11,8 @@
 #include <arborium/io/KsOutput.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <formweave/KsFormweave.h>
+
+#include <string>
 
 namespace {
 
@@ -43,16 +46,10 @@ KsFormweave* KsFormweave::loadFromFile(KbString fileName, KbString auditorId)
             return element;
         }
     }
-    KbString message("Cannot find any Formweave component ");
-    if (!auditorId.isEmpty()) {
-        message += "with auditorID = \"";
-        message += auditorId;
-        message += "\" ";
-    }
-    message += "in Arborium file \"";
-    message += fileName;
-    message += "\".";
-    KsDebugError::post("KsFormweave::loadFromFile", "%s", message.toUtf8().c_str());
+    std::string message = "Cannot find any Formweave component ";
+    if (!auditorId.isEmpty()) message += "with auditorID = \"" + auditorId.toUtf8() + "\" ";
+    message += "in Arborium file \"" + KbFileHelper::toNative(fileName) + "\".";
+    KsDebugError::post("KsFormweave::loadFromFile", "%s", message.c_str());
     return nullptr;
 }
 

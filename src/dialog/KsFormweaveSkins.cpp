@@ -34,6 +34,15 @@ KsNodeList& skinRoots()
     return roots;
 }
 
+// Names from the environment and from programs are often bytes: where these are UTF-8 they are taken
+// as such, so that parts of a path can be put together whichever way they are kept.
+KbString decoded(const KbString& text)
+{
+    if (text.isUnicode()) return text;
+    const KbString characters = KbString::fromUtf8(text.toLatin1());
+    return characters.toUtf8() == text.toLatin1() ? characters : text;
+}
+
 KsGroup* groupNamed(const KbString& name)
 {
     return ksCast<KsGroup>(KsNode::getByName(KbName(name.getString())));
@@ -65,10 +74,7 @@ KbString& KsFormweave::s_skinsPath()
 KbString KsFormweave::getSkinsDirectories()
 {
     KbString directories;
-    const auto value = [](const char* name) {
-        const char* text = KsPreferences::getValue(name);
-        return KbString(text ? text : "");
-    };
+    const auto value = [](const char* name) { return decoded(KsPreferences::getString(name)); };
     const KbString home = value("ARBHOME");
     if (!home.isEmpty()) directories = home + "/data/Formweave/skins/";
     const KbString own = value("FORMWEAVE_SKINS_DIR");
@@ -81,7 +87,7 @@ KbString KsFormweave::getSkinsDirectories()
 
 void KsFormweave::setSkinsDirectories(KbString directories)
 {
-    KsPreferences::setString("FORMWEAVE_SKINS_DIR", directories.getString());
+    KsPreferences::setString("FORMWEAVE_SKINS_DIR", directories);
 }
 
 KbString KsFormweave::getSkinsDirectory()
@@ -107,7 +113,7 @@ void KsFormweave::setSkin(KbString path)
     const KbStringList directories =
         KbStringList::split(KbFileHelper::toUnixPath(getSkinsDirectories()), ";");
     for (int i = 0; i < directories.getLength(); ++i) {
-        if (!directories[i].isEmpty() && choose(directories[i] + "/" + path)) return;
+        if (!directories[i].isEmpty() && choose(directories[i] + "/" + decoded(path))) return;
     }
 }
 

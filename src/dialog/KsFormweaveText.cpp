@@ -36,10 +36,7 @@ bool isKind(const KsFormweave* node, const char* typeName)
     return !type.isBad() && node->isOfType(type);
 }
 
-bool isEditText(const KsFormweave* node)
-{
-    return isKind(node, "DialogEditText");
-}
+bool isEditText(const KsFormweave* node) { return isKind(node, "DialogEditText"); }
 
 bool isOneLineEditText(const KsFormweave* node)
 {
@@ -66,9 +63,12 @@ std::basic_string<Char> unescape(const std::basic_string<Char>& text, bool withR
             continue;
         } else if (c == Char('\\') && i + 1 < text.size()) {
             const Char escaped = text[++i];
-            if (escaped == Char('n')) lineFeed();
-            else if (escaped == Char('t')) result += Char('\t');
-            else result += escaped;
+            if (escaped == Char('n'))
+                lineFeed();
+            else if (escaped == Char('t'))
+                result += Char('\t');
+            else
+                result += escaped;
         } else {
             result += c;
         }
@@ -76,10 +76,7 @@ std::basic_string<Char> unescape(const std::basic_string<Char>& text, bool withR
     return result;
 }
 
-QString toQString(const KbString& text)
-{
-    return QString::fromStdU16String(text.toUtf16());
-}
+QString toQString(const KbString& text) { return QString::fromStdU16String(text.toUtf16()); }
 
 } // namespace
 
@@ -91,10 +88,7 @@ KbString KsFormweave::convertToCString(const KbString& text, KsFormweave* node)
     return KbString(unescape(text.toLatin1(), withReturns));
 }
 
-KbString KsFormweave::convertFromCString(const KbString&, int)
-{
-    return KbString();
-}
+KbString KsFormweave::convertFromCString(const KbString&, int) { return KbString(); }
 
 int KsFormweave::getNumLines(const KbString& text)
 {
@@ -116,15 +110,9 @@ KbVec2i32 KsFormweave::getLabelPixelSize(KbString label, KsFormweave* node)
     return {widest + labelMargin, metrics.height() * lines + labelMargin};
 }
 
-void KsFormweave::setFont(QFont newFont)
-{
-    font() = newFont;
-}
+void KsFormweave::setFont(QFont newFont) { font() = newFont; }
 
-QFont KsFormweave::getFormweaveFont()
-{
-    return font();
-}
+QFont KsFormweave::getFormweaveFont() { return font(); }
 
 void KsFormweave::setWidgetFont(QWidget* widget)
 {
@@ -197,8 +185,9 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     std::vector<KbString> pieces;
     int start = 0;
     for (int end = 1; end <= n; ++end) {
-        const float w = (widths[static_cast<std::size_t>(end)] -
-                         widths[static_cast<std::size_t>(start)]) * scale;
+        const float w =
+            (widths[static_cast<std::size_t>(end)] - widths[static_cast<std::size_t>(start)]) *
+            scale;
         if (w < maxWidth) continue;
         const int next = w > maxWidth && end - start > 1 ? end - 1 : end;
         if (next == n) break;
@@ -215,15 +204,9 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     return line + static_cast<int>(pieces.size()) - 1;
 }
 
-KbBox3f KsFormweave::staleBox()
-{
-    return KbBox3f(-1, -1, -1, -1, -1, -1);
-}
+KbBox3f KsFormweave::staleBox() { return KbBox3f(-1, -1, -1, -1, -1, -1); }
 
-bool KsFormweave::isLabelCachedBBox() const
-{
-    return m_labelCachedBBox != staleBox();
-}
+bool KsFormweave::isLabelCachedBBox() const { return m_labelCachedBBox != staleBox(); }
 
 KbBox3f KsFormweave::measure3DText(KsNode* properties, KsText3* text)
 {

@@ -135,6 +135,21 @@ TEST_F(Files, anIdThatMatchesNothingIsNamedWithTheFileBetweenQuotes)
                   path + "\".");
 }
 
+TEST_F(Files, namesOfAnyScriptFindTheirFileAndAreToldAsTheyAre)
+{
+    const std::string name = folder.path() + "/\xd1\x84\xd0\xb0\xd0\xb9\xd0\xbb.arb";
+    writeFile(name, std::string(header) + twoDialogs);
+    EXPECT_NE(load(name), nullptr) << "as bytes";
+    KsFormweave* element = KsFormweave::loadFromFile(KbString::fromUtf8(name), "two");
+    ASSERT_NE(element, nullptr) << "as characters";
+    element->unref();
+    ExpectedMessages messages("KsFormweave::loadFromFile", ("in Arborium file \"" + name).c_str(),
+                              2);
+    messages.allow("", "");
+    EXPECT_EQ(load(name, "none"), nullptr);
+    EXPECT_EQ(KsFormweave::loadFromFile(KbString::fromUtf8(name), "none"), nullptr);
+}
+
 TEST_F(Files, aFileWithoutAMatchStaysCached)
 {
     const std::string path = file("a.arb", "Cube { }\n");

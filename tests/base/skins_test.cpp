@@ -205,6 +205,29 @@ TEST_F(Skins, backslashesInTheDirectoriesCountAsSlashes)
     EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == red);
 }
 
+TEST_F(Skins, directoriesAndSkinsMayHaveNamesOfAnyScript)
+{
+    const std::string home = "\xd1\x81\xd0\xba\xd0\xb8\xd0\xbd\xd1\x8b";
+    const std::string name = "\xe6\x9a\x97";
+    makeSkin(home + "/" + name, "1 0 0");
+    makeSkin(home + "/plain", "0 1 0");
+    const std::string path = folder.path(home);
+    const auto expectBoth = [&] {
+        KsFormweave::setSkin(KbString::fromUtf8(name));
+        EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == red);
+        KsFormweave::setSkin("plain");
+        EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == green);
+        KsFormweave::setSkin(name.c_str());
+        EXPECT_TRUE(colorOf("DialogCheckBoxFrame") == red);
+    };
+    setenv("FORMWEAVE_SKINS_DIR", path.c_str(), 1);
+    expectBoth();
+    unsetenv("FORMWEAVE_SKINS_DIR");
+    KsFormweave::setSkinsDirectories(KbString::fromUtf8(path));
+    EXPECT_EQ(KsFormweave::getSkinsDirectories(), KbString::fromUtf8(path));
+    expectBoth();
+}
+
 TEST_F(Skins, aSkinThatIsNowhereLeavesThePresentOne)
 {
     KsFormweave::setSkin(makeSkin("look", "1 0 0").c_str());
