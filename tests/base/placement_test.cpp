@@ -209,9 +209,13 @@ TEST_F(Placement, theBuildFiresNoSensorsOfTheElementOrOfWhatStandsAbove)
     measure(scene.get());
     EXPECT_GT(box->width, 0);
     EXPECT_EQ(onWidth.calls, 0);
+    EXPECT_EQ(onBox.calls, 0);
+    EXPECT_EQ(onScene.calls, 0);
     EXPECT_TRUE(box->isNotifyEnabled()) << "as it was";
     box->width = 150;
     EXPECT_EQ(onWidth.calls, 1);
+    EXPECT_EQ(onBox.calls, 1);
+    EXPECT_EQ(onScene.calls, 1);
 }
 
 TEST_F(Placement, aNodeWhoseNotificationWasOffStaysSo)
