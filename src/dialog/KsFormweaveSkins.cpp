@@ -50,20 +50,14 @@ KsGroup* groupNamed(const KbString& name)
 
 } // namespace
 
-char* KsFormweave::TextProperties = const_cast<char*>(
-    KS_SKIN_PART("DialogTextProperties", "  BaseColor { rgb 0 0 0 }\n"
-                                         "  Translation { translation 0 0 0.1 }\n"
-                                         "  Font { size 11 name \"Tahoma\" }\n"));
+char* KsFormweave::TextProperties =
+    const_cast<char*>(KS_SKIN_PART("DialogTextProperties", "  BaseColor { rgb 0 0 0 }\n"
+                                                           "  Translation { translation 0 0 0.1 }\n"
+                                                           "  Font { size 11 name \"Tahoma\" }\n"));
 
-int KsFormweave::isSkinLoaded()
-{
-    return textFamily().loaded;
-}
+int KsFormweave::isSkinLoaded() { return textFamily().loaded; }
 
-void KsFormweave::setSkinLoaded(int loaded)
-{
-    textFamily().loaded = loaded;
-}
+void KsFormweave::setSkinLoaded(int loaded) { textFamily().loaded = loaded; }
 
 KbString& KsFormweave::s_skinsPath()
 {
@@ -90,10 +84,7 @@ void KsFormweave::setSkinsDirectories(KbString directories)
     KsPreferences::setString("FORMWEAVE_SKINS_DIR", directories);
 }
 
-KbString KsFormweave::getSkinsDirectory()
-{
-    return getSkinsDirectories();
-}
+KbString KsFormweave::getSkinsDirectory() { return getSkinsDirectories(); }
 
 int KsFormweave::setSkinsDirectory(KbString path)
 {
@@ -122,10 +113,7 @@ void KsFormweave::chooseSkin()
     if (s_skinsPath().isEmpty()) setSkin(KsPreferences::getString("FORMWEAVE_SKIN", "default"));
 }
 
-const KsNodeList& KsFormweave::getSkinRoots()
-{
-    return skinRoots();
-}
+const KsNodeList& KsFormweave::getSkinRoots() { return skinRoots(); }
 
 void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* builtIn)
 {
@@ -184,10 +172,7 @@ void KsSkinFamily::change()
     loaded = 1;
 }
 
-void KsFormweave::loadFontProperties()
-{
-    textFamily().loadOnce();
-}
+void KsFormweave::loadFontProperties() { textFamily().loadOnce(); }
 
 void KsFormweave::change3DSkin()
 {
