@@ -140,7 +140,10 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
         if (word.empty() || !Impl::is(word[0], Impl::Letter)) {
             im.error("met " + im.describeNext() + ", expected a field of " + typeName(container) +
                      " or '}'");
-            im.skipValue(this);
+            if (word.empty() || Impl::looksNumeric(word))
+                im.skipValue(this);
+            else
+                im.take(word);
             continue;
         }
         const KbName name = KbName::findExisting(word);

@@ -10,6 +10,8 @@
 #include <arborium/nodes/KsNode.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -73,34 +75,66 @@ bool readFour(KsInput& in, FourNumbers& numbers)
     return true;
 }
 
+/// The float `steps` away from a number.
+float neighbour(float number, int steps)
+{
+    const float towards =
+        steps > 0 ? std::numeric_limits<float>::max() : std::numeric_limits<float>::lowest();
+    for (int i = std::abs(steps); i > 0; --i) number = std::nextafter(number, towards);
+    return number;
+}
+
+/// Numbers from which exactly this value is made: the shortest ones, else some near `numbers`, whose
+/// first three are a direction of any length. FALSE if there are none near.
+template <class Value, class Make>
+bool findNumbers(const Value& value, FourNumbers& numbers, Make make)
+{
+    FourNumbers found;
+    for (int digits = 1; digits <= 9; ++digits) {
+        for (std::size_t i = 0; i < 4; ++i) {
+            char text[32];
+            const auto printed = std::to_chars(text, text + sizeof text, numbers[i],
+                                               std::chars_format::general, digits);
+            std::from_chars(text, printed.ptr, found[i]);
+            found[i] += 0.0f; // no minus before a zero
+        }
+        if (make(found) == value) {
+            numbers = found;
+            return true;
+        }
+    }
+    static const int steps[] = {0, 1, -1, 2, -2, 3, -3};
+    const float largest =
+        std::max({std::fabs(numbers[0]), std::fabs(numbers[1]), std::fabs(numbers[2])});
+    for (const float length : {1.0f, largest}) {
+        for (const int last : steps) {
+            found[3] = neighbour(numbers[3], last);
+            for (int i = 0; i < 125; ++i) {
+                const int each[] = {steps[i % 5], steps[i / 5 % 5], steps[i / 25]};
+                for (std::size_t j = 0; j < 3; ++j)
+                    found[j] = neighbour(numbers[j] / length, each[j]);
+                if (!(make(found) == value)) continue;
+                numbers = found;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 /// A value that is kept in another way than files write it (a rotation as a quaternion, a plane
-/// with a normal of length 1) is written as the shortest numbers that read back to exactly this
-/// value, so that what was read is written again, and writing it again changes nothing.
+/// with a normal of length 1) is written as numbers that read back to exactly this value, so that
+/// what was read is written again, and writing it again changes nothing. A value that no numbers
+/// give is written as the nearest one that some do.
 template <class Value, class Split, class Make>
 FourNumbers readableNumbers(Value value, Split split, Make make)
 {
-    std::vector<FourNumbers> seen;
-    for (;;) {
-        const FourNumbers numbers = split(value);
-        for (int digits = 1; digits <= 9; ++digits) {
-            FourNumbers rounded = numbers;
-            for (float& each : rounded) {
-                char text[32];
-                const auto printed = std::to_chars(text, text + sizeof text, each,
-                                                   std::chars_format::general, digits);
-                std::from_chars(text, printed.ptr, each);
-                each += 0.0f; // no minus before a zero
-            }
-            if (make(rounded) == value) return rounded;
-        }
-        // No such numbers give it: the nearest value that has some takes its place. Where each of
-        // a few is taken for the next one, the smallest stands for all.
-        const auto first = std::find(seen.begin(), seen.end(), numbers);
-        if (first != seen.end()) return *std::min_element(first, seen.end());
-        if (seen.size() > 100) return numbers;
-        seen.push_back(numbers);
+    FourNumbers numbers = split(value);
+    for (int i = 0; i < 20 && !findNumbers(value, numbers, make); ++i) {
         value = make(numbers);
+        numbers = split(value);
     }
+    return numbers;
 }
 
 template <> struct Codec<KbRotation> {

@@ -184,6 +184,9 @@ TEST_F(BadInput, strayCharactersAreToldOneByOne)
 {
     EXPECT_EQ(errorsOf("Cube { ] width 2 ' }"), "1:8: met ']', expected a field of Cube or '}'\n"
                                                 "1:18: met ''', expected a field of Cube or '}'\n");
+    EXPECT_EQ(errorsOf("Cube { $\"a\" width 2 }"),
+              "1:8: met \"$\", expected a field of Cube or '}'\n"
+              "1:9: met the string \"a\", expected a field of Cube or '}'\n");
     EXPECT_EQ(errorsOf("Cube { \x01 }"),
               "1:8: met the character 0x01, expected a field of Cube or '}'\n");
 }

@@ -290,6 +290,19 @@ TEST_F(Write, rotationsAndPlanesAreStableWhateverTheyAre)
         EXPECT_TRUE(readPlane.getValue().getNormal().equals(plane.getValue().getNormal(), 1e-6f));
         EXPECT_EQ(textOf(readPlane), planeText);
     }
+    // Small components beside a large one, where rounding shows first.
+    for (const char* text : {"23 0.3 0.3 5", "8e-3 23 3 3", "1 1e-20 1 6.28", "1e-30 1 0 -400",
+                             "0.9994775 0.010618619 0.030528339 3"}) {
+        KsSFRotation first, second;
+        KsInput in;
+        in.setBuffer(text, std::strlen(text));
+        ASSERT_TRUE(first.readValue(&in));
+        const std::string once = textOf(first);
+        in.setBuffer(once.data(), once.size());
+        ASSERT_TRUE(second.readValue(&in));
+        EXPECT_EQ(textOf(second), once) << text;
+        EXPECT_EQ(first.getValue(), second.getValue()) << text;
+    }
     EXPECT_EQ(textOf(KsSFRotation()), "0 0 1 0");
     EXPECT_EQ(textOf(KsSFRotation(KbRotation(KbVec3f(1, 0, 0), 0.3f))), "1 0 0 0.3");
     EXPECT_EQ(textOf(KsSFPlane(KbPlane(KbVec3f(0, 1, 0), -2.5f))), "0 1 0 -2.5");
