@@ -25,7 +25,7 @@ inline void start()
         KsLimits& limits = KsLimits::current();
         limits.nodesPerFile = 2000;
         limits.visits = 20000;
-        limits.stringBytes = 4096;
+        limits.stringBytes = 1 << 16;
         limits.valuesPerField = 4096;
         // Files may be named in a scene; none may be found.
         KsInput::clearDirectories();

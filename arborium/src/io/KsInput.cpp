@@ -250,7 +250,7 @@ bool KsInput::read(KbString& value)
     const std::int64_t limit = KsLimits::current().stringBytes;
     const std::int64_t units = length < 0 ? -static_cast<std::int64_t>(length) : length;
     const std::int64_t bytes = length < 0 ? 2 * units : units;
-    if (bytes > limit)
+    if (units > limit)
         return m_impl->binaryError("a string has more than " + Impl::limitText(limit, "bytes"));
     if (!m_impl->need(static_cast<std::size_t>(bytes))) return false;
     const char* p = m_impl->cur;

@@ -372,6 +372,7 @@ bool KsInput::Impl::readQuoted(std::string& bytes)
 {
     token = cur;
     const std::int64_t limit = KsLimits::current().stringBytes;
+    const std::int64_t most = utf8 ? 4 * std::min<std::int64_t>(limit, 1LL << 60) : limit; // the characters are counted later
     const char* p = cur + 1;
     const char* from = p;
     for (;; ++p) {
@@ -385,7 +386,7 @@ bool KsInput::Impl::readQuoted(std::string& bytes)
         from = ++p; // the escaped character itself
     }
     bytes.append(from, p);
-    if (static_cast<std::int64_t>(bytes.size()) > limit) {
+    if (static_cast<std::int64_t>(bytes.size()) > most) {
         bytes.clear();
         error("the string has more than " + limitText(limit, "bytes"));
         skipQuoted();
@@ -407,10 +408,17 @@ bool KsInput::Impl::readString(KbString& value)
     }
     std::string bytes;
     if (!readQuoted(bytes)) return false;
-    if (utf8)
-        value = decode(bytes);
-    else
+    if (!utf8) {
         value = KbString(std::move(bytes));
+        return true;
+    }
+    KbString text = decode(bytes);
+    const std::int64_t limit = KsLimits::current().stringBytes;
+    if (text.getLength() > limit) {
+        error("the string has more than " + limitText(limit, "bytes"));
+        return false;
+    }
+    value = std::move(text);
     return true;
 }
 

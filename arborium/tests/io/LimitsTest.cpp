@@ -93,6 +93,13 @@ TEST_F(ReadLimits, bytesOfAString)
     EXPECT_EQ(errorsOf(text(9)),
               "1:13: the string has more than the limit of 8 bytes\n"
               "1:30: expected a number for the field \"size\" of Font, met \"q\"\n");
+    // Of a text in UTF-8 the characters count, since they may be written in fewer bytes.
+    const std::string utf8 = "#Arborium V2.1 ascii utf8\nText3 { string \"";
+    std::string text8;
+    for (int i = 0; i < 8; ++i) text8 += "\xe2\x82\xac";
+    EXPECT_TRUE(parse(utf8 + text8 + "\" }")) << errors;
+    EXPECT_EQ(errorsOf(utf8 + text8 + "x\" }"),
+              "2:16: the string has more than the limit of 8 bytes\n");
 }
 
 TEST_F(ReadLimits, bytesOfAName)
