@@ -372,7 +372,8 @@ bool KsInput::Impl::readQuoted(std::string& bytes)
 {
     token = cur;
     const std::int64_t limit = KsLimits::current().stringBytes;
-    const std::int64_t most = utf8 ? 4 * std::min<std::int64_t>(limit, 1LL << 60) : limit; // the characters are counted later
+    // Of UTF-8 the characters are counted, later.
+    const std::int64_t most = utf8 ? 4 * std::min<std::int64_t>(limit, 1LL << 60) : limit;
     const char* p = cur + 1;
     const char* from = p;
     for (;; ++p) {
