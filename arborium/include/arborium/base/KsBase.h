@@ -23,8 +23,10 @@ public:
     static KsBase* getFirstNamed(const KbName& name, KsType type);
 
     /// Reads one object of a type derived from `expected`. TRUE with `result` null means that no
-    /// such object follows (a closing brace, the end of the input); FALSE means a read error,
-    /// which the input has recorded. A new object comes without a reference.
+    /// such object follows (a closing brace, the end of the input). What is wrong is recorded in the
+    /// input and read over, so that all errors of a file are found; FALSE where that cannot be done.
+    /// A new object comes without a reference; within another one that is being read, it lives as
+    /// long as that is read, or as somebody references it.
     static bool read(KsInput* in, KsBase*& result, KsType expected);
 
     /// TRUE for objects whose children stand behind their fields in a file.

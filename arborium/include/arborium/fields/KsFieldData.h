@@ -46,7 +46,7 @@ public:
     const KsEnumData* getFieldEnum(int index) const;
 
     /// Reads fields until something follows that is no field of the class: children or the closing
-    /// brace. FALSE after an error that the input has recorded.
+    /// brace. What is wrong is recorded in the input and read over; FALSE where that cannot be done.
     bool read(KsInput* in, KsFieldContainer* container) const;
     /// Writes the fields that are not default, or connected.
     void write(KsOutput* out, const KsFieldContainer* container) const;
