@@ -88,6 +88,7 @@ protected:
     void getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) const;
     void setSize(int w, int h, int minW, int minH, int maxW, int maxH);
     void setDefaultState();
+    void writeFields(KsWriteAction* action) override;
     void createComponentWidget(QWidget* parent);
     /// Puts a relay frame that was just made into the component's layout: in the place of an
     /// earlier one, whose visibility it takes over, else with the spacer behind it.

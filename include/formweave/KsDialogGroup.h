@@ -73,6 +73,8 @@ protected:
     void limitGroupWidget();
     /// Where the children's origin stands in 3D: on top of the group's frame.
     KbVec3f place3DChildren();
+    /// FALSE if this group or one that it stands in is disabled.
+    bool isEnabledInTree() const;
     bool isChangeSuspended() const { return m_changeSuspended != 0; }
 
     QPointer<QFrame> m_groupWidget;

@@ -33,6 +33,5 @@ private:
 
     const Axis m_axis;
     const char* m_layoutName;
-    QPointer<QBoxLayout> m_childLayout;
     KsElementSensor m_spacingSensor;
 };

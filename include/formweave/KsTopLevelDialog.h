@@ -117,6 +117,7 @@ public:
 protected:
     ~KsTopLevelDialog() override;
     void childrenChanged() override;
+    void writeFields(KsWriteAction* action) override;
 
 private:
     friend class KsDialogComponent;

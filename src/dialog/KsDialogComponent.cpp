@@ -57,6 +57,13 @@ bool isStack(const KsFormweave* node)
            node->isOfType(KsRowDialog::getClassTypeId());
 }
 
+// A class that only others derive from, met in a file, shows nothing in a scene.
+bool hasForm3D(const KsDialogComponent* node)
+{
+    const KsType type = node->getTypeId();
+    return type != KsDialogComponent::getClassTypeId() && type != KsDialogGroup::getClassTypeId();
+}
+
 } // namespace
 
 KsDialogComponent::KsDialogComponent()
@@ -256,7 +263,7 @@ void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32&
             if (getTypeId() == getClassTypeId()) adoptFrame(new QFrame(parent));
         }
         updateComponentWidget();
-    } else {
+    } else if (hasForm3D(this)) {
         m_size3D = s;
         if (!isBuilt3D()) {
             create3DDialogComponent();
@@ -292,6 +299,23 @@ void KsDialogComponent::setDefaultState()
     ksMarkDefault(minHeight, m_defaultMin[1] == 0 || fixedHeight);
     ksMarkDefault(maxWidth, m_defaultMax[0] == 0 || maxWidth == openLimit || fixedWidth);
     ksMarkDefault(maxHeight, m_defaultMax[1] == 0 || maxHeight == openLimit || fixedHeight);
+}
+
+void KsDialogComponent::writeFields(KsWriteAction* action)
+{
+    // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
+    // user's.
+    if (!isBuilt3D() || m_build2D) {
+        KsTopComponent::writeFields(action);
+        return;
+    }
+    const KsRequestedSizes requested({{width, m_defaultSize[0]},
+                                      {height, m_defaultSize[1]},
+                                      {minWidth, m_defaultMin[0]},
+                                      {minHeight, m_defaultMin[1]},
+                                      {maxWidth, m_defaultMax[0]},
+                                      {maxHeight, m_defaultMax[1]}});
+    KsTopComponent::writeFields(action);
 }
 
 void KsDialogComponent::resetSize()
@@ -425,6 +449,8 @@ void KsDialogComponent::destroyWidget()
         m_widget = nullptr;
         if (m_frameLayout && !m_spacerPlaced) delete m_spacer;
         delete m_frameLayout.data();
+        m_layout = nullptr;
+        m_layoutFrame = nullptr;
         m_spacer = nullptr;
         m_spacerPlaced = false;
         m_size2D.setValue(-1, -1);

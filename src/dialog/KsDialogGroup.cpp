@@ -129,6 +129,7 @@ void KsDialogGroup::destroyWidget()
 {
     forEachChild([](KsDialogComponent* child) { child->destroyWidget(); });
     KsDialogComponent::destroyWidget();
+    m_groupWidget = nullptr; // its deletion may have to wait
 }
 
 void KsDialogGroup::updateFromSensor(KsSensor* sensor)
@@ -164,6 +165,15 @@ void KsDialogGroup::change3DWidgetEnable(int enabled)
 {
     const int effective = enabled ? static_cast<int>(enable.getValue()) : 0;
     forEachChild([=](KsDialogComponent* child) { child->change3DWidgetEnable(effective); });
+}
+
+bool KsDialogGroup::isEnabledInTree() const
+{
+    for (const KsFormweave* group = this; ksCast<KsDialogGroup>(group);
+         group = group->getParentElement()) {
+        if (!group->enable) return false;
+    }
+    return true;
 }
 
 void KsDialogGroup::show3D(int show)

@@ -151,7 +151,13 @@ bool KsElementList::read(KsInput* in, const std::function<void(KsFormweave*)>& a
         node = nullptr;
         if (!KsBase::read(in, node, m_traits.childType())) return false;
         const KsRef<KsBase> hold(node);
-        if (node) add(static_cast<KsFormweave*>(node));
+        auto* child = static_cast<KsFormweave*>(node);
+        if (child && child->getParentElement()) {
+            in->addError("an element stands in one container only, and this one is used a second "
+                         "time");
+            return false;
+        }
+        if (child) add(child);
         return true;
     };
     KsBase* node = nullptr;

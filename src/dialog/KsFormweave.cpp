@@ -141,8 +141,10 @@ void KsFormweave::buildWidget(QWidget* parent, KbVec2i32&, KbVec2i32&, int build
     if (build2D) {
         m_build2D = build2D;
         m_parentWidget = parent;
-    } else if (!isBuilt3D()) {
-        create3DFormweave();
+    } else {
+        // A list that was emptied lost the kit's own node with it.
+        restoreTopSeparator();
+        if (!isBuilt3D()) create3DFormweave();
     }
     m_enableSensor.arm(this, enable);
     m_labelSensor.arm(this, label);

@@ -42,6 +42,24 @@ KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidg
     return room;
 }
 
+KsRequestedSizes::KsRequestedSizes(std::initializer_list<Row> rows)
+{
+    for (const Row& row : rows) {
+        if (row.field.isDefault() || row.requested == row.field.getValue()) continue;
+        m_found.emplace_back(&row.field, row.field.getValue());
+        row.field.initValue(row.requested);
+        row.field.setDefault(false);
+    }
+}
+
+KsRequestedSizes::~KsRequestedSizes()
+{
+    for (const auto& [field, value] : m_found) {
+        field->initValue(value);
+        field->setDefault(false);
+    }
+}
+
 int ksQtAlignment(int labelAlignment)
 {
     if (labelAlignment == KsFormweave::CENTER) return Qt::AlignHCenter;

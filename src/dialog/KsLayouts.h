@@ -7,6 +7,9 @@
 #include <formweave/KsElementSensor.h>
 
 #include <functional>
+#include <initializer_list>
+#include <utility>
+#include <vector>
 
 class KsFormweave;
 class QBoxLayout;
@@ -39,6 +42,23 @@ inline void ksMarkDefault(KsField& field, bool isDefault)
 {
     if (isDefault) field.setDefault(true);
 }
+
+/// For the time of writing a file: the sizes that the application asked for stand in the fields in
+/// place of those that a layout found. Nobody is told.
+class KsRequestedSizes {
+public:
+    struct Row {
+        KsSFInt32& field;
+        int requested;
+    };
+    explicit KsRequestedSizes(std::initializer_list<Row> rows);
+    ~KsRequestedSizes();
+    KsRequestedSizes(const KsRequestedSizes&) = delete;
+    KsRequestedSizes& operator=(const KsRequestedSizes&) = delete;
+
+private:
+    std::vector<std::pair<KsSFInt32*, int>> m_found;
+};
 
 /// Gives the three default sizes of an element.
 using KsSizeDefaults = std::function<void(KbVec2i32&, KbVec2i32&, KbVec2i32&)>;

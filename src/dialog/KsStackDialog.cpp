@@ -48,14 +48,14 @@ void KsStackDialog::updateFromSensor(KsSensor* sensor)
 
 void KsStackDialog::changeSpacing()
 {
-    if (m_childLayout) m_childLayout->setSpacing(std::max<int>(spacing(), 0));
+    if (m_groupWidget) m_layout->setSpacing(std::max<int>(spacing(), 0));
 }
 
 void KsStackDialog::changeEdgeStyle()
 {
     KsDialogGroup::changeEdgeStyle();
     const int inset = edgeStyle != NONE ? border : 0;
-    if (m_childLayout) m_childLayout->setContentsMargins(inset, inset, inset, inset);
+    if (m_groupWidget) m_layout->setContentsMargins(inset, inset, inset, inset);
 }
 
 void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D)
@@ -73,12 +73,12 @@ void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& pos
         const bool first = !existWidget(m_widget);
         if (first) {
             KsDialogGroup::buildWidget(parent, size, position, build2D);
-            m_childLayout = m_axis == Down ? static_cast<QBoxLayout*>(new QVBoxLayout(m_widget))
-                                           : new QHBoxLayout(m_widget);
-            m_layout = m_childLayout;
-            m_childLayout->setObjectName(m_layoutName);
-            m_childLayout->setSpacing(0);
-            m_childLayout->setContentsMargins(0, 0, 0, 0);
+            // From here on the element's layout is the one in which its children stand.
+            m_layout = m_axis == Down ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
+            m_widget->setLayout(m_layout);
+            m_layout->setObjectName(m_layoutName);
+            m_layout->setSpacing(0);
+            m_layout->setContentsMargins(0, 0, 0, 0);
             changeEdgeStyle();
             changeSpacing();
             KsDialogComponent::changeEnable();
@@ -93,7 +93,8 @@ void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& pos
     const bool first = !isBuilt3D();
     update3DChildren();
     setBuilt3D(1);
-    if (first) change3DWidgetEnable(enable);
+    // A child that joined a disabled group is greyed with it.
+    if (first || !isEnabledInTree()) change3DWidgetEnable(isEnabledInTree());
 }
 
 void KsStackDialog::updateChildren()

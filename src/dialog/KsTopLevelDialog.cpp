@@ -376,12 +376,15 @@ void KsTopLevelDialog::setSize(int w, int h, int minW, int minH, int maxW, int m
 void KsTopLevelDialog::setDefaultState()
 {
     const bool pinned = !resizable;
+    const auto open = [](int wanted, int limit) {
+        return wanted == 0 || wanted == largestWidget || limit == KsSizeDB::openLimit;
+    };
     ksMarkDefault(width, m_defaultSize[0] == 0);
     ksMarkDefault(height, m_defaultSize[1] == 0);
     ksMarkDefault(minWidth, m_defaultMin[0] == 0 || pinned);
     ksMarkDefault(minHeight, m_defaultMin[1] == 0 || pinned);
-    ksMarkDefault(maxWidth, m_defaultMax[0] == 0 || maxWidth == KsSizeDB::openLimit || pinned);
-    ksMarkDefault(maxHeight, m_defaultMax[1] == 0 || maxHeight == KsSizeDB::openLimit || pinned);
+    ksMarkDefault(maxWidth, open(m_defaultMax[0], maxWidth) || pinned);
+    ksMarkDefault(maxHeight, open(m_defaultMax[1], maxHeight) || pinned);
 }
 
 void KsTopLevelDialog::getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) const
@@ -389,6 +392,23 @@ void KsTopLevelDialog::getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i3
     size = m_defaultSize;
     min = m_defaultMin;
     max = m_defaultMax;
+}
+
+void KsTopLevelDialog::writeFields(KsWriteAction* action)
+{
+    // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
+    // user's.
+    if (!isBuilt3D() || m_build2D) {
+        KsFormweave::writeFields(action);
+        return;
+    }
+    const KsRequestedSizes requested({{width, m_defaultSize[0]},
+                                      {height, m_defaultSize[1]},
+                                      {minWidth, m_defaultMin[0]},
+                                      {minHeight, m_defaultMin[1]},
+                                      {maxWidth, m_defaultMax[0]},
+                                      {maxHeight, m_defaultMax[1]}});
+    KsFormweave::writeFields(action);
 }
 
 // The layout.

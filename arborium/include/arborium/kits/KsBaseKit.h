@@ -103,7 +103,7 @@ protected:
     /// Puts the top separator back behind the children if it was truncated away.
     void restoreTopSeparator();
     /// Writes, or counts, the fields: the parts that count as default are left out.
-    void writeFields(KsWriteAction* action);
+    virtual void writeFields(KsWriteAction* action);
     /// Closes what `writeHeader` opened.
     void endWrite(KsWriteAction* action);
     void copyContents(const KsNode* from, Copier& copier) override;

@@ -1,0 +1,279 @@
+// Dialogs beside the same forms written by hand with Qt. Run with --benchmark_filter=... as wanted;
+// the counters tell bytes per check box and nodes visited per frame.
+
+#include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/actions/KsRenderAction.h>
+#include <arborium/base/KsDebugError.h>
+#include <arborium/io/KsDB.h>
+#include <arborium/io/KsInput.h>
+#include <arborium/nodes/KsOrthographicCamera.h>
+#include <arborium/nodes/KsSeparator.h>
+#include <arborium/render/KsOffscreenRenderer.h>
+#include <formweave/formweave.h>
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QEvent>
+#include <QLabel>
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <malloc.h>
+#include <string>
+
+namespace {
+
+constexpr int boxesPerRow = 10;
+
+std::string fileOf(int nodes)
+{
+    std::string text = "#Arborium V2.1 ascii\nTopLevelDialog {\n  label \"Large\"\n";
+    for (int i = 1; i < nodes;) {
+        text += "  RowDialog {\n    rowSpacing 2\n";
+        ++i;
+        for (int k = 0; k < boxesPerRow && i < nodes; ++k, ++i) {
+            const std::string n = std::to_string(i);
+            text += "    DialogCheckBox {\n      label \"Option " + n + "\"\n      auditorID \"box" +
+                    n + "\"\n      state TRUE\n      onString \"on\"\n      offString \"off\"\n" +
+                    "      width 180\n    }\n";
+        }
+        text += "  }\n";
+    }
+    return text + "}\n";
+}
+
+KsTopLevelDialog* makeForm(int boxes)
+{
+    auto* dialog = new KsTopLevelDialog;
+    dialog->ref();
+    for (int i = 0; i < boxes;) {
+        auto* row = new KsColumnDialog;
+        for (int k = 0; k < boxesPerRow && i < boxes; ++k, ++i) {
+            auto* box = new KsDialogCheckBox;
+            box->label = ("Option " + std::to_string(i)).c_str();
+            box->onString = "on";
+            row->addChild(box);
+        }
+        dialog->addChild(row);
+    }
+    return dialog;
+}
+
+QWidget* makeHandWritten(int boxes)
+{
+    auto* window = new QWidget;
+    auto* column = new QVBoxLayout(window);
+    for (int i = 0; i < boxes;) {
+        auto* frame = new QFrame(window);
+        auto* row = new QHBoxLayout(frame);
+        for (int k = 0; k < boxesPerRow && i < boxes; ++k, ++i) {
+            auto* cell = new QFrame(frame);
+            auto* inner = new QHBoxLayout(cell);
+            auto* label = new QLabel("Option " + QString::number(i), cell);
+            auto* box = new QCheckBox("on", cell);
+            label->setFont(KsFormweave::getFormweaveFont());
+            box->setFont(KsFormweave::getFormweaveFont());
+            inner->addWidget(label);
+            inner->addWidget(box);
+            row->addWidget(cell);
+        }
+        column->addWidget(frame);
+    }
+    return window;
+}
+
+std::size_t heapBytes()
+{
+    return mallinfo2().uordblks;
+}
+
+void settle()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+void readDialogFile(benchmark::State& state)
+{
+    const std::string text = fileOf(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        KsInput in;
+        in.setBuffer(text.data(), text.size());
+        KsRef<KsSeparator> root(KsDB::readAll(&in));
+        if (!root) state.SkipWithError("not read");
+        state.PauseTiming();
+        root.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(readDialogFile)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+
+void addChildrenOneByOne(benchmark::State& state)
+{
+    for (auto _ : state) {
+        KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
+        for (int i = 0; i < state.range(0); ++i) dialog->addChild(new KsDialogCheckBox);
+    }
+}
+BENCHMARK(addChildrenOneByOne)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+void buildAndShow(benchmark::State& state)
+{
+    const int boxes = static_cast<int>(state.range(0));
+    double bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = heapBytes();
+        KsTopLevelDialog* dialog = makeForm(boxes);
+        dialog->buildDialog();
+        dialog->show();
+        dialog->getBaseWidget()->grab();
+        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
+        state.PauseTiming();
+        QWidget* window = dialog->getBaseWidget();
+        dialog->unref();
+        delete window;
+        settle();
+        state.ResumeTiming();
+    }
+    state.counters["bytesPerBox"] = bytes / boxes;
+}
+BENCHMARK(buildAndShow)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+void buildAndShowHandWritten(benchmark::State& state)
+{
+    const int boxes = static_cast<int>(state.range(0));
+    double bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = heapBytes();
+        QWidget* window = makeHandWritten(boxes);
+        window->show();
+        window->grab();
+        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
+        state.PauseTiming();
+        delete window;
+        settle();
+        state.ResumeTiming();
+    }
+    state.counters["bytesPerBox"] = bytes / boxes;
+}
+BENCHMARK(buildAndShowHandWritten)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+void build3D(benchmark::State& state)
+{
+    const int boxes = static_cast<int>(state.range(0));
+    double bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = heapBytes();
+        KsTopLevelDialog* dialog = makeForm(boxes);
+        KsGetBoundingBoxAction action{KbViewportRegion(1000, 1000)};
+        action.apply(dialog);
+        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
+        state.PauseTiming();
+        dialog->unref();
+        state.ResumeTiming();
+    }
+    state.counters["bytesPerBox"] = bytes / boxes;
+}
+BENCHMARK(build3D)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+/// A scene with one panel and a camera that sees it.
+struct Scene {
+    explicit Scene(int boxes) : dialog(makeForm(boxes)), root(new KsSeparator)
+    {
+        auto* camera = new KsOrthographicCamera;
+        root->addChild(camera);
+        root->addChild(dialog);
+        dialog->unref();
+        const KbViewportRegion viewport(1000, 1000);
+        KsGetBoundingBoxAction action(viewport);
+        action.apply(root);
+        camera->viewAll(root, viewport);
+    }
+    KsDialogCheckBox* anyBox() const
+    {
+        return static_cast<KsDialogCheckBox*>(
+            static_cast<KsDialogGroup*>(dialog->getChild(0))->getChild(0));
+    }
+    KsTopLevelDialog* dialog;
+    KsRef<KsSeparator> root;
+};
+
+void unchangedFrame(benchmark::State& state)
+{
+    const Scene scene(static_cast<int>(state.range(0)));
+    KsOffscreenRenderer renderer{KbViewportRegion(1000, 1000)};
+    renderer.render(scene.root);
+    for (auto _ : state) renderer.render(scene.root);
+}
+BENCHMARK(unchangedFrame)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
+/// What a changed state costs before GL: boxes brought up to date, the draw list made anew.
+void frameAfterOneStateOurSide(benchmark::State& state)
+{
+    const Scene scene(static_cast<int>(state.range(0)));
+    const KbViewportRegion viewport(1000, 1000);
+    KsGetBoundingBoxAction boxes(viewport);
+    KsRenderAction draws(viewport);
+    draws.apply(scene.root);
+    KsDialogCheckBox* box = scene.anyBox();
+    for (auto _ : state) {
+        box->state = !box->state.getValue();
+        boxes.apply(scene.root);
+        draws.apply(scene.root);
+    }
+    state.counters["visitsPerFrame"] = static_cast<double>(draws.getNumVisits()) /
+                                       static_cast<double>(state.iterations());
+}
+BENCHMARK(frameAfterOneStateOurSide)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
+void frameAfterOneState(benchmark::State& state)
+{
+    const Scene scene(static_cast<int>(state.range(0)));
+    KsOffscreenRenderer renderer{KbViewportRegion(1000, 1000)};
+    KsDialogCheckBox* box = scene.anyBox();
+    for (auto _ : state) {
+        box->state = !box->state.getValue();
+        renderer.render(scene.root);
+    }
+}
+BENCHMARK(frameAfterOneState)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+void fieldToWidget(benchmark::State& state)
+{
+    KsTopLevelDialog* dialog = makeForm(1);
+    dialog->buildDialog();
+    auto* box = static_cast<KsDialogCheckBox*>(
+        static_cast<KsDialogGroup*>(dialog->getChild(0))->getChild(0));
+    for (auto _ : state) box->state = !box->state.getValue();
+    QWidget* window = dialog->getBaseWidget();
+    dialog->unref();
+    delete window;
+}
+BENCHMARK(fieldToWidget);
+
+void bareQtCall(benchmark::State& state)
+{
+    QCheckBox box;
+    bool on = false;
+    for (auto _ : state) {
+        on = !on;
+        box.setChecked(on);
+    }
+}
+BENCHMARK(bareQtCall);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QApplication app(argc, argv);
+    KsDebugError::setHandler([](void*, KsDebugError::Severity, const char*, const char*) {}, nullptr);
+    KsFormweave::init();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    KsFormweave::finish();
+    return 0;
+}
