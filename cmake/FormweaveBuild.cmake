@@ -149,7 +149,7 @@ function(fw_add_fuzz_targets)
     string(REGEX REPLACE "^fuzz_" "" name "${name}")
     add_executable(fuzz_${name} "${source}")
     target_link_libraries(fuzz_${name} PRIVATE Formweave::Formweave formweave_flags
-      formweave_sanitizer_tests)
+      formweave_sanitizer_defaults)
     target_compile_definitions(fuzz_${name} PRIVATE
       FORMWEAVE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
       FORMWEAVE_SKIN_DIR="${PROJECT_SOURCE_DIR}/data/Formweave/skins")
@@ -164,21 +164,17 @@ function(fw_add_fuzz_targets)
 endfunction()
 
 # What a program under a sanitizer starts with: its options and the known leaks of others.
-# formweave_sanitizer_tests is the same with short stacks, for the many tests. Both are empty in
-# a plain build.
+# Stacks of allocations stay the short ones: whole ones hang as soon as the software rasteriser
+# registers the code that it compiles. Empty in a plain build.
 add_library(formweave_sanitizer_defaults INTERFACE)
-add_library(formweave_sanitizer_tests INTERFACE)
 if(FORMWEAVE_SANITIZE)
   set(supp "${PROJECT_SOURCE_DIR}/tests/support/lsan.supp")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${supp}")
   file(READ "${supp}" FORMWEAVE_LSAN_SUPPRESSIONS)
   configure_file("${PROJECT_SOURCE_DIR}/tests/support/sanitizer_defaults.cpp.in"
     "${PROJECT_BINARY_DIR}/generated/sanitizer_defaults.cpp" @ONLY)
-  foreach(kind IN ITEMS defaults tests)
-    add_library(formweave_sanitizer_${kind}_objects OBJECT
-      "${PROJECT_BINARY_DIR}/generated/sanitizer_defaults.cpp")
-    target_sources(formweave_sanitizer_${kind} INTERFACE
-      $<TARGET_OBJECTS:formweave_sanitizer_${kind}_objects>)
-  endforeach()
-  target_compile_definitions(formweave_sanitizer_defaults_objects PRIVATE FORMWEAVE_WHOLE_STACKS)
+  add_library(formweave_sanitizer_objects OBJECT
+    "${PROJECT_BINARY_DIR}/generated/sanitizer_defaults.cpp")
+  target_sources(formweave_sanitizer_defaults INTERFACE
+    $<TARGET_OBJECTS:formweave_sanitizer_objects>)
 endif()

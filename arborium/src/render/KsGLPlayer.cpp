@@ -86,6 +86,13 @@ struct Hash {
     }
 };
 
+/// The light that a material gives off: none where no light is worked out at all. What has no normals
+/// in a lit scene (text, lines) shows its diffuse and this.
+KbColor glowOf(const KsMaterialState& material)
+{
+    return material.lit ? material.emissive : KbColor(0, 0, 0);
+}
+
 // ---- programs ------------------------------------------------------------------------------
 
 struct Program {
@@ -443,7 +450,7 @@ void KsGLPlayer::Impl::makePalette(const KsDrawList& drawList)
             *to++ = toByte(fourth);
         };
         entry(material.diffuse, 1 - material.transparency);
-        entry(material.emissive, 0);
+        entry(glowOf(material), 0);
         entry(material.specular, material.shininess);
         entry(material.ambient, 0);
     }
@@ -865,7 +872,7 @@ void KsGLPlayer::Impl::drawTile(const KsDrawList& drawList)
             } else {
                 set(3, m.diffuse, opacity);
             }
-            set(4, m.emissive, 0);
+            set(4, glowOf(m), 0);
             set(5, m.specular, m.shininess);
             set(6, m.ambient, 0);
             glDrawElements(mode, buffers.count, GL_UNSIGNED_INT, nullptr);

@@ -89,13 +89,16 @@ void main()
 #else
     vec4 diffuse = a_diffuse;
 #endif
-#ifdef LIT
 #ifdef PALETTE
     vec3 emissive = entry(row, column + 1.0).rgb;
+#else
+    vec3 emissive = a_emissive.rgb;
+#endif
+#ifdef LIT
+#ifdef PALETTE
     vec4 specular = entry(row, column + 2.0);
     vec3 ambient = entry(row, column + 3.0).rgb;
 #else
-    vec3 emissive = a_emissive.rgb;
     vec4 specular = a_specular;
     vec3 ambient = a_ambient.rgb;
 #endif
@@ -109,6 +112,8 @@ void main()
 #else
     diffuse.rgb = shade(diffuse.rgb, emissive, ambient, specular, eye.xyz, direction);
 #endif
+#else
+    diffuse.rgb = min(diffuse.rgb + emissive, 1.0);
 #endif
     v_diffuse = diffuse;
 }
