@@ -149,6 +149,18 @@ TEST_F(Pixels, whatIsEmittedIsAddedToTheLight)
     EXPECT_TRUE(isAbout(at(0, 0), 128, 0, 64));
 }
 
+TEST_F(Pixels, textShowsItsOwnColourAndWhatItsMaterialEmits)
+{
+    // The stem of the letter covers the origin.
+    const std::string letter = "Font { size 8 }\nText3 { string \"I\" justification CENTER }\n";
+    const std::string glowing = "Material { diffuseColor 0.2 0 0 emissiveColor 0.5 0.5 0.5 }\n";
+    ASSERT_TRUE(show(camera + glowing + move("0 -3 0") + letter));
+    EXPECT_TRUE(isAbout(at(0, 0), 179, 128, 128));
+    ASSERT_TRUE(
+        show(camera + "LightModel { model BASE_COLOR }\n" + glowing + move("0 -3 0") + letter));
+    EXPECT_TRUE(isAbout(at(0, 0), 51, 0, 0)) << "without light nothing is emitted";
+}
+
 TEST_F(Pixels, aClipPlaneCutsWhatStandsBehindIt)
 {
     ASSERT_TRUE(show(camera + color("1 1 1") + group("ClipPlane { plane 1 0 0 0 }\n" + face) +
