@@ -257,6 +257,20 @@ TEST_F(Tool, aComponentWithoutADialogCanBeRenderedInBothWays)
     }
 }
 
+TEST_F(Tool, aComponentWithoutADialogIsRenderedInTheSizeThatItAsksFor)
+{
+    const QString row = write("row.arb", "#Arborium V2.1 ascii\nRowDialog {\n"
+                                         "DialogCheckBox { label \"A label that needs room\" }\n"
+                                         "DialogCheckBox { label \"Another\" }\n}\n");
+    const QString path = file("row.png");
+    const Result result = run({"render", row, "-o", path, "--2d"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    const QImage picture(path);
+    EXPECT_GT(picture.width(), 140) << "the label alone is longer";
+    EXPECT_GT(picture.height(), 40);
+}
+
 TEST_F(Tool, aBrokenFileOrTargetLeavesAnEarlierPictureAsItWas)
 {
     const QString bad = write("bad.arb", broken);

@@ -4,6 +4,7 @@
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/render/KsOffscreenRenderer.h>
+#include <formweave/KsDialogComponent.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QApplication>
@@ -32,6 +33,9 @@ ElementWindow::ElementWindow(KsFormweave* element) : m_element(element)
     layout->setContentsMargins(0, 0, 0, 0);
     KbVec2i32 size(0, 0), place(0, 0);
     element->buildWidget(m_window, size, place, 1);
+    // The window of a dialog takes this size by itself.
+    if (auto* component = ksCast<KsDialogComponent>(element))
+        m_window->resize(component->width.getValue(), component->height.getValue());
 }
 
 ElementWindow::~ElementWindow()

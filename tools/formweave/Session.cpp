@@ -50,12 +50,21 @@ KbString skinDirectories()
     return directories;
 }
 
+QtMessageHandler s_otherMessages = nullptr;
+
+// The offscreen platform says of each window that it cannot tell a window manager its size hints.
+void dropSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.contains(QLatin1String("propagateSizeHints"))) s_otherMessages(type, context, text);
+}
+
 } // namespace
 
 Session::Session(Platform platform)
 {
     if (platform == OffScreen) {
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        s_otherMessages = qInstallMessageHandler(dropSizeHints);
     } else if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
         std::fprintf(stderr, "formweave: there is no display; \"formweave render\" needs none\n");
         return;
