@@ -4,7 +4,9 @@
 
 #include <QPointer>
 #include <functional>
+#include <initializer_list>
 
+class KsRelayFrame;
 class KsScale;
 struct KsSkinFamily;
 class QBoxLayout;
@@ -20,16 +22,16 @@ class FORMWEAVE_API KsDialogComponent : public KsTopComponent {
 public:
     enum EdgeStyle { NONE = 0, SHADOW_IN = 1, SHADOW_OUT = 2 };
 
-    KsSFInt32 width;            ///< Wanted width; 0: the default.
-    KsSFInt32 height;           ///< Wanted height; 0: the default.
-    KsSFBool fixedWidth;        ///< Minimum and maximum width become the width.
-    KsSFBool fixedHeight;       ///< The same for the height.
-    KsSFInt32 minWidth;         ///< 0: the default. The maximum wins where the two contradict.
+    KsSFInt32 width;      ///< Wanted width; 0: the default.
+    KsSFInt32 height;     ///< Wanted height; 0: the default.
+    KsSFBool fixedWidth;  ///< Minimum and maximum width become the width.
+    KsSFBool fixedHeight; ///< The same for the height.
+    KsSFInt32 minWidth;   ///< 0: the default. The maximum wins where the two contradict.
     KsSFInt32 minHeight;
     KsSFInt32 maxWidth;
     KsSFInt32 maxHeight;
-    KsSFBool labelVisibility;   ///< Whether the label zone is there. Default TRUE.
-    KsSFEnum edgeStyle;         ///< An `EdgeStyle`. Default NONE.
+    KsSFBool labelVisibility; ///< Whether the label zone is there. Default TRUE.
+    KsSFEnum edgeStyle;       ///< An `EdgeStyle`. Default NONE.
 
     /// The frame of the element in its window; null before the 2D build.
     QWidget* getWidget() const;
@@ -45,7 +47,10 @@ public:
     void updateFromSensor(KsSensor* sensor) override;
     void resetSize() override;
     void changeEnable() override;
+    void changeLabel() override;
     void changeLabelAlignment() override;
+    void change3DLabel() override;
+    void change3DLabelAlignment() override;
     void getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) override;
     void getBoundingBox(KsGetBoundingBoxAction* action) override;
     void refresh3DSkin() override;
@@ -80,6 +85,9 @@ public:
 
     /// The frame was resized in its window: writes `width` and `height`.
     void frameResized(int newWidth, int newHeight);
+    // Give the relay's label and control their places; nothing without a relay.
+    virtual void updateLabelWidget();
+    virtual void updateControlWidget() {}
 
 protected:
     KsDialogComponent();
@@ -89,13 +97,117 @@ protected:
     void setSize(int w, int h, int minW, int minH, int maxW, int maxH);
     void setDefaultState();
     void writeFields(KsWriteAction* action) override;
+    // The steps of a build that a control fills in. `buildWidget` calls them behind its own, in
+    // this order; containers have none of them.
+    /// Window, at each build: makes the relay, with `installRelay`.
+    virtual void createLabelWidget() {}
+    /// Scene, at the first build: nodes, looks, callbacks; ends with `setBuilt3D(1)`.
+    virtual void create3DControl() {}
+    /// Scene, at each build: places and sizes the control.
+    virtual void update3DControl() {}
+    /// Scene, at each build: places the label within its zone.
+    virtual void update3DLabel();
+    /// Arms the sensors of the class's own fields.
+    virtual void armSensors() {}
+
+    static constexpr int frameMargin = 3; ///< Around the zones.
+    static constexpr int zoneGap = 2;     ///< Between label and control zone.
+
+    // In a window.
+    /// The parent of a relay that is about to be made.
+    QWidget* relayParent() const;
+    /// Makes `relay` the element's frame. `fill` gives it content and limits; then it joins the
+    /// layout, and an earlier relay gives it its place, its focus and whether it is shown.
+    void installRelay(KsRelayFrame* relay, const std::function<void()>& fill);
+    /// The relay as the class made it; null before the 2D build.
+    template <class Relay> Relay* relayAs() const { return static_cast<Relay*>(m_relay.data()); }
+    struct WindowZone {
+        int x, y, width, height;
+    };
+    /// What the label leaves of the frame. It begins `inset` pixels behind the frame's edge, or
+    /// behind the label's zone.
+    WindowZone controlZone2D(int inset) const;
+    /// Puts the label in its zone, centred in what `below` leaves of the frame's height.
+    void placeLabelWidget(int below);
+
+    // Sizes.
+    /// `getComponentInitSize` of a control with a label zone: `measure` is asked once.
+    template <class Measure> KbVec2i32 initSizeOnce(Measure&& measure)
+    {
+        if (m_componentInitSize[0] != -1) return m_componentInitSize;
+        m_componentInitSize = measure();
+        // Narrower without its label, though the label takes no room then: forms rely on it.
+        if (!labelVisibility) m_componentInitSize[0] -= m_labelSize[0];
+        return m_componentInitSize;
+    }
+    /// `getDefaultSize` of a control with a label zone: both zones, and `height` at least.
+    void getZonesSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, int leastHeight);
+
+    // In a scene.
+    /// A text: front faces behind a translation of their own.
+    struct SceneText {
+        KsRef<KsTranslation> translation;
+        KsRef<KsText3> text;
+        KbBox3f box = staleBox();
+    };
+    /// A shape of unit size that is moved and scaled.
+    struct SceneFrame {
+        KsRef<KsTranslation> translation;
+        KsRef<KsScale> scale;
+    };
+    struct PartLook {
+        const char* part;
+        const char* skinName;
+    };
+    /// Loads the fonts and, if there is one, the family; then gives each part its look.
+    void dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks);
+    /// A new node in `slot`, as the first child of a part.
+    template <class Node> void putFirst(KsRef<Node>& slot, const char* part)
+    {
+        slot = new Node;
+        insertFirst(slot.get(), part);
+    }
+    /// A new node in `slot`, among the siblings of a part and just before it.
+    template <class Node> void putBefore(KsRef<Node>& slot, const char* part)
+    {
+        slot = new Node;
+        insertBefore(slot.get(), part);
+    }
+    /// Translation first and text last in a part.
+    void create3DText(SceneText& text, const char* part);
+    /// Replaces all lines; the box is measured again when it is next asked for.
+    static void show3DText(SceneText& text, const KbString& s);
+    /// Measured behind the content of the part `properties`.
+    const KbBox3f& textBox3D(SceneText& text, const char* properties);
+    /// By how much a text has to move so that its middle is at height 0.
+    static float centreY(const KbBox3f& box);
+    /// The scale within `frameSep`, the translation before it.
+    void create3DFrame(SceneFrame& frame);
+    static void place3DFrame(SceneFrame& frame, float x, float y, float w, float h);
+    struct SceneZone {
+        float x, width, height;
+    };
+    /// What the label leaves of the frame; `x` is that of its centre, from the frame's centre.
+    SceneZone controlZone3D() const;
+    /// The label's text, in `labelSwitch`, and whether it is shown.
+    void create3DLabel();
+    /// The box of the label's text, behind `labelProp`. Measured once for each text.
+    KbBox3f labelBox3D();
+    void show3DLabel();
+    /// TRUE if the press or click that is being handled is on one of the parts.
+    bool isPicked(std::initializer_list<const char*> parts);
+    /// Closes what another element has open; nothing stays open here.
+    void closeOther3D();
+
     void createComponentWidget(QWidget* parent);
     /// Puts a relay frame that was just made into the component's layout: in the place of an
     /// earlier one, whose visibility it takes over, else with the spacer behind it.
     void adoptFrame(QWidget* frame);
     void placeSpacer();
-    /// The limits of the frame in its window.
-    void limitFrame(QWidget* frame);
+    enum FrameMinimum { FROM_MINIMUM, FROM_SIZE };
+    /// The limits of the frame in its window: the least size from the minimum or from the size
+    /// fields, the greatest where the size is fixed.
+    void limitFrame(QWidget* frame, FrameMinimum minimum = FROM_MINIMUM);
     void create3DDialogComponent();
     void update3DDialogComponent();
     /// The size that each presentation was given by its own layout: a resized window does not
@@ -126,9 +238,13 @@ protected:
     KsRef<KsTransform> m_undoTransform;
     KsRef<KsScale> m_mainScale;
     float m_3DDepth = -1;
+    QPointer<KsRelayFrame> m_relay; ///< Also in `m_widget`.
+    SceneText m_label3D;            ///< Its box is the one that `isLabelCachedBBox` speaks of.
 
 private:
     friend class KsDialogGroup;
+    void insertFirst(KsNode* node, const char* part);
+    void insertBefore(KsNode* node, const char* part);
     QPointer<QWidget> m_layoutFrame;    ///< The relay that stands in `m_frameLayout` now.
     QPointer<QBoxLayout> m_frameLayout; ///< In the parent's layout; holds frame and spacer.
     bool m_spacerPlaced = false;

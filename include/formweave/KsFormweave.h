@@ -166,6 +166,19 @@ protected:
         }
     }
 
+    /// Reports an action of `self`: by `tell` to each of its own auditors, which are of type
+    /// `Auditor`; if it has none, to what it stands in.
+    template <class Self, class Auditor, class Kind>
+    static void reportAction(Self* self, void (Auditor::*tell)(Kind*))
+    {
+        if (self->getAuditorListLength()) {
+            self->forEachAuditor(
+                [=](KsAuditor* auditor) { (static_cast<Auditor*>(auditor)->*tell)(self); });
+        } else if (const KsRef<KsFormweave> parent = self->m_parent) {
+            parent->applyAuditor(self);
+        }
+    }
+
     static int existWidget(QWidget* widget) { return widget ? 1 : 0; }
     static void fieldChangedCB(void* data, KsSensor* sensor);
     /// Makes `node` the one active element in 3D, closing what the former one has open. Null is

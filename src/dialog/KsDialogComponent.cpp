@@ -10,6 +10,7 @@
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
+#include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <formweave/KsColumnDialog.h>
@@ -23,6 +24,10 @@
 
 KS_KIT_SOURCE(KsDialogComponent, KsTopComponent)
 
+KS_SKIN_SOURCE(KsDialogComponent, DialogComponent, "DialogComponent.arb",
+               "DialogComponentEdgeStyleNone", "DialogComponentEdgeStyleShadowIn",
+               "DialogComponentEdgeStyleShadowOut")
+
 char* KsDialogComponent::DialogComponent = const_cast<char*>(
     KS_SKIN_PART("DialogComponentEdgeStyleNone", KS_SKIN_CLOSED_BOX("0.75 0.75 0.75"))
         KS_SKIN_PART("DialogComponentEdgeStyleShadowIn", KS_SKIN_CLOSED_BOX("0.5 0.5 0.5"))
@@ -30,19 +35,7 @@ char* KsDialogComponent::DialogComponent = const_cast<char*>(
 
 namespace {
 
-constexpr int frameMargin = 3; // around the zones
-constexpr int zoneGap = 2;     // between label and control zone
 constexpr int openLimit = KsSizeDB::openLimit;
-
-KsSkinFamily& skinFamily()
-{
-    static auto& family = *new KsSkinFamily{
-        "DialogComponent.arb",
-        &KsDialogComponent::DialogComponent,
-        {"DialogComponentEdgeStyleNone", "DialogComponentEdgeStyleShadowIn",
-         "DialogComponentEdgeStyleShadowOut"}};
-    return family;
-}
 
 // A size or position that came from a file or a program, brought into the range that layouts bear.
 int bounded(int value)
@@ -92,57 +85,21 @@ KsDialogComponent::KsDialogComponent()
     }
 }
 
-KsDialogComponent::~KsDialogComponent()
-{
-    KsDialogComponent::destroyWidget();
-}
+KsDialogComponent::~KsDialogComponent() { KsDialogComponent::destroyWidget(); }
 
-int KsDialogComponent::isSkinLoaded()
-{
-    return skinFamily().loaded;
-}
+QWidget* KsDialogComponent::getWidget() const { return m_widget; }
 
-void KsDialogComponent::setSkinLoaded(int loaded)
-{
-    skinFamily().loaded = loaded;
-}
+void* KsDialogComponent::getLayout() const { return m_layout.data(); }
 
-void KsDialogComponent::change3DSkin()
-{
-    skinFamily().change();
-}
-
-QWidget* KsDialogComponent::getWidget() const
-{
-    return m_widget;
-}
-
-void* KsDialogComponent::getLayout() const
-{
-    return m_layout.data();
-}
-
-QWidget* KsDialogComponent::getLabelWidget()
-{
-    return nullptr;
-}
+QWidget* KsDialogComponent::getLabelWidget() { return nullptr; }
 
 void KsDialogComponent::eventNotify(unsigned int, unsigned long long) {}
 
-void KsDialogComponent::setLabelSize(KbVec2i32& size)
-{
-    m_labelSize = size;
-}
+void KsDialogComponent::setLabelSize(KbVec2i32& size) { m_labelSize = size; }
 
-void KsDialogComponent::setComponentSize(KbVec2i32& size)
-{
-    m_componentSize = size;
-}
+void KsDialogComponent::setComponentSize(KbVec2i32& size) { m_componentSize = size; }
 
-KbVec2i32 KsDialogComponent::getComponentInitSize()
-{
-    return {0, 0};
-}
+KbVec2i32 KsDialogComponent::getComponentInitSize() { return {0, 0}; }
 
 KbVec2i32 KsDialogComponent::getLabelInitSize()
 {
@@ -153,10 +110,7 @@ KbVec2i32 KsDialogComponent::getLabelInitSize()
 void KsDialogComponent::setFocus() {}
 void KsDialogComponent::setAcrossStack(bool) {}
 void KsDialogComponent::changeWidgetEnable(int) {}
-void KsDialogComponent::changeLabelVisibility() {}
 void KsDialogComponent::updateComponentWidget() {}
-void KsDialogComponent::change3DLabelVisibility() {}
-void KsDialogComponent::changeLabelAlignment() {}
 
 void KsDialogComponent::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
 {
@@ -179,15 +133,9 @@ void KsDialogComponent::changeEdgeStyle()
     frame->setFrameShape(style != NONE ? QFrame::StyledPanel : QFrame::NoFrame);
 }
 
-void KsDialogComponent::changeWidth()
-{
-    m_defaultSize[0] = width;
-}
+void KsDialogComponent::changeWidth() { m_defaultSize[0] = width; }
 
-void KsDialogComponent::changeHeight()
-{
-    m_defaultSize[1] = height;
-}
+void KsDialogComponent::changeHeight() { m_defaultSize[1] = height; }
 
 void KsDialogComponent::changeMinMaxSize()
 {
@@ -222,9 +170,8 @@ void KsDialogComponent::resolveSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& 
 
 void KsDialogComponent::getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
 {
-    resolveSize(size, min, max, [this](KbVec2i32& s, KbVec2i32& mn, KbVec2i32& mx) {
-        getDefaultSize(s, mn, mx);
-    });
+    resolveSize(size, min, max,
+                [this](KbVec2i32& s, KbVec2i32& mn, KbVec2i32& mx) { getDefaultSize(s, mn, mx); });
 }
 
 void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position,
@@ -279,6 +226,17 @@ void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32&
     m_minHeightSensor.arm(this, minHeight);
     m_maxWidthSensor.arm(this, maxWidth);
     m_maxHeightSensor.arm(this, maxHeight);
+
+    if (build2D) {
+        createLabelWidget();
+        updateLabelWidget();
+        updateControlWidget();
+    } else {
+        if (!isBuilt3D()) create3DControl();
+        update3DControl();
+        update3DLabel();
+    }
+    armSensors();
 }
 
 void KsDialogComponent::setSize(int w, int h, int minW, int minH, int maxW, int maxH)
@@ -389,9 +347,8 @@ void KsDialogComponent::get3DComponentSize(KbVec2i32& size, KbVec2i32& position)
 void KsDialogComponent::createComponentWidget(QWidget* parent)
 {
     m_widget = parent;
-    const bool inColumn =
-        m_parent && (m_parent->isOfType(KsColumnDialog::getClassTypeId()) ||
-                     m_parent->isOfType(KsType::fromName("TabDialog")));
+    const bool inColumn = m_parent && (m_parent->isOfType(KsColumnDialog::getClassTypeId()) ||
+                                       m_parent->isOfType(KsType::fromName("TabDialog")));
     KsRoomForLayout room = ksFindLayout(m_parent, this, parent);
     if (inColumn) {
         m_layout = new QVBoxLayout;
@@ -434,9 +391,11 @@ void KsDialogComponent::placeSpacer()
     m_spacerPlaced = true;
 }
 
-void KsDialogComponent::limitFrame(QWidget* frame)
+void KsDialogComponent::limitFrame(QWidget* frame, FrameMinimum minimum)
 {
-    frame->setMinimumSize(std::max<int>(minWidth, 0), std::max<int>(minHeight, 0));
+    const bool fields = minimum == FROM_MINIMUM;
+    frame->setMinimumSize(std::max<int>(fields ? minWidth : width, 0),
+                          std::max<int>(fields ? minHeight : height, 0));
     if (fixedWidth) frame->setMaximumWidth(std::max<int>(width, 0));
     if (fixedHeight) frame->setMaximumHeight(std::max<int>(height, 0));
 }
@@ -444,9 +403,14 @@ void KsDialogComponent::limitFrame(QWidget* frame)
 void KsDialogComponent::destroyWidget()
 {
     if (m_build2D) {
-        // Until a class has made its own frame the slot holds the parent's.
-        if (m_widget != m_parentWidget) ksDeleteWidget(m_widget);
+        // Until a class has made its own frame the slot holds the parent's; a class may hold its
+        // frame in the label's slot too.
+        QWidget* frame = m_widget != m_parentWidget ? m_widget.data() : nullptr;
+        if (m_labelWidget != frame) ksDeleteWidget(m_labelWidget);
+        ksDeleteWidget(frame);
+        m_labelWidget = nullptr;
         m_widget = nullptr;
+        m_relay = nullptr;
         if (m_frameLayout && !m_spacerPlaced) delete m_spacer;
         delete m_frameLayout.data();
         m_layout = nullptr;
@@ -470,11 +434,9 @@ void KsDialogComponent::getBoundingBox(KsGetBoundingBoxAction* action)
 
 void KsDialogComponent::create3DDialogComponent()
 {
-    loadFontProperties();
-    skinFamily().loadOnce();
-    setPartAsDefault("edgeStyleNone", "DialogComponentEdgeStyleNone", true);
-    setPartAsDefault("edgeStyleShadowIn", "DialogComponentEdgeStyleShadowIn", true);
-    setPartAsDefault("edgeStyleShadowOut", "DialogComponentEdgeStyleShadowOut", true);
+    dress3D(&skinFamily(), {{"edgeStyleNone", "DialogComponentEdgeStyleNone"},
+                            {"edgeStyleShadowIn", "DialogComponentEdgeStyleShadowIn"},
+                            {"edgeStyleShadowOut", "DialogComponentEdgeStyleShadowOut"}});
     auto* content = static_cast<KsGroup*>(getAnyPart("mainCptSeparator", true));
     auto* geometry = static_cast<KsGroup*>(getAnyPart("geomSwitch", true));
     m_mainScale = new KsScale;

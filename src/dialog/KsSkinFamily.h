@@ -19,14 +19,28 @@ struct KsSkinFamily {
     void change();
 };
 
+/// The family of `Class`: its built-in text is the member `text`; then the file and the parts.
+/// Defines `skinFamily()` for the file that it stands in, and the class's three skin operations.
+#define KS_SKIN_SOURCE(Class, text, file, ...)                                                     \
+    namespace {                                                                                    \
+    KsSkinFamily& skinFamily()                                                                     \
+    {                                                                                              \
+        static auto& family = *new KsSkinFamily{file, &Class::text, {__VA_ARGS__}};                \
+        return family;                                                                             \
+    }                                                                                              \
+    }                                                                                              \
+    int Class::isSkinLoaded() { return skinFamily().loaded; }                                      \
+    void Class::setSkinLoaded(int loaded) { skinFamily().loaded = loaded; }                        \
+    void Class::change3DSkin() { skinFamily().change(); }
+
 // Shapes that most built-in looks are made of, one unit wide and high around the z axis.
 #define KS_SKIN_COLORED_BOX(color, depth, half)                                                    \
     color " Translation { translation 0 0 " half " }\n"                                            \
           "  Cube { width 1 height 1 depth " depth " }\n"
 /// A box on whose top the next thing stands.
 #define KS_SKIN_CLOSED_BOX(rgb)                                                                    \
-    "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "1", "0.5")                      \
-    "  Translation { translation 0 0 0.5 }\n"
+    "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "1",                             \
+                             "0.5") "  Translation { translation 0 0 0.5 }\n"
 #define KS_SKIN_OPEN_BOX(rgb)                                                                      \
     "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "1", "0.5")
 

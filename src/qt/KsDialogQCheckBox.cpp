@@ -13,15 +13,10 @@ KsDialogQCheckBox::KsDialogQCheckBox(QWidget* parent, KsDialogCheckBox* checkBox
     : KsRelayFrame(parent, checkBox, "KsDialogQCheckBox")
 {
     m_checkBox = new QCheckBox(this);
-    adopt(m_checkBox, "CheckBoxWidget");
+    adoptControl(m_checkBox, "CheckBoxWidget");
     createLabel();
     connect(m_checkBox, stateSignal, this, stateSlot);
-    setFocusProxy(m_checkBox);
-    KsFormweave::setWidgetFont(m_checkBox);
-    KsFormweave::setWidgetFont(m_label);
 }
-
-KsDialogQCheckBox::~KsDialogQCheckBox() { delete m_checkBox.data(); }
 
 void KsDialogQCheckBox::updateCheckBoxWidget(int x, int y, int w, int h)
 {
@@ -41,16 +36,4 @@ void KsDialogQCheckBox::changeState(bool state)
     connect(m_checkBox, stateSignal, this, stateSlot);
 }
 
-void KsDialogQCheckBox::eventNotify(int state)
-{
-    if (!node()) return;
-    const KsRelayCall call(node());
-    node()->eventNotify(state != 0, 0);
-}
-
-void KsDialogQCheckBox::layoutChildren()
-{
-    auto* checkBox = static_cast<KsDialogCheckBox*>(node());
-    checkBox->updateCheckBoxWidget();
-    checkBox->updateLabelWidget();
-}
+void KsDialogQCheckBox::eventNotify(int state) { notify(state != 0); }

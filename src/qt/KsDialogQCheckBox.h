@@ -12,7 +12,6 @@ class KsDialogQCheckBox : public KsRelayFrame {
 
 public:
     KsDialogQCheckBox(QWidget* parent, KsDialogCheckBox* checkBox);
-    ~KsDialogQCheckBox() override;
 
     void updateCheckBoxWidget(int x, int y, int w, int h);
     void changeOnOffString(const QString& text);
@@ -22,9 +21,6 @@ public:
 public slots:
     /// `state`: a `Qt::CheckState`; partially checked counts as checked.
     void eventNotify(int state);
-
-protected:
-    void layoutChildren() override;
 
 private:
     QPointer<QCheckBox> m_checkBox;

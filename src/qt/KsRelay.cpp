@@ -1,5 +1,7 @@
 #include "KsRelay.h"
 
+#include "../dialog/KsTextLimits.h"
+
 #include <QResizeEvent>
 
 int KsRelayCall::s_depth = 0;
@@ -15,6 +17,11 @@ void deleteSoon(QWidget* widget)
 }
 
 } // namespace
+
+QString ksShownQString(const KbString& text)
+{
+    return QString::fromStdU16String(ksShownText(text).toUtf16());
+}
 
 void ksDeleteWidget(QWidget* widget)
 {
@@ -34,11 +41,19 @@ KsRelayFrame::KsRelayFrame(QWidget* parent, KsDialogComponent* node, const char*
     setObjectName(QLatin1String("LMN") + QLatin1String(className) + QLatin1String("Frame"));
 }
 
-KsRelayFrame::~KsRelayFrame() { delete m_label.data(); }
+// What the children say while they go must not reach half a frame.
+KsRelayFrame::~KsRelayFrame() { forgetNode(); }
 
 void KsRelayFrame::adopt(QWidget* child, const char* role)
 {
     child->setObjectName(QLatin1String("LMN") + QLatin1String(m_className) + QLatin1String(role));
+    KsFormweave::setWidgetFont(child);
+}
+
+void KsRelayFrame::adoptControl(QWidget* child, const char* role)
+{
+    adopt(child, role);
+    setFocusProxy(child);
 }
 
 void KsRelayFrame::createLabel()
@@ -86,6 +101,19 @@ void KsRelayFrame::handOverTo(QWidget* successor)
     // Before this one is hidden, which would send the focus elsewhere.
     if (successor && focus && isAncestorOf(focus)) successor->setFocus();
     deleteSoon(this);
+}
+
+void KsRelayFrame::notify(unsigned int value)
+{
+    if (!m_node) return;
+    const KsRelayCall call(m_node);
+    m_node->eventNotify(value, 0);
+}
+
+void KsRelayFrame::layoutChildren()
+{
+    m_node->updateControlWidget();
+    m_node->updateLabelWidget();
 }
 
 void KsRelayFrame::resizeEvent(QResizeEvent* event)

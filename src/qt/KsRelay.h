@@ -6,6 +6,9 @@
 #include <QLabel>
 #include <QPointer>
 
+/// A text as widgets show it, cut at the limit for captions and labels.
+QString ksShownQString(const KbString& text);
+
 /// The time in which a widget's signal or event runs code of a node. The node lives until its end,
 /// and widgets that are deleted meanwhile live until control is back in the event loop.
 class KsRelayCall {
@@ -31,21 +34,23 @@ private:
 void ksDeleteWidget(QWidget* widget);
 
 /// The frame that stands for a node in a window. It holds the real widgets as children, turns
-/// their signals into calls of the node's `eventNotify`, and places them where the node says.
+/// their signals into calls of the node's `eventNotify`, and places them where the node says. The
+/// children are made, and go, in this order: the control, then the label.
 class KsRelayFrame : public QFrame {
     Q_OBJECT
 
 public:
-    void updateLabelWidget(int x, int y, int w, int h);
+    // Of the label; a subclass without one shows the node's label elsewhere.
+    virtual void updateLabelWidget(int x, int y, int w, int h);
     /// Shown as plain text.
-    void changeLabel(const QString& text);
+    virtual void changeLabel(const QString& text);
     /// `flags`: a `Qt::Alignment`.
-    void changeLabelAlignment(int flags);
-    void changeLabelVisibility(bool visible);
+    virtual void changeLabelAlignment(int flags);
+    virtual void changeLabelVisibility(bool visible);
 
-    /// Takes this frame out of service in favour of `successor`, which may be null: it forgets its node,
-    /// is silenced, hands the keyboard focus on, leaves the window, and is deleted when no signal of
-    /// it can be running any more.
+    /// Takes this frame out of service in favour of `successor`, which may be null: it forgets its
+    /// node, is silenced, hands the keyboard focus on, leaves the window, and is deleted when no
+    /// signal of it can be running any more.
     void handOverTo(QWidget* successor);
     /// From now on nothing that happens here reaches the node.
     void forgetNode();
@@ -55,13 +60,17 @@ protected:
     KsRelayFrame(QWidget* parent, KsDialogComponent* node, const char* className);
     ~KsRelayFrame() override;
 
-    /// Names and equips a child: "LMN", the class name, `role`.
+    /// Names a child: "LMN", the class name, `role`. It gets the library's font.
     void adopt(QWidget* child, const char* role);
+    /// The same for the widget that takes the keyboard.
+    void adoptControl(QWidget* child, const char* role);
     void createLabel();
     static void place(QWidget* child, int x, int y, int w, int h);
+    /// Passes a signal's value to the node's `eventNotify`, if the node is still known.
+    void notify(unsigned int value);
     void resizeEvent(QResizeEvent* event) override;
-    /// Runs the node's layout operations; the node is there.
-    virtual void layoutChildren() = 0;
+    /// Runs the node's layout operations, the control's first; the node is there.
+    virtual void layoutChildren();
     /// Null after `forgetNode`.
     KsDialogComponent* node() const { return m_node; }
 
