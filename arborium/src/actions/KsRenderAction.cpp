@@ -122,8 +122,6 @@ void KsRenderAction::add(const KsMeshPtr& mesh, const KbMatrix* local)
     draw.material = materialIndex();
     draw.clip = clipIndex();
     draw.lights = lightIndex();
-    if (const auto* texture = static_cast<const KsTexture2*>(m_state->texture.get()))
-        draw.texture = texture->getImage();
     if (const auto* texture = ksCast<KsTexture2>(m_state->texture.get()))
         draw.texture = texture->getImage();
     draw.cullBack = hints.solid && hints.ordered;
