@@ -7,6 +7,7 @@
 #include <QPointer>
 
 class KbPlaneProjector;
+class KsClipPlane;
 class KsDialogAuditor;
 class KsMenuBar;
 class KsScale;
@@ -161,6 +162,8 @@ private:
     void restore3DDialog();
     void show3DChildren(int show);
     void connectPositions();
+    /// FALSE for a panel that was built minimized: it stands open until `minimized` changes.
+    bool isStrip() const { return minimized && !m_firstMinimize; }
     KbVec2f panelSize() const;
 
     QPointer<QWidget> m_baseWidget;
@@ -186,12 +189,14 @@ private:
     KsRef<KsTransform> m_undoTransform;
     KsRef<KsTranslation> m_labelTranslation;
     KsRef<KsText3> m_titleText;
+    KsRef<KsClipPlane> m_titleEdges[3]; // right, upper, lower
     KsRef<KsTranslation> m_buttonTranslation;
     std::unique_ptr<KbPlaneProjector> m_projector;
     KbVec3f m_dragWorldPoint{0, 0, 0};
     KbVec3f m_dragStart{0, 0, 0};
     bool m_childrenHiddenByDrag = false;
+    bool m_draggedAsStrip = false;
     int m_showsChildren3D = 1;
     float m_3DDepth = -1;
-    int m_firstMinimize = 1;
+    int m_firstMinimize = 0; // 1 from the 3D build to the first change of `minimized`
 };

@@ -8,6 +8,8 @@
 #include <arborium/base/KbLine.h>
 #include <arborium/base/KbPlaneProjector.h>
 #include <arborium/events/KsEvent.h>
+#include <arborium/nodes/KsClipPlane.h>
+#include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsText3.h>
@@ -16,12 +18,11 @@
 #include <formweave/KsTopLevelDialog.h>
 
 char* KsTopLevelDialog::TopLevelDialog = const_cast<char*>(
-    KS_SKIN_PART("TopLevelDialogFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 1"))
-        KS_SKIN_PART("TopLevelDialogMinReleased",
-                     KS_SKIN_BEVEL("0.7 0.7 1", "0.2 0.2 1", "1 1 1", "0.5 0.5 1", "0.7 0.7 1"))
-            KS_SKIN_PART("TopLevelDialogMinPressed",
-                         KS_SKIN_BEVEL("0.5 0.5 1", "1 1 1", "0.2 0.2 1", "0.7 0.7 1",
-                                       "0.7 0.7 1")));
+    KS_SKIN_PART("TopLevelDialogFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 1")) KS_SKIN_PART(
+        "TopLevelDialogMinReleased",
+        KS_SKIN_BEVEL("0.7 0.7 1", "0.2 0.2 1", "1 1 1", "0.5 0.5 1", "0.7 0.7 1"))
+        KS_SKIN_PART("TopLevelDialogMinPressed",
+                     KS_SKIN_BEVEL("0.5 0.5 1", "1 1 1", "0.2 0.2 1", "0.7 0.7 1", "0.7 0.7 1")));
 
 namespace {
 
@@ -32,6 +33,7 @@ constexpr int menuBarRoom = 18;
 constexpr float stripHeight = 20;
 constexpr float buttonSize = 14;
 constexpr float buttonInset = 12; // of the button's centre, and of the title's
+constexpr float titleGap = 3;     // between the title's room and what is around it
 
 KsSkinFamily& skinFamily()
 {
@@ -44,20 +46,11 @@ KsSkinFamily& skinFamily()
 
 } // namespace
 
-int KsTopLevelDialog::isSkinLoaded()
-{
-    return skinFamily().loaded;
-}
+int KsTopLevelDialog::isSkinLoaded() { return skinFamily().loaded; }
 
-void KsTopLevelDialog::setSkinLoaded(int loaded)
-{
-    skinFamily().loaded = loaded;
-}
+void KsTopLevelDialog::setSkinLoaded(int loaded) { skinFamily().loaded = loaded; }
 
-void KsTopLevelDialog::change3DSkin()
-{
-    skinFamily().change();
-}
+void KsTopLevelDialog::change3DSkin() { skinFamily().change(); }
 
 KbVec3f KsTopLevelDialog::getTopLevelSize() const
 {
@@ -96,6 +89,14 @@ void KsTopLevelDialog::create3DTopLevelDialog()
     m_titleText = new KsText3;
     m_titleText->parts = KsText3::FRONT;
     labelSep->addChild(m_titleText.get());
+    for (auto& edge : m_titleEdges) {
+        edge = new KsClipPlane;
+        labelSep->insertChild(edge.get(), 1);
+    }
+    // A press on the title meets the frame behind it, by which the panel is dragged.
+    auto* throughTitle = new KsPickStyle;
+    throughTitle->style = KsPickStyle::UNPICKABLE;
+    labelSep->insertChild(throughTitle, 1);
     change3DLabel();
     auto* buttonScale = new KsScale;
     buttonScale->scaleFactor = KbVec3f(buttonSize, buttonSize, 1);
@@ -117,6 +118,10 @@ void KsTopLevelDialog::create3DTopLevelDialog()
 
 void KsTopLevelDialog::update3DTopLevelDialog()
 {
+    if (isStrip()) {
+        minimize3DDialog();
+        return;
+    }
     const KbVec2f panel = panelSize();
     const KbVec3f place = position3D;
     m_frameScale->scaleFactor = KbVec3f(panel[0], panel[1], 1);
@@ -135,9 +140,14 @@ void KsTopLevelDialog::update3DLabel()
     const KbBox3f box = getLabelCachedBBox();
     const KbVec2f panel = panelSize();
     const float middle = -(box.getMax()[1] + box.getMin()[1]) / 2;
-    m_labelTranslation->translation =
-        KbVec3f(-panel[0] / 2 + buttonInset,
-                minimized ? middle : panel[1] / 2 + middle - buttonInset, 0);
+    m_labelTranslation->translation = KbVec3f(
+        -panel[0] / 2 + buttonInset, isStrip() ? middle : panel[1] / 2 + middle - buttonInset, 0);
+    // A title that has no room ends before the button, and within the strip.
+    const float right = panel[0] - 2 * buttonInset - buttonSize / 2 - titleGap;
+    const float half = stripHeight / 2;
+    m_titleEdges[0]->plane = KbPlane(KbVec3f(-1, 0, 0), -right);
+    m_titleEdges[1]->plane = KbPlane(KbVec3f(0, -1, 0), middle - half);
+    m_titleEdges[2]->plane = KbPlane(KbVec3f(0, 1, 0), -middle - half);
 }
 
 void KsTopLevelDialog::change3DLabel()
@@ -192,11 +202,11 @@ void KsTopLevelDialog::update3DChildrenPosition()
 void KsTopLevelDialog::change3DPosition()
 {
     if (!isBuilt3D()) return;
-    const KbVec2f panel = panelSize();
-    if (minimized) {
+    if (isStrip()) {
         placeStrip();
         return;
     }
+    const KbVec2f panel = panelSize();
     const KbVec3f place = position3D;
     m_panelTranslation->translation =
         KbVec3f(place[0] + panel[0] / 2, -place[1] - panel[1] / 2, place[2]);
@@ -212,10 +222,11 @@ void KsTopLevelDialog::placeStrip()
 
 void KsTopLevelDialog::connectPositions()
 {
-    KsSFVec3f& driven = minimized ? position3D : minimized3DPosition;
-    KsSFVec3f& live = minimized ? minimized3DPosition : position3D;
-    position3D.disconnect();
-    minimized3DPosition.disconnect();
+    KsSFVec3f& driven = isStrip() ? position3D : minimized3DPosition;
+    KsSFVec3f& live = isStrip() ? minimized3DPosition : position3D;
+    // What the application connected them from stays.
+    if (live.getConnectedField() == &driven) live.disconnect();
+    if (independentMinimizedPosition && driven.getConnectedField() == &live) driven.disconnect();
     if (independentMinimizedPosition) return;
     driven.connectFrom(&live);
     // The dialog makes this connection itself: no file needs it.
@@ -230,9 +241,11 @@ void KsTopLevelDialog::updateMinimizedState()
     m_firstMinimize = 0;
     if (!independentMinimizedPosition) connectPositions();
     if (!isBuilt3D()) return;
-    if (minimized) minimize3DDialog();
-    else restore3DDialog();
-    show3DChildren(!minimized);
+    if (minimized)
+        minimize3DDialog();
+    else
+        restore3DDialog();
+    show3DChildren(m_show3D && !minimized);
 }
 
 void KsTopLevelDialog::minimize3DDialog()
@@ -248,12 +261,15 @@ void KsTopLevelDialog::minimize3DDialog()
 void KsTopLevelDialog::restore3DDialog()
 {
     update3DTopLevelDialog();
-    if (!hideChildren) update3DChildrenPosition();
+    // Where a strip was dragged the panel opens as a whole.
+    if (!hideChildren || m_draggedAsStrip) update3DChildrenPosition();
+    m_draggedAsStrip = false;
 }
 
 void KsTopLevelDialog::show3D(int show)
 {
-    show3DChildren(show);
+    // A strip shows no children, nor does a frame that is dragged without them.
+    show3DChildren(show && !isStrip() && !m_childrenHiddenByDrag);
     KsFormweave::show3D(show);
 }
 
@@ -271,7 +287,6 @@ void KsTopLevelDialog::refresh3DSkin()
     if (!is3DLive()) return;
     update3DTopLevelDialog();
     update3DChildren();
-    if (minimized && !m_firstMinimize) minimize3DDialog();
 }
 
 void KsTopLevelDialog::getBoundingBox(KsGetBoundingBoxAction* action)
@@ -314,8 +329,8 @@ void KsTopLevelDialog::draggerStartCallback3D()
         if (KsHandleEventAction* action = getHandleEventAction();
             action && KsViewVolumeElement::isSet(action->getState()))
             m_projector->setViewVolume(getViewVolume());
-        m_dragStart = minimized ? minimized3DPosition : position3D;
-        if (!minimized && hideChildren) {
+        m_dragStart = isStrip() ? minimized3DPosition : position3D;
+        if (!isStrip() && hideChildren) {
             show3DChildren(0);
             m_childrenHiddenByDrag = true;
         }
@@ -331,12 +346,16 @@ void KsTopLevelDialog::draggerMotionCallback3D()
     m_projector->setWorkingSpace(toWorld);
     const bool in3D = getEvent() && getEvent()->isOfType(KsTrackerEvent::getClassTypeId());
     KbVec3f point = getLocalStartingPoint();
-    if (!in3D) point = m_projector->project(getNormalizedLocaterPosition());
-    else if (!m_projector->intersect(getTrackerRay(), point)) return;
+    // A pointer that meets the panel's plane nowhere leaves the panel where it is.
+    if (in3D ? !m_projector->intersect(getTrackerRay(), point)
+             : !m_projector->tryProject(getNormalizedLocaterPosition(), point))
+        return;
     toWorld.multVecMatrix(point, m_dragWorldPoint);
     const KbVec3f delta = point - getLocalStartingPoint();
-    KsSFVec3f& place = minimized ? minimized3DPosition : position3D;
-    place = KbVec3f(m_dragStart[0] + delta[0], m_dragStart[1] - delta[1], m_dragStart[2] + delta[2]);
+    m_draggedAsStrip = isStrip();
+    KsSFVec3f& place = isStrip() ? minimized3DPosition : position3D;
+    place =
+        KbVec3f(m_dragStart[0] + delta[0], m_dragStart[1] - delta[1], m_dragStart[2] + delta[2]);
     change3DPosition();
 }
 
@@ -346,12 +365,12 @@ void KsTopLevelDialog::draggerFinishCallback3D()
     if (m_childrenHiddenByDrag) {
         m_childrenHiddenByDrag = false;
         update3DChildrenPosition();
-        show3DChildren(!minimized);
+        show3DChildren(m_show3D && !isStrip());
     }
     if (!path || !path->containsNode(getAnyPart("minSep", false))) return;
     setSwitchValue(getAnyPart("minSwtch", false), 0);
     const bool wasMinimized = minimized;
-    show3DChildren(wasMinimized);
+    show3DChildren(m_show3D && wasMinimized);
     if (hideChildren && !wasMinimized) update3DChildrenPosition();
     minimized = !wasMinimized;
 }
