@@ -11,10 +11,10 @@ FORMWEAVE_API bool ksIsBinary(KsInput* in);
 
 /// What tells one class that holds elements from another.
 struct KsElementListTraits {
-    const char* className;        ///< In messages.
-    KsType (*childType)();        ///< What the class holds.
-    const char* getChildWarning;  ///< Ends the message of a `getChild` out of range.
-    bool hidesChildrenOnSync;     ///< Children stay on this side when a cluster is brought in step.
+    const char* className;       ///< In messages.
+    KsType (*childType)();       ///< What the class holds.
+    const char* getChildWarning; ///< Ends the message of a `getChild` out of range.
+    bool hidesChildrenOnSync;    ///< Children stay on this side when a cluster is brought in step.
 };
 
 /// The child elements of a container: the first entries of its `KsChildList`, in front of the kit's
@@ -44,33 +44,58 @@ public:
     void write(KsWriteAction* action);
     void search(KsSearchAction* action);
     void rayPick(KsRayPickAction* action);
-    /// Calls `visit` for each child in order; the list may change meanwhile.
+    /// Calls `visit` for each child in order. The list may change meanwhile: each child that stays
+    /// is visited once, one that is removed before its turn is not, one that joins behind the
+    /// present one is.
     template <class Visit> void forEach(Visit&& visit) const
     {
-        for (int i = 0; i < m_count; ++i) {
-            KsRef<KsFormweave> child(at(i));
-            m_visiting = i;
-            if (child) visit(child.get());
+        const KsKeepAlive keep(m_owner);
+        Walk walk(*this);
+        for (; walk.index < m_count; ++walk.index) {
+            const KsRef<KsFormweave> child(at(walk.index));
+            visit(child.get());
         }
-        m_visiting = -1;
     }
     /// Index of `child`, at once for the one that `forEach` visits.
     int indexOf(const KsFormweave* child) const
     {
-        return m_visiting >= 0 && m_visiting < m_count && at(m_visiting) == child ? m_visiting
-                                                                                 : find(child);
+        const int index = m_walk ? m_walk->index : -1;
+        return index >= 0 && index < m_count && at(index) == child ? index : find(child);
     }
+    /// Takes in what a copy of the owner has been given in its `KsChildList`.
+    void adoptCopies();
     /// The owner goes: the children forget it.
     void orphanChildren();
 
 private:
+    /// Where a `forEach` stands; the innermost first.
+    struct Walk {
+        explicit Walk(const KsElementList& walked) : list(walked), outer(walked.m_walk)
+        {
+            list.m_walk = this;
+        }
+        ~Walk() { list.m_walk = outer; }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+
+        const KsElementList& list;
+        Walk* const outer;
+        int index = 0;
+    };
+
     bool mayTake(KsFormweave* child, const char* operation) const;
     void post(const char* operation, int index, int last, const char* end = "") const;
+    void place(KsFormweave* child, int index);
+    /// Moves every walk that stands at or behind `index`.
+    void shiftWalks(int index, int by);
+    void join(KsFormweave* child);
+    /// Takes the widgets of the child at `index` down. Its index then; -1 if it is gone.
+    int retire(int index);
 
     KsFormweave* m_owner;
     const KsElementListTraits& m_traits;
     int m_count = 0;
-    mutable int m_visiting = -1;
+    mutable Walk* m_walk = nullptr;
 };
 
 /// `Base` with child elements of type `Child`. The node-typed operations of the scene graph forward
@@ -79,7 +104,10 @@ template <class Base, class Child> class KsElementContainer : public Base {
 public:
     // Each ends in `childrenChanged` if something changed.
     virtual void addChild(Child* child) { changedIf(m_elements.add(child)); }
-    virtual void insertChild(Child* child, int index) { changedIf(m_elements.insert(child, index)); }
+    virtual void insertChild(Child* child, int index)
+    {
+        changedIf(m_elements.insert(child, index));
+    }
     virtual Child* getChild(int index) { return static_cast<Child*>(m_elements.get(index)); }
     virtual int getNumChildren() { return m_elements.count(); }
     virtual int findChild(const Child* child) { return m_elements.find(child); }
@@ -96,8 +124,8 @@ public:
     }
     virtual bool readChildren(KsInput* in)
     {
-        return m_elements.read(in,
-                               [this](KsFormweave* child) { addChild(static_cast<Child*>(child)); });
+        return m_elements.read(
+            in, [this](KsFormweave* child) { addChild(static_cast<Child*>(child)); });
     }
 
     const KsElementList* getElements() const override { return &m_elements; }
@@ -109,15 +137,21 @@ public:
 
     void internalAddChild(KsNode* child) override
     {
-        if (Child* mine = ksCast<Child>(child)) addChild(mine);
-        else if (child) Base::internalAddChild(child);
-        else addChild(nullptr);
+        if (Child* mine = ksCast<Child>(child))
+            addChild(mine);
+        else if (child)
+            Base::internalAddChild(child);
+        else
+            addChild(nullptr);
     }
     void internalInsertChild(KsNode* child, int index) override
     {
-        if (Child* mine = ksCast<Child>(child)) insertChild(mine, index);
-        else if (child) Base::internalInsertChild(child, index);
-        else insertChild(nullptr, index);
+        if (Child* mine = ksCast<Child>(child))
+            insertChild(mine, index);
+        else if (child)
+            Base::internalInsertChild(child, index);
+        else
+            insertChild(nullptr, index);
     }
     int internalFindChild(const KsNode* child) const override
     {
@@ -126,8 +160,10 @@ public:
     }
     void internalReplaceChild(int index, KsNode* newChild) override
     {
-        if (Child* mine = ksCast<Child>(newChild)) replaceChild(index, mine);
-        else Base::internalReplaceChild(index, newChild);
+        if (Child* mine = ksCast<Child>(newChild))
+            replaceChild(index, mine);
+        else
+            Base::internalReplaceChild(index, newChild);
     }
     KsNode* internalGetChild(int index) const override { return m_elements.get(index); }
     void internalRemoveChild(KsNode* child) override { removeChild(ksCast<Child>(child)); }
@@ -175,7 +211,5 @@ template <class Base, class Child>
 void KsElementContainer<Base, Child>::copyContents(const KsNode* from, KsNode::Copier& copier)
 {
     Base::copyContents(from, copier);
-    static_cast<const KsElementContainer*>(from)->forEachChild([&](Child* child) {
-        if (KsNode* copy = copier.copyOf(child)) addChild(static_cast<Child*>(copy));
-    });
+    m_elements.adoptCopies();
 }

@@ -146,6 +146,8 @@ protected:
     KsFormweave();
     ~KsFormweave() override;
     void destroy() override;
+    /// A copy is not built; it makes its 3D form anew.
+    bool copiesStructure() const override { return false; }
 
     // Auditors. The list holds plain pointers; the application owns what they point to.
     void addAuditor(KsAuditor* auditor);

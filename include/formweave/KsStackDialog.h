@@ -27,6 +27,8 @@ protected:
     void changeSpacing();
 
 private:
+    int room() const; // the margin
+    int gap() const;  // the spacing
     friend class KsDialogComponent;
     void updateChildren();
     void update3DChildren();

@@ -11,15 +11,11 @@
 #include <algorithm>
 #include <string>
 
-bool ksIsBinary(KsInput* in)
-{
-    return in->isBinary();
-}
+bool ksIsBinary(KsInput* in) { return in->isBinary(); }
 
 KsElementList::KsElementList(KsFormweave* owner, const KsElementListTraits& traits)
     : m_owner(owner), m_traits(traits)
-{
-}
+{}
 
 KsElementList::~KsElementList() = default;
 
@@ -60,8 +56,9 @@ bool KsElementList::mayTake(KsFormweave* child, const char* operation) const
     const KsFormweave* parent = child->getParentElement();
     const KsElementList* siblings = parent ? parent->getElements() : nullptr;
     if (siblings && siblings->find(child) >= 0) {
-        KsDebugError::post(where.c_str(), "The child node stands in a %s already; remove it there "
-                                          "first",
+        KsDebugError::post(where.c_str(),
+                           "The child node stands in a %s already; remove it there "
+                           "first",
                            parent->getTypeId().getName().getString());
         return false;
     }
@@ -72,13 +69,44 @@ bool KsElementList::mayTake(KsFormweave* child, const char* operation) const
     return true;
 }
 
+void KsElementList::shiftWalks(int index, int by)
+{
+    for (Walk* walk = m_walk; walk; walk = walk->outer) {
+        if (walk->index >= index) walk->index += by;
+    }
+}
+
+void KsElementList::place(KsFormweave* child, int index)
+{
+    m_owner->restoreTopSeparator();
+    m_owner->getChildren()->insert(child, index);
+    ++m_count;
+    shiftWalks(index, 1);
+    join(child);
+}
+
+void KsElementList::join(KsFormweave* child)
+{
+    // What the child has of another place is built anew in this one.
+    if (child->isBuilt2D()) child->destroyWidget();
+    child->setParent(m_owner);
+    if (!child->isBuilt3D()) return;
+    child->change3DEnable();
+    if (m_owner->isBuilt3D()) child->show3D(m_owner->showsChildren3D());
+}
+
+int KsElementList::retire(int index)
+{
+    const KsRef<KsFormweave> child(at(index));
+    child->destroyWidget();
+    // Widgets that go may tell the application, which may change the list.
+    return index < m_count && at(index) == child ? index : find(child);
+}
+
 bool KsElementList::add(KsFormweave* child)
 {
     if (!mayTake(child, "addChild")) return false;
-    m_owner->restoreTopSeparator();
-    m_owner->getChildren()->insert(child, m_count);
-    ++m_count;
-    child->setParent(m_owner);
+    place(child, m_count);
     return true;
 }
 
@@ -89,10 +117,7 @@ bool KsElementList::insert(KsFormweave* child, int index)
         post("insertChild", index, m_count);
         return false;
     }
-    m_owner->restoreTopSeparator();
-    m_owner->getChildren()->insert(child, index);
-    ++m_count;
-    child->setParent(m_owner);
+    place(child, index);
     return true;
 }
 
@@ -112,19 +137,22 @@ bool KsElementList::remove(int index)
         return false;
     }
     const KsRef<KsFormweave> child(at(index));
-    child->destroyWidget();
+    index = retire(index);
+    if (index < 0) return false;
     --m_count;
     m_owner->getChildren()->remove(index);
+    // A walk that stands at the child finds the next one in its place.
+    shiftWalks(index, -1);
     child->setParent(nullptr);
     return true;
 }
 
 bool KsElementList::removeAll()
 {
-    for (int i = m_count - 1; i >= 0 && i < m_count; --i) {
-        at(i)->destroyWidget();
-        at(i)->setParent(nullptr);
+    for (int i = m_count - 1; i >= 0; --i) {
+        if (i < m_count) retire(i);
     }
+    orphanChildren();
     m_count = 0;
     m_owner->getChildren()->truncate(0);
     return true;
@@ -138,11 +166,22 @@ bool KsElementList::replace(int index, KsFormweave* child)
         return false;
     }
     const KsRef<KsFormweave> old(at(index));
-    old->destroyWidget();
+    index = retire(index);
+    if (index < 0) return false;
     m_owner->getChildren()->set(index, child);
     old->setParent(nullptr);
-    child->setParent(m_owner);
+    join(child);
     return true;
+}
+
+void KsElementList::adoptCopies()
+{
+    const KsChildList& list = *m_owner->getChildren();
+    for (m_count = 0; m_count < list.getLength(); ++m_count) {
+        auto* child = ksCast<KsFormweave>(list[m_count]);
+        if (!child || !child->isOfType(m_traits.childType())) return;
+        child->setParent(m_owner);
+    }
 }
 
 bool KsElementList::read(KsInput* in, const std::function<void(KsFormweave*)>& add)

@@ -1,5 +1,6 @@
 #include "KsLayouts.h"
 
+#include <arborium/base/KsLimits.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsElementContainer.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -58,6 +59,12 @@ KsRequestedSizes::~KsRequestedSizes()
         field->initValue(value);
         field->setDefault(false);
     }
+}
+
+int ksBounded(std::int64_t value)
+{
+    const std::int64_t limit = KsLimits::current().maxLimitSize;
+    return static_cast<int>(std::clamp(value, -limit, limit));
 }
 
 int ksQtAlignment(int labelAlignment)

@@ -6,6 +6,7 @@
 #include <arborium/fields/KsSField.h>
 #include <formweave/KsElementSensor.h>
 
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <utility>
@@ -42,6 +43,9 @@ inline void ksMarkDefault(KsField& field, bool isDefault)
 {
     if (isDefault) field.setDefault(true);
 }
+
+/// A size or position that came from a file or a program, brought into the range that layouts bear.
+int ksBounded(std::int64_t value);
 
 /// For the time of writing a file: the sizes that the application asked for stand in the fields in
 /// place of those that a layout found. Nobody is told.

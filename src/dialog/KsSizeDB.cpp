@@ -11,13 +11,13 @@ constexpr int open = KsSizeDB::openLimit;
 // Sizes come from files: sums must not overflow.
 int plus(std::int64_t a, std::int64_t b)
 {
-    constexpr std::int64_t limit = std::numeric_limits<int>::max();
+    constexpr std::int64_t limit = 1 << 30; // differences of sums must not overflow either
     return static_cast<int>(std::clamp(a + b, -limit, limit));
 }
 
 int openPlus(int size, int more)
 {
-    return size <= open - more ? plus(size, more) : open;
+    return size <= std::int64_t(open) - more ? plus(size, more) : open;
 }
 
 } // namespace
@@ -51,8 +51,8 @@ KsSizeTriple KsSizeDB::stacked(int axis, int margin, int spacing, int gaps, bool
         if (sum.max[axis] <= open - std::int64_t(row.max[axis])) sum.max[axis] += row.max[axis];
     }
     const int around = plus(margin, margin);
-    const int between = static_cast<int>(std::clamp<std::int64_t>(
-        std::int64_t(gaps) * spacing, -(1 << 30), 1 << 30));
+    const int between = static_cast<int>(
+        std::clamp<std::int64_t>(std::int64_t(gaps) * spacing, -(1 << 30), 1 << 30));
     sum.init[cross] = plus(sum.init[cross], around);
     sum.min[cross] = plus(sum.min[cross], around);
     sum.max[cross] = openPlus(sum.max[cross], around);

@@ -9,46 +9,53 @@
 #include <QBoxLayout>
 #include <QFrame>
 #include <algorithm>
+#include <cstdint>
 
 namespace {
 
 constexpr int border = 3; // of the edge style, on each side
 constexpr int open = KsSizeDB::openLimit;
 
-// Showing a window costs Qt time in the square of the depth of its layouts.
+// Showing a window costs Qt time in the square of the depth of its layouts. A scene has no limit of
+// its own.
 class LayoutDepth {
 public:
-    LayoutDepth() { ++s_depth; }
-    ~LayoutDepth() { --s_depth; }
-    bool isTooDeep() const { return s_depth > KsLimits::current().layoutNesting2D; }
+    explicit LayoutDepth(bool inWindow) : m_added(inWindow ? 1 : 0) { s_depth += m_added; }
+    ~LayoutDepth() { s_depth -= m_added; }
+    LayoutDepth(const LayoutDepth&) = delete;
+    LayoutDepth& operator=(const LayoutDepth&) = delete;
+    bool isTooDeep() const { return m_added && s_depth > KsLimits::current().layoutNesting2D; }
 
 private:
     inline static int s_depth = 0;
+    const int m_added;
 };
 
 } // namespace
 
 KsStackDialog::KsStackDialog(Axis axis, const char* objectName)
     : m_axis(axis), m_layoutName(objectName)
-{
-}
+{}
 
 KsStackDialog::~KsStackDialog() = default;
 
-void KsStackDialog::armSpacing(KsSFInt32& field)
-{
-    m_spacingSensor.arm(this, field);
-}
+void KsStackDialog::armSpacing(KsSFInt32& field) { m_spacingSensor.arm(this, field); }
 
 void KsStackDialog::updateFromSensor(KsSensor* sensor)
 {
-    if (m_spacingSensor.is(sensor)) changeSpacing();
-    else KsDialogGroup::updateFromSensor(sensor);
+    if (m_spacingSensor.is(sensor))
+        changeSpacing();
+    else
+        KsDialogGroup::updateFromSensor(sensor);
 }
+
+int KsStackDialog::room() const { return ksBounded(margin); }
+
+int KsStackDialog::gap() const { return ksBounded(spacing()); }
 
 void KsStackDialog::changeSpacing()
 {
-    if (m_groupWidget) m_layout->setSpacing(std::max<int>(spacing(), 0));
+    if (m_groupWidget) m_layout->setSpacing(std::max(gap(), 0));
 }
 
 void KsStackDialog::changeEdgeStyle()
@@ -60,7 +67,7 @@ void KsStackDialog::changeEdgeStyle()
 
 void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D)
 {
-    const LayoutDepth depth;
+    const LayoutDepth depth(build2D);
     if (depth.isTooDeep()) {
         KsDebugError::post("KsStackDialog::buildWidget",
                            "Groups stand more than %d deep in each other; what is below is not "
@@ -107,10 +114,12 @@ void KsStackDialog::updateChildren()
 
 void KsStackDialog::fixSizeWithBorder(KbVec2i32& size, int factor)
 {
-    constexpr int room = 2 * border;
+    constexpr int around = 2 * border;
     for (int axis = 0; axis < 2; ++axis) {
-        if (factor != 1) size[axis] += factor * room;
-        else size[axis] = size[axis] <= open - room ? size[axis] + room : open;
+        if (factor != 1)
+            size[axis] += factor * around;
+        else
+            size[axis] = size[axis] <= open - around ? size[axis] + around : open;
     }
     KsDialogGroup::fixSizeWithBorder(size, factor);
 }
@@ -123,8 +132,7 @@ void KsStackDialog::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& m
         KsSizeTriple& row = m_sizeDB[index++];
         child->getSize(row.init, row.min, row.max);
     });
-    const KsSizeTriple sum =
-        m_sizeDB.stacked(m_axis, margin, spacing(), m_elements.count() - 1, true);
+    const KsSizeTriple sum = m_sizeDB.stacked(m_axis, room(), gap(), m_elements.count() - 1, true);
     size = sum.init;
     min = sum.min;
     max = sum.max;
@@ -133,17 +141,17 @@ void KsStackDialog::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& m
 KbVec2i32 KsStackDialog::getComponentInitSize()
 {
     if (m_componentInitSize[0] != -1) return m_componentInitSize;
-    KbVec2i32 sum(2 * margin, 2 * margin);
-    const int along = m_axis;
     const int across = 1 - m_axis;
+    std::int64_t length = 2 * room() + (m_elements.count() - 1) * std::int64_t(gap());
+    int breadth = 2 * room();
     forEachChild([&](KsDialogComponent* child) {
         child->setAcrossStack(m_axis == Down);
         const KbVec2i32 size = child->getComponentInitSize();
-        sum[along] += size[along];
-        sum[across] = std::max(sum[across], size[across]);
+        length += size[m_axis];
+        breadth = std::max(breadth, size[across]);
     });
-    sum[along] += (m_elements.count() - 1) * spacing();
-    m_componentInitSize = sum;
+    m_componentInitSize[m_axis] = ksBounded(length);
+    m_componentInitSize[across] = breadth;
     return m_componentInitSize;
 }
 
@@ -161,10 +169,10 @@ void KsStackDialog::update3DChildren()
     getDefaultSize(init, min, max);
     m_sizeDB.share(along, size[along] - init[along]);
 
-    const int inset = margin + (edged ? border : 0);
+    const int inset = room() + (edged ? border : 0);
     KbVec2i32 place(inset, inset);
     KbVec2i32 childSize(0, 0);
-    childSize[across] = size[across] - 2 * margin + (edged ? 0 : 2 * border);
+    childSize[across] = size[across] - 2 * room() + (edged ? 0 : 2 * border);
     KbVec3f parentPlace = place3DChildren();
     int index = 0;
     forEachChild([&](KsDialogComponent* child) {
@@ -172,6 +180,7 @@ void KsStackDialog::update3DChildren()
         childSize[along] = m_sizeDB[index++].init[along];
         child->set3DParentTranslation(parentPlace);
         child->buildWidget(m_widget, childSize, place, 0);
-        place[along] += (along ? child->height : child->width) + spacing();
+        const int length = along ? child->height : child->width;
+        place[along] = ksBounded(std::int64_t(place[along]) + length + gap());
     });
 }
