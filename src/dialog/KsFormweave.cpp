@@ -15,6 +15,7 @@
 #include <formweave/KsAuditor.h>
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
+#include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -34,8 +35,8 @@ struct ClassSteps {
 #define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),      CLASS_STEPS(KsTopComponent), CLASS_STEPS(KsDialogComponent),
-    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogGroup),  CLASS_STEPS(KsColumnDialog),
-    CLASS_STEPS(KsRowDialog),      CLASS_STEPS(KsTopLevelDialog),
+    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogChoice), CLASS_STEPS(KsDialogGroup),
+    CLASS_STEPS(KsColumnDialog),   CLASS_STEPS(KsRowDialog),    CLASS_STEPS(KsTopLevelDialog),
 };
 #undef CLASS_STEPS
 
