@@ -8,6 +8,7 @@
 
 #include <arborium/base/KbPlaneProjector.h>
 #include <arborium/base/KsDBImpl.h>
+#include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
