@@ -1,5 +1,6 @@
 #pragma once
 
+#include <formweave/KsAskedSizes.h>
 #include <formweave/KsTopComponent.h>
 
 #include <QPointer>
@@ -97,6 +98,7 @@ protected:
     void setSize(int w, int h, int minW, int minH, int maxW, int maxH);
     void setDefaultState();
     void writeFields(KsWriteAction* action) override;
+    void copyContents(const KsNode* from, Copier& copier) override;
     // The steps of a build that a control fills in. `buildWidget` calls them behind its own, in
     // this order; containers have none of them.
     /// Window, at each build: makes the relay, with `installRelay`.
@@ -245,9 +247,11 @@ private:
     friend class KsDialogGroup;
     void insertFirst(KsNode* node, const char* part);
     void insertBefore(KsNode* node, const char* part);
+    KsAskedSizes::Fields sizeFields();
     QPointer<QWidget> m_layoutFrame;    ///< The relay that stands in `m_frameLayout` now.
     QPointer<QBoxLayout> m_frameLayout; ///< In the parent's layout; holds frame and spacer.
     bool m_spacerPlaced = false;
+    KsAskedSizes m_asked;
     KbVec2i32 m_size2D{-1, -1};
     KbVec2i32 m_size3D{-1, -1};
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <formweave/KsAskedSizes.h>
 #include <formweave/KsElementContainer.h>
 #include <formweave/KsSizeDB.h>
 #include <formweave/KsTopComponent.h>
@@ -25,20 +26,20 @@ public:
 
     KsTopLevelDialog();
 
-    KsSFInt32 width;        ///< 0: what the children need.
-    KsSFInt32 height;       ///< 0: what the children need.
-    KsSFVec2i32 position;   ///< Of the window on the desktop; 20 pixels are added to y.
-    KsSFVec3f position3D;   ///< Of the panel; y counts downward.
-    KsSFBool resizable;     ///< FALSE pins minimum and maximum to the size. Default TRUE.
-    KsSFInt32 minWidth;     ///< 0: from the children.
-    KsSFInt32 minHeight;    ///< 0: from the children.
-    KsSFInt32 maxWidth;     ///< Default 16777215.
-    KsSFInt32 maxHeight;    ///< Default 16777215.
-    KsSFInt32 margin;       ///< Around the children, in sizes and in 3D. Default 0.
-    KsSFInt32 rowSpacing;   ///< Between the children. Default 0.
-    KsSFBool modalFrame;    ///< Kept in files; no window flag depends on it.
-    KsSFBool hideChildren;  ///< The panel is dragged as an empty frame.
-    KsSFBool minimized;     ///< The panel shows its title strip only.
+    KsSFInt32 width;               ///< 0: what the children need.
+    KsSFInt32 height;              ///< 0: what the children need.
+    KsSFVec2i32 position;          ///< Of the window on the desktop; 20 pixels are added to y.
+    KsSFVec3f position3D;          ///< Of the panel; y counts downward.
+    KsSFBool resizable;            ///< FALSE pins minimum and maximum to the size. Default TRUE.
+    KsSFInt32 minWidth;            ///< 0: from the children.
+    KsSFInt32 minHeight;           ///< 0: from the children.
+    KsSFInt32 maxWidth;            ///< Default 16777215.
+    KsSFInt32 maxHeight;           ///< Default 16777215.
+    KsSFInt32 margin;              ///< Around the children, in sizes and in 3D. Default 0.
+    KsSFInt32 rowSpacing;          ///< Between the children. Default 0.
+    KsSFBool modalFrame;           ///< Kept in files; no window flag depends on it.
+    KsSFBool hideChildren;         ///< The panel is dragged as an empty frame.
+    KsSFBool minimized;            ///< The panel shows its title strip only.
     KsSFVec3f minimized3DPosition; ///< Of the strip.
     /// FALSE: strip and panel share one position. Default TRUE.
     KsSFBool independentMinimizedPosition;
@@ -87,7 +88,9 @@ public:
     /// Width and height of the panel's frame, and 1.
     KbVec3f getTopLevelSize() const;
 
-    /// Lays the whole tree out anew in one presentation.
+    /// Lays the whole tree out anew in one presentation. A window goes back to the place and size
+    /// of the fields, whatever a person did to it. A dialog that was built inside a parent which is
+    /// gone stays as it is.
     void updateDialogBuild(int use2D);
     void updateAfterSceneGraphChange();
     void updateChildren();
@@ -119,6 +122,7 @@ protected:
     ~KsTopLevelDialog() override;
     void childrenChanged() override;
     void writeFields(KsWriteAction* action) override;
+    void copyContents(const KsNode* from, Copier& copier) override;
 
 private:
     friend class KsDialogComponent;
@@ -129,6 +133,7 @@ private:
     void setChildrenComponentSize();
     void computeNewChildrenHeight(const KbVec2i32& target);
 
+    KsAskedSizes::Fields sizeFields();
     KsTopComponent* findMenuBar() const;
     void createBaseWidget(QWidget* parent);
     void updateBaseWidget();
@@ -177,6 +182,7 @@ private:
     KbVec2i32 m_defaultSize{0, 0};
     KbVec2i32 m_defaultMin{0, 0};
     KbVec2i32 m_defaultMax{0, 0};
+    KsAskedSizes m_asked;
     KbVec2i32 m_size3D{-1, -1};
     std::unique_ptr<KsDialogAuditor> m_defaultAuditor;
     KsElementSensor m_marginSensor, m_modalFrameSensor, m_rowSpacingSensor, m_resizableSensor,

@@ -4,7 +4,6 @@
 #include "KsLayouts.h"
 #include "KsSkinFamily.h"
 
-#include <arborium/base/KsLimits.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
@@ -37,13 +36,6 @@ char* KsDialogComponent::DialogComponent = const_cast<char*>(
 namespace {
 
 constexpr int openLimit = KsSizeDB::openLimit;
-
-// A size or position that came from a file or a program, brought into the range that layouts bear.
-int bounded(int value)
-{
-    const int limit = KsLimits::current().maxLimitSize;
-    return std::clamp(value, -limit, limit);
-}
 
 bool isStack(const KsFormweave* node)
 {
@@ -140,14 +132,23 @@ void KsDialogComponent::changeEdgeStyle()
     frame->setFrameShape(style != NONE ? QFrame::StyledPanel : QFrame::NoFrame);
 }
 
-void KsDialogComponent::changeWidth() { m_defaultSize[0] = width; }
+void KsDialogComponent::changeWidth()
+{
+    m_defaultSize[0] = width;
+    m_asked.update(sizeFields(), 0, 0);
+}
 
-void KsDialogComponent::changeHeight() { m_defaultSize[1] = height; }
+void KsDialogComponent::changeHeight()
+{
+    m_defaultSize[1] = height;
+    m_asked.update(sizeFields(), 1, 1);
+}
 
 void KsDialogComponent::changeMinMaxSize()
 {
     m_defaultMin.setValue(minWidth, minHeight);
     m_defaultMax.setValue(maxWidth, maxHeight);
+    m_asked.update(sizeFields(), 2, 5);
 }
 
 void KsDialogComponent::change3DEdgeStyle()
@@ -165,9 +166,9 @@ void KsDialogComponent::getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i
 void KsDialogComponent::resolveSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max,
                                     const KsSizeDefaults& defaults)
 {
-    min.setValue(bounded(minWidth), bounded(minHeight));
-    max.setValue(bounded(maxWidth), bounded(maxHeight));
-    size.setValue(bounded(width), bounded(height));
+    min.setValue(ksBounded(minWidth), ksBounded(minHeight));
+    max.setValue(ksBounded(maxWidth), ksBounded(maxHeight));
+    size.setValue(ksBounded(width), ksBounded(height));
     ksFillSizes(size, min, max, defaults);
     for (int axis = 0; axis < 2; ++axis) {
         size[axis] = std::min(std::max(size[axis], min[axis]), max[axis]);
@@ -204,6 +205,7 @@ void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32&
         m_defaultSize.setValue(width, height);
         m_defaultMin.setValue(minWidth, minHeight);
         m_defaultMax.setValue(maxWidth, maxHeight);
+        m_asked.record(sizeFields());
     }
     setSize(s[0], s[1], mn[0], mn[1], mx[0], mx[1]);
     setDefaultState();
@@ -246,6 +248,11 @@ void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32&
     armSensors();
 }
 
+KsAskedSizes::Fields KsDialogComponent::sizeFields()
+{
+    return {&width, &height, &minWidth, &minHeight, &maxWidth, &maxHeight};
+}
+
 void KsDialogComponent::setSize(int w, int h, int minW, int minH, int maxW, int maxH)
 {
     ksWriteSilently(m_widthSensor, width, w);
@@ -270,17 +277,19 @@ void KsDialogComponent::writeFields(KsWriteAction* action)
 {
     // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
     // user's.
-    if (!isBuilt3D() || m_build2D) {
+    if (m_build2D) {
         KsTopComponent::writeFields(action);
         return;
     }
-    const KsRequestedSizes requested({{width, m_defaultSize[0]},
-                                      {height, m_defaultSize[1]},
-                                      {minWidth, m_defaultMin[0]},
-                                      {minHeight, m_defaultMin[1]},
-                                      {maxWidth, m_defaultMax[0]},
-                                      {maxHeight, m_defaultMax[1]}});
+    const KsAskedSizes::Shown asked(m_asked, sizeFields());
     KsTopComponent::writeFields(action);
+}
+
+void KsDialogComponent::copyContents(const KsNode* from, Copier& copier)
+{
+    KsTopComponent::copyContents(from, copier);
+    // A copy asks for what the original was asked for, not for what a layout found.
+    static_cast<const KsDialogComponent*>(from)->m_asked.restore(sizeFields());
 }
 
 void KsDialogComponent::resetSize()
@@ -292,6 +301,9 @@ void KsDialogComponent::resetSize()
     m_componentSize.setValue(0, 0);
     height = 0;
     width = 0;
+    // The zeros ask for nothing.
+    height.setDefault(true);
+    width.setDefault(true);
 }
 
 void KsDialogComponent::updateFromSensor(KsSensor* sensor)

@@ -19,8 +19,7 @@ const KsElementListTraits traits{"KsDialogGroup", &KsDialogComponent::getClassTy
 
 } // namespace
 
-KsDialogGroup::KsDialogGroup()
-    : KsElementContainer<KsDialogComponent, KsDialogComponent>(traits)
+KsDialogGroup::KsDialogGroup() : KsElementContainer<KsDialogComponent, KsDialogComponent>(traits)
 {
     KsInstanceBuilder build(classRecord, this);
     build.enums("ScrollVisibility", {{"NEVER", NEVER}, {"ALWAYS", ALWAYS}, {"AUTO", AUTO}});
@@ -35,20 +34,11 @@ KsDialogGroup::~KsDialogGroup()
     forEachChild([](KsDialogComponent* child) { child->destroyWidget(); });
 }
 
-void KsDialogGroup::addAuditor(KsDialogAuditor* auditor)
-{
-    KsFormweave::addAuditor(auditor);
-}
+void KsDialogGroup::addAuditor(KsDialogAuditor* auditor) { KsFormweave::addAuditor(auditor); }
 
-void KsDialogGroup::removeAuditor(KsDialogAuditor* auditor)
-{
-    KsFormweave::removeAuditor(auditor);
-}
+void KsDialogGroup::removeAuditor(KsDialogAuditor* auditor) { KsFormweave::removeAuditor(auditor); }
 
-void KsDialogGroup::applyAuditors()
-{
-    ksApplyAuditors(this, m_elements);
-}
+void KsDialogGroup::applyAuditors() { ksApplyAuditors(this, m_elements); }
 
 void KsDialogGroup::applyAuditor(KsFormweave* node)
 {
@@ -91,8 +81,10 @@ void KsDialogGroup::updateAfterSceneGraphChange()
     m_labelSize.setValue(0, 0);
     m_spareSize.setValue(0, 0);
     if (!m_parent || !m_parent->canBeTraversed()) return;
-    if (auto* top = ksCast<KsTopLevelDialog>(m_parent)) top->updateAfterSceneGraphChange();
-    else if (auto* group = ksCast<KsDialogGroup>(m_parent)) group->updateAfterSceneGraphChange();
+    if (auto* top = ksCast<KsTopLevelDialog>(m_parent))
+        top->updateAfterSceneGraphChange();
+    else if (auto* group = ksCast<KsDialogGroup>(m_parent))
+        group->updateAfterSceneGraphChange();
 }
 
 void KsDialogGroup::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D)
@@ -220,15 +212,9 @@ void KsDialogGroup::setComponentSize(KbVec2i32& size)
     setChildrenComponentSize();
 }
 
-KbVec2i32 KsDialogGroup::getComponentInitSize()
-{
-    return {0, 0};
-}
+KbVec2i32 KsDialogGroup::getComponentInitSize() { return {0, 0}; }
 
-KbVec2i32 KsDialogGroup::getLabelInitSize()
-{
-    return {0, 0};
-}
+KbVec2i32 KsDialogGroup::getLabelInitSize() { return {0, 0}; }
 
 void KsDialogGroup::fixSizeWithBorder(KbVec2i32&, int) {}
 void KsDialogGroup::setChildrenComponentSize() {}
@@ -236,6 +222,8 @@ void KsDialogGroup::setChildrenLabelSize() {}
 
 void KsDialogGroup::getBoundingBox(KsGetBoundingBoxAction* action)
 {
+    // A group of no concrete kind places nobody: nothing of it is in the scene.
+    if (getTypeId() == getClassTypeId()) return;
     buildOn3DTraversal([this] {
         KsFormweave* top = getFirstTopParent(0, 1);
         if (top && !top->isBuilt3D()) {

@@ -43,24 +43,6 @@ KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidg
     return room;
 }
 
-KsRequestedSizes::KsRequestedSizes(std::initializer_list<Row> rows)
-{
-    for (const Row& row : rows) {
-        if (row.field.isDefault() || row.requested == row.field.getValue()) continue;
-        m_found.emplace_back(&row.field, row.field.getValue());
-        row.field.initValue(row.requested);
-        row.field.setDefault(false);
-    }
-}
-
-KsRequestedSizes::~KsRequestedSizes()
-{
-    for (const auto& [field, value] : m_found) {
-        field->initValue(value);
-        field->setDefault(false);
-    }
-}
-
 int ksBounded(std::int64_t value)
 {
     const std::int64_t limit = KsLimits::current().maxLimitSize;
@@ -75,7 +57,9 @@ int ksQtAlignment(int labelAlignment)
 
 void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max)
 {
-    const auto limit = [](int size) { return size > 0 ? std::min(size, QWIDGETSIZE_MAX) : QWIDGETSIZE_MAX; };
+    const auto limit = [](int size) {
+        return size > 0 ? std::min(size, QWIDGETSIZE_MAX) : QWIDGETSIZE_MAX;
+    };
     widget->setMinimumSize(std::clamp(min[0], 0, QWIDGETSIZE_MAX),
                            std::clamp(min[1], 0, QWIDGETSIZE_MAX));
     widget->setMaximumSize(limit(max[0]), limit(max[1]));
@@ -94,7 +78,7 @@ void ksFillSizes(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, const KsSizeDe
     }
 }
 
-void ksAlignLabels(const KsElementList& children, bool shared)
+void ksAlignLabels(const KsElementList& children, bool shared, bool hiddenHaveHeight)
 {
     int widest = 0;
     if (shared) {
@@ -104,8 +88,12 @@ void ksAlignLabels(const KsElementList& children, bool shared)
     }
     forEachComponent(children, [&](KsDialogComponent* child) {
         KbVec2i32 zone(0, 0);
-        if (shared) zone.setValue(widest, child->getLabelInitSize()[1]);
-        else if (child->labelVisibility) zone = child->getLabelInitSize();
+        if (shared && !child->labelVisibility && !hiddenHaveHeight)
+            zone.setValue(widest, 0);
+        else if (shared)
+            zone.setValue(widest, child->getLabelInitSize()[1]);
+        else if (child->labelVisibility)
+            zone = child->getLabelInitSize();
         child->setLabelSize(zone);
     });
 }

@@ -8,9 +8,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
-#include <utility>
-#include <vector>
 
 class KsFormweave;
 class QBoxLayout;
@@ -47,23 +44,6 @@ inline void ksMarkDefault(KsField& field, bool isDefault)
 /// A size or position that came from a file or a program, brought into the range that layouts bear.
 int ksBounded(std::int64_t value);
 
-/// For the time of writing a file: the sizes that the application asked for stand in the fields in
-/// place of those that a layout found. Nobody is told.
-class KsRequestedSizes {
-public:
-    struct Row {
-        KsSFInt32& field;
-        int requested;
-    };
-    explicit KsRequestedSizes(std::initializer_list<Row> rows);
-    ~KsRequestedSizes();
-    KsRequestedSizes(const KsRequestedSizes&) = delete;
-    KsRequestedSizes& operator=(const KsRequestedSizes&) = delete;
-
-private:
-    std::vector<std::pair<KsSFInt32*, int>> m_found;
-};
-
 /// Gives the three default sizes of an element.
 using KsSizeDefaults = std::function<void(KbVec2i32&, KbVec2i32&, KbVec2i32&)>;
 
@@ -74,5 +54,5 @@ void ksFillSizes(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, const KsSizeDe
 /// (`ksAlignLabels`) and the control column (`ksAlignControls`). With `shared` all get the width of
 /// the widest; otherwise each keeps its own. Elements that are no components do not take part.
 class KsElementList;
-void ksAlignLabels(const KsElementList& children, bool shared);
+void ksAlignLabels(const KsElementList& children, bool shared, bool hiddenHaveHeight = true);
 void ksAlignControls(const KsElementList& children, bool shared);

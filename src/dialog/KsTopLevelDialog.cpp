@@ -3,11 +3,13 @@
 #include <formweave/KsTopLevelDialog.h>
 
 #include "../auditors/KsAuditorDispatch.h"
+#include "../qt/KsRelay.h"
 #include "KsElementSearch.h"
 #include "KsLayouts.h"
 
 #include <arborium/base/KbPlaneProjector.h>
 #include <arborium/base/KsDBImpl.h>
+#include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
@@ -33,15 +35,18 @@ constexpr int downward = 1;      // the axis along which the children are stacke
 const KsElementListTraits traits{"KsTopLevelDialog", &KsTopComponent::getClassTypeId,
                                  "; Be careful", false};
 
-int presentation()
+bool isMenuBar(const KsTopComponent* child)
 {
-    return KsDBImpl::m_noLocalWidgets ? 0 : 1;
+    // A class that is not registered has the bad type, of which no element is.
+    return child->isOfType(KsType::fromName("MenuBar"));
 }
+
+int presentation() { return KsDBImpl::m_noLocalWidgets ? 0 : 1; }
 
 } // namespace
 
 KsTopLevelDialog::KsTopLevelDialog()
-    : KsElementContainer<KsFormweave, KsTopComponent>(traits),
+    : KsElementContainer<KsFormweave, KsTopComponent>(traits), m_asked(largestWidget),
       m_defaultAuditor(std::make_unique<KsTopLevelAuditor>())
 {
     KsInstanceBuilder build(classRecord, this);
@@ -82,26 +87,21 @@ KsTopLevelDialog::KsTopLevelDialog()
 KsTopLevelDialog::~KsTopLevelDialog()
 {
     forEachChild([](KsTopComponent* child) {
-        if (!child->isOfType(KsType::fromName("MenuBar"))) child->destroyWidget();
+        if (!isMenuBar(child)) child->destroyWidget();
     });
-    delete m_focusedWidget.data();
-    delete m_scrolledWidget.data();
+    // One of them may be what has just been clicked.
+    ksDeleteWidget(m_focusedWidget);
+    ksDeleteWidget(m_scrolledWidget);
 }
 
-void KsTopLevelDialog::addAuditor(KsDialogAuditor* auditor)
-{
-    KsFormweave::addAuditor(auditor);
-}
+void KsTopLevelDialog::addAuditor(KsDialogAuditor* auditor) { KsFormweave::addAuditor(auditor); }
 
 void KsTopLevelDialog::removeAuditor(KsDialogAuditor* auditor)
 {
     KsFormweave::removeAuditor(auditor);
 }
 
-void KsTopLevelDialog::applyAuditors()
-{
-    ksApplyAuditors(this, m_elements);
-}
+void KsTopLevelDialog::applyAuditors() { ksApplyAuditors(this, m_elements); }
 
 void KsTopLevelDialog::applyAuditor(KsFormweave* node)
 {
@@ -155,35 +155,17 @@ int KsTopLevelDialog::destroyDialog()
     return 0;
 }
 
-QWidget* KsTopLevelDialog::getBaseWidget() const
-{
-    return m_baseWidget;
-}
+QWidget* KsTopLevelDialog::getBaseWidget() const { return m_baseWidget; }
 
-QWidget* KsTopLevelDialog::getCurrentFocusedWidget() const
-{
-    return m_focusedWidget;
-}
+QWidget* KsTopLevelDialog::getCurrentFocusedWidget() const { return m_focusedWidget; }
 
-void KsTopLevelDialog::setCurrentFocusedWidget(QWidget* widget)
-{
-    m_focusedWidget = widget;
-}
+void KsTopLevelDialog::setCurrentFocusedWidget(QWidget* widget) { m_focusedWidget = widget; }
 
-QWidget* KsTopLevelDialog::getCurrentScrolledWidget() const
-{
-    return m_scrolledWidget;
-}
+QWidget* KsTopLevelDialog::getCurrentScrolledWidget() const { return m_scrolledWidget; }
 
-void KsTopLevelDialog::setCurrentScrolledWidget(QWidget* widget)
-{
-    m_scrolledWidget = widget;
-}
+void KsTopLevelDialog::setCurrentScrolledWidget(QWidget* widget) { m_scrolledWidget = widget; }
 
-void* KsTopLevelDialog::getLayout() const
-{
-    return static_cast<QBoxLayout*>(m_layout.data());
-}
+void* KsTopLevelDialog::getLayout() const { return static_cast<QBoxLayout*>(m_layout.data()); }
 
 KsMenuBar* KsTopLevelDialog::widgetHasMenuBar() const
 {
@@ -192,9 +174,8 @@ KsMenuBar* KsTopLevelDialog::widgetHasMenuBar() const
 
 KsTopComponent* KsTopLevelDialog::findMenuBar() const
 {
-    const KsType menuBar = KsType::fromName("MenuBar");
-    for (int i = 0; !menuBar.isBad() && i < m_elements.count(); ++i) {
-        if (childAt(i)->isOfType(menuBar)) return childAt(i);
+    for (int i = 0; i < m_elements.count(); ++i) {
+        if (isMenuBar(childAt(i))) return childAt(i);
     }
     return nullptr;
 }
@@ -206,6 +187,7 @@ void KsTopLevelDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& 
         createBaseWidget(parent);
         m_firstBuild = 0;
     }
+    m_asked.record(sizeFields());
     m_sizeDB.setCount(m_elements.count());
     KbVec2i32 current, min, max;
     getSize(current, min, max);
@@ -222,8 +204,9 @@ void KsTopLevelDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& 
     setSize(current[0], current[1], min[0], min[1], max[0], max[1]);
     setDefaultState();
     if (build2D) {
-        ksLimitWidget(m_baseWidget, min, max);
-        updateBaseWidget();
+        // A program that hears of the sizes may have taken the window away.
+        if (m_baseWidget) ksLimitWidget(m_baseWidget, min, max);
+        if (m_baseWidget) updateBaseWidget();
     } else {
         m_size3D = current;
         if (!isBuilt3D()) {
@@ -273,7 +256,7 @@ void KsTopLevelDialog::createBaseWidget(QWidget* parent)
 
 void KsTopLevelDialog::updateBaseWidget()
 {
-    m_baseWidget->resize(std::max<int>(width, 0), std::max<int>(height, 0));
+    m_baseWidget->resize(std::max(ksBounded(width), 0), std::max(ksBounded(height), 0));
     createTopLevelWidget();
     changePosition();
     updateTopLevelWidget();
@@ -290,7 +273,7 @@ void KsTopLevelDialog::updateChildren()
 void KsTopLevelDialog::changePosition()
 {
     const KbVec2i32 place = position;
-    if (m_baseWidget) m_baseWidget->move(place[0], place[1] + titleBarRoom);
+    if (m_baseWidget) m_baseWidget->move(ksBounded(place[0]), ksBounded(place[1]) + titleBarRoom);
 }
 
 void KsTopLevelDialog::changeLabel()
@@ -306,24 +289,27 @@ void KsTopLevelDialog::changeEnable()
 
 void KsTopLevelDialog::changeRowSpacing()
 {
-    if (m_layout) m_layout->setSpacing(std::max<int>(rowSpacing, 0));
+    if (m_layout) m_layout->setSpacing(std::max(ksBounded(rowSpacing), 0));
 }
 
 void KsTopLevelDialog::changeMinMaxSize()
 {
     m_defaultMin.setValue(minWidth, minHeight);
     m_defaultMax.setValue(maxWidth, maxHeight);
+    m_asked.update(sizeFields(), 2, 5);
     if (m_baseWidget) ksLimitWidget(m_baseWidget, m_defaultMin, m_defaultMax);
 }
 
 void KsTopLevelDialog::changeWidth()
 {
     m_defaultSize[0] = width;
+    m_asked.update(sizeFields(), 0, 0);
 }
 
 void KsTopLevelDialog::changeHeight()
 {
     m_defaultSize[1] = height;
+    m_asked.update(sizeFields(), 1, 1);
 }
 
 void KsTopLevelDialog::updateFromSensor(KsSensor* sensor)
@@ -373,6 +359,11 @@ void KsTopLevelDialog::setSize(int w, int h, int minW, int minH, int maxW, int m
     ksWriteSilently(m_maxHeightSensor, maxHeight, maxH);
 }
 
+KsAskedSizes::Fields KsTopLevelDialog::sizeFields()
+{
+    return {&width, &height, &minWidth, &minHeight, &maxWidth, &maxHeight};
+}
+
 void KsTopLevelDialog::setDefaultState()
 {
     const bool pinned = !resizable;
@@ -398,26 +389,28 @@ void KsTopLevelDialog::writeFields(KsWriteAction* action)
 {
     // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
     // user's.
-    if (!isBuilt3D() || m_build2D) {
+    if (m_build2D) {
         KsFormweave::writeFields(action);
         return;
     }
-    const KsRequestedSizes requested({{width, m_defaultSize[0]},
-                                      {height, m_defaultSize[1]},
-                                      {minWidth, m_defaultMin[0]},
-                                      {minHeight, m_defaultMin[1]},
-                                      {maxWidth, m_defaultMax[0]},
-                                      {maxHeight, m_defaultMax[1]}});
+    const KsAskedSizes::Shown asked(m_asked, sizeFields());
     KsFormweave::writeFields(action);
+}
+
+void KsTopLevelDialog::copyContents(const KsNode* from, Copier& copier)
+{
+    KsElementContainer::copyContents(from, copier);
+    // A copy asks for what the original was asked for, not for what a layout found.
+    static_cast<const KsTopLevelDialog*>(from)->m_asked.restore(sizeFields());
 }
 
 // The layout.
 
 void KsTopLevelDialog::getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
 {
-    min.setValue(minWidth, minHeight);
-    max.setValue(maxWidth, maxHeight);
-    size.setValue(width, height);
+    min.setValue(ksBounded(minWidth), ksBounded(minHeight));
+    max.setValue(ksBounded(maxWidth), ksBounded(maxHeight));
+    size.setValue(ksBounded(width), ksBounded(height));
     ksFillSizes(size, min, max, [this](KbVec2i32& s, KbVec2i32& mn, KbVec2i32& mx) {
         getDefaultSize(s, mn, mx);
         fixSizeWithBorder(s, 1);
@@ -433,29 +426,23 @@ void KsTopLevelDialog::getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
 void KsTopLevelDialog::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max)
 {
     m_sizeDB.setCount(m_elements.count());
-    const KsTopComponent* menuBar = findMenuBar();
     int index = 0;
     forEachChild([&](KsTopComponent* child) {
         KsSizeTriple& row = m_sizeDB[index++];
         child->getSize(row.init, row.min, row.max);
-        if (child == menuBar) row.max[downward] = row.min[downward];
+        if (isMenuBar(child)) row.max[downward] = row.min[downward];
     });
-    const int spaced = m_elements.count() - (menuBar ? 1 : 0);
-    const KsSizeTriple sum = m_sizeDB.stacked(downward, margin, rowSpacing, spaced - 1, false);
+    const int spaced = m_elements.count() - (findMenuBar() ? 1 : 0);
+    const KsSizeTriple sum =
+        m_sizeDB.stacked(downward, ksBounded(margin), ksBounded(rowSpacing), spaced - 1, false);
     size = sum.init;
     min = sum.min;
     max = sum.max;
 }
 
-void KsTopLevelDialog::setChildrenLabelSize()
-{
-    ksAlignLabels(m_elements, true);
-}
+void KsTopLevelDialog::setChildrenLabelSize() { ksAlignLabels(m_elements, true, false); }
 
-void KsTopLevelDialog::setChildrenComponentSize()
-{
-    ksAlignControls(m_elements, true);
-}
+void KsTopLevelDialog::setChildrenComponentSize() { ksAlignControls(m_elements, true); }
 
 void KsTopLevelDialog::computeNewChildrenHeight(const KbVec2i32& target)
 {
@@ -482,6 +469,8 @@ void KsTopLevelDialog::resetSize()
 void KsTopLevelDialog::updateDialogBuild(int use2D)
 {
     const KsKeepAlive keep(this);
+    // The widget that the dialog was built inside is gone: there is nothing to lay out.
+    if (use2D && m_buildInsideParent && !m_baseWidget) return;
     resetSize();
     m_sizeDB.clear();
     setChildrenLabelSize();

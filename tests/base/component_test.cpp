@@ -155,7 +155,11 @@ TEST_F(Component, whatTheApplicationAskedForIsWritten)
     const std::string text = written(box.get());
     for (const char* value : {"width 150", "minHeight 30", "maxWidth 400"})
         EXPECT_NE(text.find(value), std::string::npos) << text;
-    EXPECT_EQ(text.find("maxHeight"), std::string::npos) << text;
+    EXPECT_NE(text.find("maxHeight 32767"), std::string::npos) << "as the file had it: " << text;
+    // A window keeps to the mark.
+    build(box.get(), 1);
+    EXPECT_EQ(written(box.get()).find("maxHeight"), std::string::npos);
+    box->destroyWidget();
 }
 
 TEST_F(Component, aFixedWidthClosesItsLimits)

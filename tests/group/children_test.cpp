@@ -2,6 +2,10 @@
 
 #include "Trees.h"
 
+#include <formweave/KsDialogAuditor.h>
+
+#include <QtTest/QtTest>
+
 namespace {
 
 enum class Kind { Dialog, Rows, Columns };
@@ -201,6 +205,7 @@ TEST_P(Children, aGroupThatIsRemovedAndAddedAgainIsBuiltAnew)
     container->internalRemoveChild(rows.get());
     EXPECT_EQ(rows->getWidget(), nullptr);
     EXPECT_EQ(inner->getWidget(), nullptr);
+    EXPECT_FALSE(inner->isBuilt2D());
     expect({boxes[0], boxes[1], boxes[2]});
     container->internalAddChild(rows.get());
     check();
@@ -397,6 +402,87 @@ TEST_F(Visits, surviveTheEndOfTheContainer)
         if (labels == "ab") last->unref();
     });
     EXPECT_EQ(labels, "abcd");
+}
+
+// Changes by an auditor, while the click that it hears is still on its way.
+
+namespace {
+
+class Meddling : public Trees, public KsDialogAuditor {
+public:
+    void dialogCheckBox(KsDialogCheckBox*) override
+    {
+        if (meddle) meddle();
+    }
+
+protected:
+    void SetUp() override
+    {
+        Trees::SetUp();
+        rows = new Rows;
+        columns = new Columns;
+        for (const char* label : {"a", "b"}) rows->addChild(makeBox(label));
+        columns->addChild(rows.get());
+        columns->addChild(makeBox("c"));
+        dialog->addChild(columns);
+        dialog->addAuditor(this);
+        buildWindow(true);
+        buildScene();
+    }
+    void TearDown() override
+    {
+        rows.reset();
+        Trees::TearDown();
+    }
+    void click()
+    {
+        QCheckBox* widget = toggleOf(rows->getChild(0));
+        QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, QPoint(8, widget->height() / 2));
+        settle();
+    }
+    KsRef<Rows> rows;
+    Columns* columns = nullptr;
+    std::function<void()> meddle;
+};
+
+} // namespace
+
+TEST_F(Meddling, anAuditorMayAddToTheGroupOfItsControl)
+{
+    meddle = [&] { rows->insertChild(makeBox("late"), 0); };
+    click();
+    EXPECT_EQ(numToggles(), 4);
+    EXPECT_EQ(framesIn(rows.get()), expectedFrames(rows.get()));
+    EXPECT_TRUE(toggleOf(rows->getChild(1))->isChecked());
+    meddle = nullptr;
+    click();
+    EXPECT_TRUE(toggleOf(rows->getChild(0))->isChecked()) << "the late one";
+}
+
+TEST_F(Meddling, anAuditorMayRemoveTheGroupOfItsControlAndAddItAgain)
+{
+    meddle = [&] { columns->removeChild(0); };
+    click();
+    EXPECT_EQ(numToggles(), 1);
+    EXPECT_EQ(framesIn(columns), expectedFrames(columns));
+    EXPECT_TRUE(static_cast<KsDialogCheckBox*>(rows->getChild(0))->state);
+    columns->addChild(rows.get());
+    meddle = [&] {
+        columns->removeChild(rows.get());
+        columns->addChild(rows.get());
+    };
+    click();
+    EXPECT_EQ(numToggles(), 3);
+    EXPECT_EQ(framesIn(columns), expectedFrames(columns));
+    EXPECT_EQ(framesIn(rows.get()), expectedFrames(rows.get()));
+}
+
+TEST_F(Meddling, anAuditorMayEmptyTheDialog)
+{
+    meddle = [&] { dialog->removeAllChildren(); };
+    click();
+    EXPECT_EQ(numToggles(), 0);
+    EXPECT_EQ(layoutOf(dialog.get())->count(), 0);
 }
 
 // What joins.
@@ -639,6 +725,27 @@ TEST_F(Copies, keepThePartsThatTheApplicationSet)
     KsNode* part = copied->getPart("frame", false);
     ASSERT_TRUE(part);
     EXPECT_EQ(part->getName(), KbName("mine"));
+}
+
+TEST_F(Copies, reachDownToTheInnermostGroup)
+{
+    KsRef<Rows> outermost(new Rows);
+    KsDialogGroup* innermost = outermost.get();
+    constexpr int levels = 120;
+    for (int i = 1; i < levels; ++i) {
+        auto* group = new Rows;
+        innermost->addChild(group);
+        innermost = group;
+    }
+    innermost->addChild(makeBox("below all"));
+    KsRef<KsFormweave> copied(static_cast<KsFormweave*>(outermost->copy()));
+    KsFormweave* element = copied.get();
+    for (int i = 0; i < levels; ++i) {
+        ASSERT_EQ(element->getElements()->count(), 1) << i;
+        EXPECT_EQ(element->getElements()->at(0)->getParentElement(), element);
+        element = element->getElements()->at(0);
+    }
+    EXPECT_EQ(element->label, "below all");
 }
 
 TEST_F(Copies, ofAChildHaveNoParent)

@@ -2,6 +2,9 @@
 
 #include "Trees.h"
 
+#include <arborium/actions/KsPath.h>
+#include <arborium/actions/KsRayPickAction.h>
+#include <arborium/actions/KsSearchAction.h>
 #include <arborium/base/KsDBImpl.h>
 #include <arborium/base/KsPreferences.h>
 #include <formweave/KsDialogAuditor.h>
@@ -50,20 +53,26 @@ TEST_F(Group, addsItsFieldsBehindThoseOfAComponent)
     EXPECT_EQ(columns->columnSpacing, 0);
 }
 
-TEST_F(Group, answersNothingAboutSizesUntilASubclassDoes)
+TEST_F(Group, metByItselfInAFileShowsAnEmptyFrameAndNothingInAScene)
 {
-    auto* group = static_cast<KsDialogGroup*>(KsDialogGroup::getClassTypeId().createInstance());
-    if (!group) {
-        KsRef<KsSeparator> read = readScene(std::string(header) + "DialogGroup { }");
-        SUCCEED() << "only subclasses can be made";
-        return;
-    }
-    KsRef<KsDialogGroup> hold(group);
+    dialog = readNode<KsTopLevelDialog>(std::string(header) +
+                                        "TopLevelDialog { DialogGroup { DialogCheckBox { } } }");
+    ASSERT_TRUE(dialog);
+    auto* group = ksCast<KsDialogGroup>(dialog->getChild(0));
+    ASSERT_TRUE(group);
     EXPECT_EQ(group->getLabelInitSize(), KbVec2i32(0, 0));
     EXPECT_EQ(group->getComponentInitSize(), KbVec2i32(0, 0));
     KbVec2i32 size(7, 8);
     group->fixSizeWithBorder(size, 1);
     EXPECT_EQ(size, KbVec2i32(7, 8));
+    for (int i = 0; i < 2; ++i) {
+        buildWindow(true);
+        EXPECT_EQ(framesIn(dialog.get()), expectedFrames(dialog.get()));
+        EXPECT_EQ(numToggles(), 0);
+    }
+    buildScene();
+    EXPECT_EQ(group->isBuilt3D(), 0);
+    EXPECT_EQ(group->getChild(0)->isBuilt3D(), 0);
 }
 
 TEST_F(Group, aChildAddedBeforeTheFirstBuildTriggersNothingAndTheFirstBuildSeesIt)
@@ -421,4 +430,52 @@ TEST_F(Group, handsItsPlaceInTheSceneOnToItsChildren)
     // Each level stands on top of the one that it is in.
     EXPECT_GT(box->get3DParentTranslation()[2], inner->get3DParentTranslation()[2]);
     EXPECT_GT(inner->get3DParentTranslation()[2], rows->get3DParentTranslation()[2]);
+}
+
+TEST_F(Group, isSearchedThroughAndPathsEndAtTheInnermostElement)
+{
+    auto* rows = new Rows;
+    ProbeBox* box = makeBox("a");
+    rows->addChild(box);
+    dialog->addChild(rows);
+    buildScene();
+    KsSearchAction search;
+    search.setType(KsDialogCheckBox::getClassTypeId());
+    search.apply(scene.get());
+    ASSERT_TRUE(search.getPath());
+    EXPECT_EQ(search.getPath()->getTail(), box);
+    EXPECT_EQ(search.getPath()->getLength(), 4);
+    search.reset();
+    // A node among the parts of the box: the path is shown up to the box.
+    search.setNode(box->m_mainTranslation.get());
+    search.apply(scene.get());
+    ASSERT_TRUE(search.getPath());
+    EXPECT_EQ(search.getPath()->getTail(), box);
+    search.reset();
+    // And one of the group's own parts, which come behind the children.
+    search.setNode(rows->m_mainTranslation.get());
+    search.apply(scene.get());
+    ASSERT_TRUE(search.getPath());
+    EXPECT_EQ(search.getPath()->getTail(), rows);
+}
+
+TEST_F(Group, isPickedThroughDownToTheElementThatIsHit)
+{
+    auto* rows = new Rows;
+    ProbeBox* upper = makeBox("a");
+    ProbeBox* lower = makeBox("b");
+    rows->addChild(upper);
+    rows->addChild(lower);
+    dialog->addChild(rows);
+    buildScene();
+    for (ProbeBox* box : {upper, lower}) {
+        const Extent extent = extentOf(box);
+        KsRayPickAction pick{KbViewportRegion()};
+        pick.setRay(
+            KbVec3f(extent.left + extent.width() / 2, -extent.top - extent.height() / 2, 1000),
+            KbVec3f(0, 0, -1));
+        pick.apply(scene.get());
+        ASSERT_TRUE(pick.getPickedPoint());
+        EXPECT_EQ(pick.getPickedPoint()->getPath()->getTail(), box);
+    }
 }

@@ -296,6 +296,41 @@ TEST_F(StackLayout, anEdgeAndAMarginStandAroundTheChildrenInAScene)
     }
 }
 
+TEST_F(StackLayout, aFormIsLaidOutAlikeInAWindowAndInAScene)
+{
+    Form form;
+    form.left->rowSpacing = 7;
+    form.columns->columnSpacing = 9;
+    // Twins: a window and a scene share what is left over differently among columns.
+    form.left->edgeStyle = KsDialogComponent::SHADOW_IN;
+    form.right->edgeStyle = KsDialogComponent::SHADOW_IN;
+    form.right->rowSpacing = 7;
+    form.boxes[2]->label = "a";
+    form.boxes[3]->label = "a longer label";
+    auto* outer = new Rows;
+    outer->rowSpacing = 4;
+    ProbeBox* head = makeBox("a head over all");
+    outer->addChild(head);
+    outer->addChild(form.columns);
+    dialog->addChild(outer);
+    buildWindow(true);
+    buildScene();
+    EXPECT_EQ(window()->width(), dialog->width);
+    EXPECT_EQ(window()->height(), dialog->height);
+    const Extent all = extentOf(outer);
+    std::vector<KsDialogComponent*> elements{head, form.columns, form.left, form.right};
+    elements.insert(elements.end(), std::begin(form.boxes), std::end(form.boxes));
+    for (KsDialogComponent* element : elements) {
+        const QRect flat = placeOf(frameOf(element));
+        const Extent solid = extentOf(element);
+        SCOPED_TRACE(element->label.getValue().getString());
+        EXPECT_NEAR(flat.left(), solid.left - all.left, 3.1);
+        EXPECT_NEAR(flat.top(), solid.top - all.top, 3.1);
+        EXPECT_NEAR(flat.width(), solid.width(), 3.1);
+        EXPECT_NEAR(flat.height(), solid.height(), 3.1);
+    }
+}
+
 TEST_F(StackLayout, aResizedWindowLeavesThePanelAsItIs)
 {
     Form form;

@@ -115,10 +115,13 @@
 #include <arborium/io/KsOutput.h>
 
 #include <arborium/render/KsDrawList.h>
+#include <arborium/render/KsGL.h>
 #include <arborium/render/KsGLContext.h>
 #include <arborium/render/KsMesh.h>
 #include <arborium/render/KsOffscreenRenderer.h>
 
 #include <arborium/qt/KsQt.h>
+#include <arborium/qt/KsQtBasicSlider.h>
 #include <arborium/qt/KsQtComponent.h>
+#include <arborium/qt/KsQtGLWidget.h>
 #include <arborium/qt/KsQtViewer.h>

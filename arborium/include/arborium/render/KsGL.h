@@ -1,0 +1,59 @@
+#pragma once
+
+#include <arborium/base/KbColor.h>
+
+#include <cstdint>
+#include <vector>
+
+/// OpenGL's immediate mode, as far as small widgets need it: they draw themselves with a handful of
+/// calls in pixels, x to the right and y upward from the lower left corner. Calls go to the target
+/// that is open, and to nowhere without one. The target draws with the context of the process, or by
+/// raster where there is none (see `KsGLContext`); both give the same picture.
+class ARBORIUM_API KsGL {
+public:
+    // With OpenGL's values.
+    enum Primitive { LINES = 0x0001, QUAD_STRIP = 0x0008, POLYGON = 0x0009 }; ///< convex polygons
+    enum ShadeModel { FLAT = 0x1D00, SMOOTH = 0x1D01 };
+    enum Attributes { LIGHTING_BIT = 0x40 }; ///< the shade model
+
+    static void begin(Primitive primitive);
+    static void end();
+    static void color3f(float red, float green, float blue);
+    static void color3fv(const float* rgb);
+    static void color3ub(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+    static void vertex2f(float x, float y);
+    static void vertex2s(std::int16_t x, std::int16_t y);
+    static void vertex2sv(const std::int16_t* xy);
+    /// The pixels from `x0`, `y0` to just before `x1`, `y1`.
+    static void rects(std::int16_t x0, std::int16_t y0, std::int16_t x1, std::int16_t y1);
+    static void shadeModel(ShadeModel model);
+    static void pushAttrib(unsigned attributes);
+    static void popAttrib();
+    static void flush();
+
+    /// With TRUE, targets that are opened from now on are drawn by raster even where OpenGL is.
+    static void setRaster(bool raster);
+
+    /// A picture that is drawn while the target lives. Targets are not nested: an inner one draws
+    /// nothing.
+    class ARBORIUM_API Target {
+    public:
+        /// The picture is `width` times `height` pixels, each of `scale` times `scale` pixels of the
+        /// screen, filled with `background`.
+        Target(int width, int height, float scale, const KbColor& background);
+        ~Target();
+        Target(const Target&) = delete;
+        Target& operator=(const Target&) = delete;
+        /// Ends the drawing. `rgba` gets four bytes per pixel of the screen, rows from the top.
+        void finish(std::vector<std::uint8_t>& rgba);
+        /// Pixels of the screen.
+        int getWidth() const;
+        int getHeight() const;
+        /// Whether OpenGL draws it.
+        bool usesGL() const;
+
+    private:
+        struct Impl;
+        Impl* m_impl;
+    };
+};

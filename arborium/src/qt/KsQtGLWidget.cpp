@@ -1,0 +1,153 @@
+#include <arborium/qt/KsQtGLWidget.h>
+
+#include <arborium/render/KsGL.h>
+
+#include <QEvent>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+#include <QPointer>
+#include <QWidget>
+
+#include <cstring>
+#include <vector>
+
+struct KsQtGLWidget::Impl {
+    QPointer<QWidget> window;
+    std::unique_ptr<KsGL::Target> target;
+    QImage picture;
+    QColor background;
+    bool stale = true;
+    bool initialized = false;
+    bool doubleBuffer = true;
+    long pictures = 0;
+};
+
+KsQtGLWidget::KsQtGLWidget(QWidget* parent, const char* name)
+    : KsQtComponent(parent, name), m_impl(new Impl)
+{}
+
+KsQtGLWidget::~KsQtGLWidget() = default;
+
+QWidget* KsQtGLWidget::buildWidget(QWidget* parent)
+{
+    auto* window = new QWidget(parent);
+    window->setAttribute(Qt::WA_OpaquePaintEvent);
+    window->installEventFilter(this);
+    m_impl->window = window;
+    m_impl->stale = true;
+    return window;
+}
+
+QWidget* KsQtGLWidget::getNormalWindow() const { return m_impl->window; }
+
+void KsQtGLWidget::redraw()
+{
+    m_impl->stale = true;
+    if (m_impl->window) m_impl->window->update();
+}
+
+void KsQtGLWidget::setDoubleBuffer(bool doubleBuffer) { m_impl->doubleBuffer = doubleBuffer; }
+
+bool KsQtGLWidget::isDoubleBuffer() const { return m_impl->doubleBuffer; }
+
+bool KsQtGLWidget::bindNormalContext()
+{
+    const QWidget* window = m_impl->window;
+    if (!window || m_impl->target) return false;
+    m_impl->background = window->palette().color(QPalette::Window);
+    const QColor& color = m_impl->background;
+    m_impl->target = std::make_unique<KsGL::Target>(
+        window->width(), window->height(), static_cast<float>(window->devicePixelRatioF()),
+        KbColor(static_cast<float>(color.redF()), static_cast<float>(color.greenF()),
+                static_cast<float>(color.blueF())));
+    return true;
+}
+
+void KsQtGLWidget::unbindNormalContext()
+{
+    if (!m_impl->target) return;
+    std::vector<std::uint8_t> rgba;
+    const int width = m_impl->target->getWidth(), height = m_impl->target->getHeight();
+    m_impl->target->finish(rgba);
+    m_impl->target.reset();
+    m_impl->picture = QImage(rgba.data(), width, height, 4 * width, QImage::Format_RGBX8888)
+                          .convertToFormat(QImage::Format_RGB32);
+    if (m_impl->window) m_impl->picture.setDevicePixelRatio(m_impl->window->devicePixelRatioF());
+    m_impl->stale = false;
+    ++m_impl->pictures;
+    if (!m_impl->doubleBuffer) swapNormalBuffers();
+}
+
+void KsQtGLWidget::swapNormalBuffers()
+{
+    if (m_impl->window) m_impl->window->update();
+}
+
+long KsQtGLWidget::getNumPictures() const { return m_impl->pictures; }
+
+void KsQtGLWidget::paint()
+{
+    QWidget* window = m_impl->window;
+    const qreal scale = window->devicePixelRatioF();
+    if (m_impl->picture.devicePixelRatio() != scale ||
+        window->palette().color(QPalette::Window) != m_impl->background)
+        m_impl->stale = true;
+    if (m_impl->stale && bindNormalContext()) {
+        if (!m_impl->initialized) {
+            m_impl->initialized = true;
+            initGraphic();
+        }
+        paintGraphic();
+        const bool doubleBuffer = m_impl->doubleBuffer;
+        m_impl->doubleBuffer = true; // this paint event shows it
+        unbindNormalContext();
+        m_impl->doubleBuffer = doubleBuffer;
+    }
+    QPainter painter(window);
+    painter.drawImage(0, 0, m_impl->picture);
+    redrawOverlay(painter);
+}
+
+bool KsQtGLWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    const QPointer<KsQtGLWidget> alive(this);
+    if (watched == m_impl->window.data()) {
+        switch (event->type()) {
+        case QEvent::Paint: paint(); return true;
+        case QEvent::Resize:
+            m_impl->stale = true;
+            sizeChanged(m_impl->window->width(), m_impl->window->height());
+            break;
+        case QEvent::FocusIn:
+        case QEvent::FocusOut:
+        case QEvent::EnabledChange: m_impl->window->update(); break;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+            if (m_impl->window->isEnabled() && processEvent(event)) {
+                event->accept();
+                return true;
+            }
+            break;
+        default: break;
+        }
+    }
+    return alive ? KsQtComponent::eventFilter(watched, event) : true;
+}
+
+void KsQtGLWidget::initGraphic() {}
+
+void KsQtGLWidget::paintGraphic() {}
+
+void KsQtGLWidget::redrawOverlay(QPainter&) {}
+
+void KsQtGLWidget::sizeChanged(int, int) {}
+
+bool KsQtGLWidget::processEvent(QEvent*) { return false; }
+
+const char* KsQtGLWidget::getDefaultWidgetName() const { return "KsQtGLWidget"; }

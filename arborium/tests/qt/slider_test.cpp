@@ -1,0 +1,305 @@
+#include "MessageGuard.h"
+
+#include <arborium/base/KsPreferences.h>
+#include <arborium/qt/KsQtBasicSlider.h>
+#include <arborium/render/KsGL.h>
+
+#include <QtTest/QtTest>
+#include <QtWidgets/QtWidgets>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+class Slider : public KsQtBasicSlider {
+public:
+    explicit Slider(QWidget* parent, int type = 7) : KsQtBasicSlider(parent, type)
+    {
+        getNormalWindow()->resize(113, 24);
+        addValueChangedCallback(changed, this);
+        addFinishCallback(finished, this);
+    }
+    using KsQtBasicSlider::getBarRectangle;
+    using KsQtBasicSlider::getCursorRectangle;
+
+    static void changed(void* data, float value)
+    {
+        static_cast<Slider*>(data)->moves.push_back(value);
+    }
+    static void finished(void* data, float value)
+    {
+        static_cast<Slider*>(data)->ends.push_back(value);
+    }
+    QPoint tip() const
+    {
+        const Rectangle& c = getCursorRectangle();
+        return {(c.x0 + c.x1) / 2, getNormalWindow()->height() - 1 - c.y0 - 2};
+    }
+    // A place on the bar that shows this value.
+    QPoint at(float value) const
+    {
+        const Rectangle& b = getBarRectangle();
+        return {b.x0 + qRound(value * float(b.x1 - b.x0)), getNormalWindow()->height() - 1 - b.y1};
+    }
+
+    std::vector<float> moves, ends;
+
+protected:
+    void paintGraphic() override
+    {
+        const Rectangle& b = getBarRectangle();
+        KsGL::color3f(1, 0, 0);
+        KsGL::rects(b.x0, b.y0, static_cast<std::int16_t>(b.x1 + 1),
+                    static_cast<std::int16_t>(b.y1 + 1));
+    }
+};
+
+class BasicSlider : public testing::Test {
+protected:
+    BasicSlider() { window.resize(200, 100); }
+    QWidget window;
+};
+
+void drag(QWidget* widget, const QPoint& from, const QPoint& to, int steps = 5)
+{
+    QTest::mousePress(widget, Qt::LeftButton, {}, from);
+    for (int i = 1; i <= steps; ++i) {
+        const QPoint p = from + (to - from) * i / steps;
+        QMouseEvent move(QEvent::MouseMove, p, Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(widget, &move);
+    }
+    QTest::mouseRelease(widget, Qt::LeftButton, {}, to);
+}
+
+// A bar in three bands and a gradient, a triangle, lines: what controls draw.
+std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL)
+{
+    KsGL::Target target(width, height, scale, KbColor(0.5f, 0.5f, 0.5f));
+    byGL = target.usesGL();
+    const float colors[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    for (int row = 0; row < 2; ++row) {
+        KsGL::pushAttrib(KsGL::LIGHTING_BIT);
+        KsGL::shadeModel(row ? KsGL::SMOOTH : KsGL::FLAT);
+        KsGL::begin(KsGL::QUAD_STRIP);
+        for (int i = row ? 0 : -1; i < 3; ++i) {
+            KsGL::color3fv(colors[std::max(i, 0)]);
+            const auto x = static_cast<std::int16_t>(2 + (row ? 15 : 10) * (row ? i : i + 1));
+            KsGL::vertex2s(x, static_cast<std::int16_t>(2 + 10 * row));
+            KsGL::vertex2s(x, static_cast<std::int16_t>(9 + 10 * row));
+        }
+        KsGL::end();
+        KsGL::popAttrib();
+    }
+    KsGL::color3ub(0xAA, 0xAA, 0xAA);
+    KsGL::begin(KsGL::POLYGON);
+    KsGL::vertex2s(40, 2);
+    KsGL::vertex2s(46, 14);
+    KsGL::vertex2s(52, 2);
+    KsGL::end();
+    KsGL::begin(KsGL::LINES);
+    KsGL::color3ub(0, 0, 0);
+    KsGL::vertex2s(40, 2);
+    KsGL::vertex2s(52, 2);
+    KsGL::vertex2s(56, 2);
+    KsGL::vertex2s(56, 12);
+    KsGL::end();
+    KsGL::color3f(1, 1, 0);
+    KsGL::rects(58, 2, 60, 4);
+    KsGL::flush();
+    std::vector<std::uint8_t> rgba;
+    target.finish(rgba);
+    return rgba;
+}
+
+TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
+{
+    bool byGL = false;
+    const std::vector<std::uint8_t> rgba = drawing(64, 24, 1, byGL);
+    const QImage image(rgba.data(), 64, 24, 64 * 4, QImage::Format_RGBX8888);
+    const auto at = [&](int x, int y) { return image.pixelColor(x, 23 - y); };
+    EXPECT_EQ(at(1, 5).red(), 128);
+    EXPECT_EQ(at(2, 5), QColor(255, 0, 0));
+    EXPECT_EQ(at(11, 5), QColor(255, 0, 0));
+    EXPECT_EQ(at(12, 5), QColor(0, 255, 0));
+    EXPECT_EQ(at(31, 2), QColor(0, 0, 255));
+    EXPECT_EQ(at(31, 8), QColor(0, 0, 255));
+    EXPECT_EQ(at(31, 9).red(), 128) << "the upper end is outside";
+    EXPECT_EQ(at(32, 5).red(), 128);
+    EXPECT_GT(at(9, 15).red(), 100);
+    EXPECT_GT(at(9, 15).green(), 100);
+    EXPECT_EQ(at(46, 6), QColor(0xAA, 0xAA, 0xAA));
+    EXPECT_EQ(at(45, 2), QColor(0, 0, 0));
+    EXPECT_EQ(at(56, 7), QColor(0, 0, 0));
+    EXPECT_EQ(at(59, 3), QColor(255, 255, 0));
+    EXPECT_EQ(at(60, 3).red(), 128);
+}
+
+TEST(ImmediateMode, looksTheSameByRasterAsByOpenGL)
+{
+    for (const float scale : {1.0f, 2.0f}) {
+        bool byGL = false, raster = false;
+        const auto first = drawing(64, 24, scale, byGL);
+        if (!byGL) GTEST_SKIP() << "no OpenGL here";
+        std::vector<std::uint8_t> second;
+        KsGL::setRaster(true);
+        second = drawing(64, 24, scale, raster);
+        KsGL::setRaster(false);
+        ASSERT_TRUE(byGL);
+        ASSERT_FALSE(raster);
+        ASSERT_EQ(first.size(), second.size());
+        int different = 0;
+        for (std::size_t i = 0; i < first.size(); i += 4)
+            for (std::size_t c = 0; c < 3; ++c)
+                if (std::abs(first[i + c] - second[i + c]) > 8) {
+                    ++different;
+                    break;
+                }
+        // Along slanted edges the rules leave a little freedom.
+        EXPECT_LE(different, 12 * scale * scale) << "scale " << scale;
+    }
+}
+
+TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
+{
+    KsGL::end();
+    KsGL::popAttrib();
+    KsGL::begin(KsGL::LINES);
+    KsGL::color3fv(nullptr);
+    KsGL::vertex2sv(nullptr);
+    KsGL::vertex2f(1, 2);
+    KsGL::end();
+    const KsGL::Target outer(4, 4, 1, KbColor());
+    KsGL::Target inner(4, 4, 1, KbColor(1, 1, 1));
+    std::vector<std::uint8_t> rgba;
+    inner.finish(rgba);
+    EXPECT_EQ(rgba, std::vector<std::uint8_t>(64, 0)) << "targets are not nested";
+}
+
+TEST_F(BasicSlider, takesItsCursorAlongAndSaysSo)
+{
+    Slider slider(&window);
+    window.show();
+    drag(slider.getNormalWindow(), slider.tip(), slider.tip() + QPoint(50, 0));
+    EXPECT_NEAR(slider.getValue(), 0.5f, 0.01f);
+    EXPECT_EQ(slider.moves.size(), 5u);
+    ASSERT_EQ(slider.ends.size(), 1u);
+    EXPECT_EQ(slider.ends[0], slider.getValue());
+}
+
+TEST_F(BasicSlider, jumpsToWhereItIsPressedAndGoesOnFromThere)
+{
+    Slider slider(&window);
+    window.show();
+    drag(slider.getNormalWindow(), slider.at(0.75f), slider.at(1.0f) + QPoint(40, 0));
+    ASSERT_FALSE(slider.moves.empty());
+    EXPECT_NEAR(slider.moves.front(), 0.75f, 0.01f);
+    EXPECT_EQ(slider.getValue(), 1) << "the end stops it";
+    EXPECT_EQ(slider.ends, std::vector<float>{1.0f});
+}
+
+TEST_F(BasicSlider, aPressOnTheCursorMovesNothing)
+{
+    Slider slider(&window);
+    window.show();
+    slider.setValue(0.3f);
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.tip() + QPoint(2, 0));
+    EXPECT_EQ(slider.getValue(), 0.3f);
+    EXPECT_TRUE(slider.moves.empty());
+    EXPECT_EQ(slider.ends.size(), 1u);
+}
+
+TEST_F(BasicSlider, keysAndTheWheelMoveItWhileItHasTheFocus)
+{
+    Slider slider(&window);
+    window.show();
+    QWidget* widget = slider.getNormalWindow();
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_End);
+    EXPECT_EQ(slider.getValue(), 1);
+    QTest::keyClick(widget, Qt::Key_PageDown);
+    EXPECT_NEAR(slider.getValue(), 0.9f, 1e-6f);
+    QTest::keyClick(widget, Qt::Key_Left);
+    EXPECT_NEAR(slider.getValue(), 0.89f, 1e-6f);
+    QTest::keyClick(widget, Qt::Key_Home);
+    QTest::keyClick(widget, Qt::Key_Home);
+    EXPECT_EQ(slider.moves.size(), 4u) << "nothing is said where nothing moved";
+    EXPECT_EQ(slider.getValue(), 0);
+}
+
+TEST_F(BasicSlider, aTypeLeavesOutWhatTheUserCannotDo)
+{
+    Slider slider(&window, KsQtBasicSlider::DRAG);
+    window.show();
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.at(0.8f));
+    EXPECT_EQ(slider.getValue(), 0) << "it does not jump";
+    QTest::keyClick(slider.getNormalWindow(), Qt::Key_End);
+    EXPECT_EQ(slider.getValue(), 0);
+}
+
+TEST_F(BasicSlider, aValueFromTheProgramCallsNobodyAndMayLieOutside)
+{
+    Slider slider(&window);
+    slider.setValue(1.5f);
+    EXPECT_EQ(slider.getValue(), 1.5f);
+    EXPECT_EQ(slider.tip().x(), slider.at(1).x());
+    slider.setValue(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(slider.getValue(), 0);
+    EXPECT_TRUE(slider.moves.empty());
+    EXPECT_TRUE(slider.ends.empty());
+}
+
+TEST_F(BasicSlider, aCallbackIsHeldOnceAndMayBeTakenOut)
+{
+    Slider slider(&window);
+    window.show();
+    slider.addFinishCallback(Slider::finished, &slider);
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.at(0.5f));
+    EXPECT_EQ(slider.ends.size(), 1u);
+    slider.removeFinishCallback(Slider::finished, &slider);
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.at(0.2f));
+    EXPECT_EQ(slider.ends.size(), 1u);
+    EXPECT_EQ(slider.moves.size(), 2u);
+}
+
+TEST_F(BasicSlider, maySetOutToDieInItsCallback)
+{
+    auto* slider = new Slider(&window);
+    window.show();
+    slider->removeValueChangedCallback(Slider::changed, slider);
+    slider->addValueChangedCallback([](void* data, float) { delete static_cast<Slider*>(data); },
+                                    slider);
+    QPointer<QWidget> widget = slider->getNormalWindow();
+    QTest::mousePress(widget, Qt::LeftButton, {}, slider->at(0.5f));
+    EXPECT_FALSE(widget);
+}
+
+TEST_F(BasicSlider, aPictureIsMadeOnlyAfterAChange)
+{
+    Slider slider(&window);
+    window.show();
+    QApplication::processEvents();
+    window.grab();
+    const long made = slider.getNumPictures();
+    window.grab();
+    window.repaint();
+    EXPECT_EQ(slider.getNumPictures(), made);
+    slider.setValue(0.5f);
+    slider.setValue(0.6f);
+    window.grab();
+    EXPECT_EQ(slider.getNumPictures(), made + 1);
+}
+
+TEST_F(BasicSlider, drawsOnWhatTheWindowIsFilledWith)
+{
+    QPalette palette = window.palette();
+    palette.setColor(QPalette::Window, QColor(10, 200, 30));
+    window.setPalette(palette);
+    Slider slider(&window);
+    window.show();
+    const QImage image = slider.getNormalWindow()->grab().toImage();
+    EXPECT_EQ(image.pixelColor(1, 1), QColor(10, 200, 30));
+    EXPECT_EQ(image.pixelColor(slider.at(0.7f)), QColor(255, 0, 0));
+}
+
+} // namespace

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <arborium/fields/KsSField.h>
+#include <formweave/KsFormweaveApi.h>
+
+#include <array>
+#include <cstdint>
+
+/// What a file or the application asked for in the six size fields of an element, told from what a
+/// layout wrote into them.
+class FORMWEAVE_API KsAskedSizes {
+public:
+    /// `width`, `height`, `minWidth`, `minHeight`, `maxWidth`, `maxHeight`.
+    using Fields = std::array<KsSFInt32*, 6>;
+
+    /// `openLimit`: the value of the maxima of which nobody asked anything.
+    explicit KsAskedSizes(std::int32_t openLimit = 0) : m_openLimit(openLimit) {}
+
+    /// Takes over what the fields ask for. The first call counts: a layout writes behind it.
+    void record(const Fields& fields);
+    /// The application wrote into some of the fields `first` to `last`.
+    void update(const Fields& fields, int first, int last);
+    /// Gives the fields of a copy what was asked for; nobody is told. Nothing before `record`.
+    void restore(const Fields& fields) const;
+
+    /// For its life the fields hold what was asked for. Nobody is told.
+    class FORMWEAVE_API Shown {
+    public:
+        Shown(const KsAskedSizes& asked, const Fields& fields);
+        ~Shown();
+        Shown(const Shown&) = delete;
+        Shown& operator=(const Shown&) = delete;
+
+    private:
+        Fields m_fields;
+        std::array<std::int32_t, 6> m_values;
+        std::array<bool, 6> m_isDefault;
+    };
+
+private:
+    std::int32_t unasked(int index) const { return index < 4 ? 0 : m_openLimit; }
+
+    std::int32_t m_openLimit;
+    bool m_isRecorded = false;
+    std::array<bool, 6> m_isAsked{};
+    std::array<std::int32_t, 6> m_values{};
+};
