@@ -163,6 +163,7 @@ protected:
     };
     /// Loads the fonts and, if there is one, the family; then gives each part its look.
     void dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks);
+    void insertFirst(KsNode* node, const char* part);
     /// A new node in `slot`, as the first child of a part.
     template <class Node> void putFirst(KsRef<Node>& slot, const char* part)
     {
@@ -193,6 +194,8 @@ protected:
     SceneZone controlZone3D() const;
     /// The label's text, in `labelSwitch`, and whether it is shown.
     void create3DLabel();
+    /// Replaces the label's text and places it.
+    void show3DLabelText(const KbString& s);
     /// The box of the label's text, behind `labelProp`. Measured once for each text.
     KbBox3f labelBox3D();
     void show3DLabel();
@@ -245,7 +248,6 @@ protected:
 
 private:
     friend class KsDialogGroup;
-    void insertFirst(KsNode* node, const char* part);
     void insertBefore(KsNode* node, const char* part);
     KsAskedSizes::Fields sizeFields();
     QPointer<QWidget> m_layoutFrame;    ///< The relay that stands in `m_frameLayout` now.

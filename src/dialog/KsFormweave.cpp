@@ -8,6 +8,7 @@
 #include <arborium/base/KcInitModuleCmd.h>
 #include <arborium/base/KsModule.h>
 #include <arborium/io/KsDB.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsSwitch.h>
@@ -16,6 +17,7 @@
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogChoice.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -35,8 +37,9 @@ struct ClassSteps {
 #define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),      CLASS_STEPS(KsTopComponent), CLASS_STEPS(KsDialogComponent),
-    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogChoice), CLASS_STEPS(KsDialogGroup),
-    CLASS_STEPS(KsColumnDialog),   CLASS_STEPS(KsRowDialog),    CLASS_STEPS(KsTopLevelDialog),
+    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogChoice), CLASS_STEPS(KsDialogComboBox),
+    CLASS_STEPS(KsDialogGroup),    CLASS_STEPS(KsColumnDialog), CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsTopLevelDialog),
 };
 #undef CLASS_STEPS
 
