@@ -16,6 +16,8 @@
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogGroup.h>
+#include <formweave/KsDialogLabel.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -35,7 +37,8 @@ struct ClassSteps {
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),      CLASS_STEPS(KsTopComponent), CLASS_STEPS(KsDialogComponent),
     CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogGroup),  CLASS_STEPS(KsColumnDialog),
-    CLASS_STEPS(KsRowDialog),      CLASS_STEPS(KsTopLevelDialog),
+    CLASS_STEPS(KsRowDialog),      CLASS_STEPS(KsDialogLabel),  CLASS_STEPS(KsDialogSeparator),
+    CLASS_STEPS(KsTopLevelDialog),
 };
 #undef CLASS_STEPS
 
