@@ -69,12 +69,9 @@ public:
 
 private:
     /// Where a `forEach` stands; the innermost first.
-    struct Walk {
-        explicit Walk(const KsElementList& walked) : list(walked), outer(walked.m_walk)
-        {
-            list.m_walk = this;
-        }
-        ~Walk() { list.m_walk = outer; }
+    struct FORMWEAVE_API Walk {
+        explicit Walk(const KsElementList& walked);
+        ~Walk();
         Walk(const Walk&) = delete;
         Walk& operator=(const Walk&) = delete;
 

@@ -6,6 +6,7 @@
 #include <formweave/KsDialogAuditor.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogCheckBoxAuditor.h>
+#include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogChoiceAuditor.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditTextAuditor.h>

@@ -19,6 +19,13 @@ KsElementList::KsElementList(KsFormweave* owner, const KsElementListTraits& trai
 
 KsElementList::~KsElementList() = default;
 
+KsElementList::Walk::Walk(const KsElementList& walked) : list(walked), outer(walked.m_walk)
+{
+    list.m_walk = this;
+}
+
+KsElementList::Walk::~Walk() { list.m_walk = outer; }
+
 void KsElementList::orphanChildren()
 {
     for (int i = 0; i < m_count; ++i) {
