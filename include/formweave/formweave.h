@@ -13,8 +13,10 @@
 #include <formweave/KsDialogEditTextAuditor.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogIntegerSliderAuditor.h>
+#include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButtonAuditor.h>
 #include <formweave/KsDialogRealSliderAuditor.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsDialogWidgetList.h>
 #include <formweave/KsFormweave.h>
 #include <formweave/KsMenuCheckBoxAuditor.h>

@@ -26,6 +26,7 @@ void KsDialogComponent::installRelay(KsRelayFrame* relay, const std::function<vo
     m_relay = relay;
     m_widget = relay;
     fill();
+    relay->setWantedSize(QSize(width, height));
     adoptFrame(relay);
     if (earlier) earlier->handOverTo(relay);
 }

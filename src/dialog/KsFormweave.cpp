@@ -19,6 +19,8 @@
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogGroup.h>
+#include <formweave/KsDialogLabel.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -35,12 +37,22 @@ struct ClassSteps {
     void (*exit)();
 };
 #define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
+// clang-format off
 constexpr ClassSteps classes[] = {
-    CLASS_STEPS(KsFormweave),      CLASS_STEPS(KsTopComponent), CLASS_STEPS(KsDialogComponent),
-    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogChoice), CLASS_STEPS(KsDialogComboBox),
-    CLASS_STEPS(KsDialogGroup),    CLASS_STEPS(KsColumnDialog), CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsFormweave),
+    CLASS_STEPS(KsTopComponent),
+    CLASS_STEPS(KsDialogComponent),
+    CLASS_STEPS(KsDialogCheckBox),
+    CLASS_STEPS(KsDialogChoice),
+    CLASS_STEPS(KsDialogComboBox),
+    CLASS_STEPS(KsDialogGroup),
+    CLASS_STEPS(KsColumnDialog),
+    CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsDialogLabel),
+    CLASS_STEPS(KsDialogSeparator),
     CLASS_STEPS(KsTopLevelDialog),
 };
+// clang-format on
 #undef CLASS_STEPS
 
 KbThreadMutex* s_initLock = nullptr;
