@@ -150,6 +150,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     messages.allow(where, "");
     KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
     dialog->addChild(new KsDialogCheckBox);
+    dialog->addChild(new KsDialogComboBox);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));
