@@ -37,6 +37,8 @@ struct Exception {
 const Exception exceptions[] = {
     {"DialogCheckBox", "press, and let go elsewhere",
      "a scene tells a click by where the press was, a widget also by where it ends"},
+    {"DialogComboBox", "select what is not there",
+     "a window takes the last item, a scene goes back to the last valid one"},
 };
 
 // ---- actions --------------------------------------------------------------------------------
@@ -60,12 +62,36 @@ template <class Widget> Step click(const char* name, const char* id, const char*
             [id, part](Stage& stage) { stage.clickPart(element(stage, id), part); }};
 }
 
+/// An item is chosen from the open list.
+Step choose(const char* name, const char* id, int item)
+{
+    return {name,
+            [=](Stage& stage) {
+                auto* box = Stage::widgetOf<QComboBox>(element(stage, id));
+                ASSERT_TRUE(box);
+                Stage::clickWidget(box, QPoint(8, box->height() / 2));
+                if (!box->view()->isVisible()) return;
+                box->view()->setCurrentIndex(box->model()->index(item, 0));
+                QTest::keyClick(box->view(), Qt::Key_Return);
+            },
+            [=](Stage& stage) {
+                auto* box = element(stage, id);
+                stage.clickPart(box, "buttonSep");
+                if (Stage::shown(box, "itemsSwitch") != KsSwitch::ALL) return;
+                const KbVec2f first = stage.placeOf(box, "itemStrucSep");
+                stage.click(KbVec2f(first[0], first[1] - 22.0f * static_cast<float>(item)));
+            }};
+}
+
 Step application(const char* name, std::function<void(Stage&)> act) { return {name, act, act}; }
 
 std::vector<Control> controls()
 {
     const auto box = [](Stage& stage, const char* id) {
         return static_cast<KsDialogCheckBox*>(element(stage, id));
+    };
+    const auto combo = [](Stage& stage, const char* id) {
+        return static_cast<KsDialogComboBox*>(element(stage, id));
     };
     return {
         {"DialogCheckBox",
@@ -101,6 +127,50 @@ std::vector<Control> controls()
               }},
              application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
              click<QCheckBox>("click once more", "a", "stateSep"),
+         }},
+        {"DialogComboBox",
+         "TopLevelDialog { label \"Combo boxes\" "
+         "DialogComboBox { auditorID \"a\" label \"A\" items [ \"x\", \"y\", \"z\" ] } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogComboBox { auditorID \"b\" label \"B\" items [ \"1\", \"2\" ] selectedItem 1 } "
+         "DialogComboBox { auditorID \"grey\" label \"Grey\" items [ \"1\", \"2\" ] "
+         "enable FALSE } } "
+         "DialogComboBox { auditorID \"bare\" items [ \"only\" ] labelVisibility FALSE } }",
+         {
+             choose("choose", "a", 2),
+             choose("choose again", "a", 0),
+             choose("choose the same", "a", 0),
+             choose("choose in a column", "b", 0),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             choose("choose in a disabled one", "grey", 1),
+             application("enable it", [=](Stage& s) { combo(s, "grey")->enable = true; }),
+             choose("choose there now", "grey", 1),
+             choose("choose the only one", "bare", 0),
+             application("select", [=](Stage& s) { combo(s, "a")->selectedItem = 1; }),
+             application("select what is not there",
+                         [=](Stage& s) { combo(s, "a")->selectedItem = 9; }),
+             application("select what is there",
+                         [=](Stage& s) { combo(s, "a")->selectedItem = 0; }),
+             application("add an item", [=](Stage& s) { combo(s, "a")->addItem("new"); }),
+             choose("choose the new one", "a", 3),
+             application("insert an item", [=](Stage& s) { combo(s, "a")->insertItem(0, "w"); }),
+             application("remove two",
+                         [=](Stage& s) {
+                             combo(s, "a")->selectedItem = 0;
+                             combo(s, "a")->removeItem(3);
+                             combo(s, "a")->removeItem(1);
+                         }),
+             choose("choose from what is left", "a", 1),
+             {"open and leave",
+              [=](Stage& s) {
+                  auto* widget = Stage::widgetOf<QComboBox>(combo(s, "b"));
+                  Stage::clickWidget(widget, QPoint(8, widget->height() / 2));
+                  QTest::keyClick(widget->view(), Qt::Key_Escape);
+              },
+              [=](Stage& s) {
+                  s.clickPart(combo(s, "b"), "frameSep");
+                  s.click(KbVec2f(Stage::viewWidth - 1, 1));
+              }},
          }}};
 }
 
@@ -130,6 +200,7 @@ class Recorder : public KsDialogAuditor {
 public:
     explicit Recorder(Lines& out) : lines(out) {}
     void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
+    void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
 
     Lines& lines;
 
