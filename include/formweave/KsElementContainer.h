@@ -99,7 +99,7 @@ private:
 /// to the typed ones, so that a subclass overrides each operation once.
 template <class Base, class Child> class KsElementContainer : public Base {
 public:
-    // Each ends in `childrenChanged` if something changed.
+    // Each ends in `childrenChanged` or `childrenRemoved` if something changed.
     virtual void addChild(Child* child) { changedIf(m_elements.add(child)); }
     virtual void insertChild(Child* child, int index)
     {
@@ -109,8 +109,14 @@ public:
     virtual int getNumChildren() { return m_elements.count(); }
     virtual int findChild(const Child* child) { return m_elements.find(child); }
     virtual void removeChild(Child* child) { removeChild(findChild(child)); }
-    virtual void removeChild(int index) { changedIf(m_elements.remove(index)); }
-    virtual void removeAllChildren() { changedIf(m_elements.removeAll()); }
+    virtual void removeChild(int index)
+    {
+        if (m_elements.remove(index)) childrenRemoved();
+    }
+    virtual void removeAllChildren()
+    {
+        if (m_elements.removeAll()) childrenRemoved();
+    }
     virtual void replaceChild(Child* oldChild, Child* newChild)
     {
         replaceChild(findChild(oldChild), newChild);
@@ -177,6 +183,8 @@ protected:
 
     /// The child list changed, after the children were built or not.
     virtual void childrenChanged() {}
+    /// Children went: the same, unless the class lets the others stand as they are.
+    virtual void childrenRemoved() { childrenChanged(); }
     Child* childAt(int index) const { return static_cast<Child*>(m_elements.at(index)); }
     template <class Visit> void forEachChild(Visit&& visit) const
     {
