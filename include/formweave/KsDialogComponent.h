@@ -153,6 +153,8 @@ protected:
     SceneZone controlZone3D() const;
     /// The label's text, in `labelSwitch`, and whether it is shown.
     void create3DLabel();
+    /// Replaces the label's text and places it.
+    void show3DLabelText(const KbString& s);
     /// The box of the label's text, behind `labelProp`. Measured once for each text.
     KbBox3f labelBox3D();
     void show3DLabel();

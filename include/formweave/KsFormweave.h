@@ -13,6 +13,7 @@
 
 class KsAuditor;
 class KsElementList;
+class KsEventCallback;
 class KsGetBoundingBoxAction;
 class KsGetMatrixAction;
 class KsGroup;
@@ -190,6 +191,9 @@ protected:
     /// Makes `node` the one active element in 3D, closing what the former one has open. Null is
     /// allowed.
     static void set3DCurrentActive(KsFormweave* node);
+    /// To be called when the element opens a list or menu and is the active one: from now on a
+    /// press that does not go to it or to what is in it makes no element active.
+    void closeOnPressElsewhere();
     static void destroyByRef(KsFormweave* node);
     /// Updates both presentations, as far as they exist, Qt first.
     template <class Self>
@@ -312,6 +316,7 @@ protected:
     std::unique_ptr<KsGetMatrixAction> m_matrixAction;
     KsRef<KsPickStyle> m_pickStyle;
     KsRef<KsMaterial> m_material;
+    KsRef<KsEventCallback> m_pressListener;
     int m_show3D = 1;
     KbBox3f m_labelCachedBBox;
     int m_built3D = 0;
@@ -331,6 +336,7 @@ private:
     /// Loads the skin that the environment names, if none was chosen yet.
     static void chooseSkin();
     static void refreshAll3DSkins();
+    static void pressedCB(void* data, KsEventCallback* node);
     int placeBeside(KsGroup*& group, const char* part);
     void paintEnabled(bool enabled, int enabledPickStyle);
 };

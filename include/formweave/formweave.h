@@ -8,6 +8,7 @@
 #include <formweave/KsDialogCheckBoxAuditor.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogChoiceAuditor.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditTextAuditor.h>
 #include <formweave/KsDialogGroup.h>

@@ -130,9 +130,11 @@ void KsDialogComponent::update3DLabel()
         KbVec3f(static_cast<float>(x) - static_cast<float>(size3D()[0]) / 2, centreY(box), 0);
 }
 
-void KsDialogComponent::change3DLabel()
+void KsDialogComponent::change3DLabel() { show3DLabelText(convertToCString(label, nullptr)); }
+
+void KsDialogComponent::show3DLabelText(const KbString& s)
 {
-    if (m_label3D.text) showText3D(m_label3D.text.get(), convertToCString(label, nullptr));
+    showText3D(m_label3D.text.get(), s);
     KsTopComponent::change3DLabel();
     if (isBuilt3D()) update3DLabel();
 }

@@ -8,6 +8,7 @@
 #include <arborium/base/KcInitModuleCmd.h>
 #include <arborium/base/KsModule.h>
 #include <arborium/io/KsDB.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsSwitch.h>
@@ -16,6 +17,7 @@
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogChoice.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogSeparator.h>
@@ -42,6 +44,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogComponent),
     CLASS_STEPS(KsDialogCheckBox),
     CLASS_STEPS(KsDialogChoice),
+    CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),

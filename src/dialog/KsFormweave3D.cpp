@@ -5,7 +5,10 @@
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsGetMatrixAction.h>
 #include <arborium/actions/KsPath.h>
+#include <arborium/actions/KsRayPickAction.h>
 #include <arborium/actions/KsSearchAction.h>
+#include <arborium/events/KsEvent.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
@@ -162,4 +165,21 @@ void KsFormweave::closeOther3D()
 {
     set3DCurrentActive(this);
     set3DInactive();
+}
+
+void KsFormweave::closeOnPressElsewhere()
+{
+    auto* group = ksCast<KsGroup>(getAnyPart("topSeparator", true));
+    if (!group || m_pressListener) return;
+    m_pressListener = new KsEventCallback;
+    m_pressListener->addEventCallback(KsEvent::getClassTypeId(), pressedCB, this);
+    group->addChild(m_pressListener.get());
+}
+
+void KsFormweave::pressedCB(void* data, KsEventCallback* node)
+{
+    auto* element = static_cast<KsFormweave*>(data);
+    if (m_lastActive != element || !isPress(node->getEvent())) return;
+    const KsPickedPoint* hit = node->getPickedPoint();
+    if (!hit || !hit->getPath()->containsNode(element)) set3DCurrentActive(nullptr);
 }

@@ -9,6 +9,7 @@
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsNodeList.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -44,6 +45,11 @@ const std::vector<Family>& families()
          &KsDialogCheckBox::DialogCheckBox,
          {"DialogCheckBoxFrame", "DialogCheckBoxStateOff", "DialogCheckBoxStateOn"},
          &KsDialogCheckBox::isSkinLoaded},
+        {"DialogComboBox.arb",
+         &KsDialogComboBox::DialogComboBox,
+         {"DialogComboBoxFrame", "DialogComboBoxItemFrame", "DialogComboBoxButtonReleased",
+          "DialogComboBoxButtonPressed"},
+         &KsDialogComboBox::isSkinLoaded},
         {"DialogSeparator.arb",
          &KsDialogSeparator::DialogSeparator,
          {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
@@ -144,6 +150,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     messages.allow(where, "");
     KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
     dialog->addChild(new KsDialogCheckBox);
+    dialog->addChild(new KsDialogComboBox);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));

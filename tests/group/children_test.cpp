@@ -16,12 +16,12 @@ struct Case {
     Shown shown;
 };
 
-std::string nameOf(const testing::TestParamInfo<Case>& info)
+std::string nameOf(const testing::TestParamInfo<Case>& each)
 {
     static const char* const kinds[] = {"Dialog", "Rows", "Columns"};
     static const char* const shown[] = {"BeforeTheBuild", "InAWindow", "InAScene", "InBoth"};
-    return std::string(kinds[static_cast<int>(info.param.kind)]) +
-           shown[static_cast<int>(info.param.shown)];
+    return std::string(kinds[static_cast<int>(each.param.kind)]) +
+           shown[static_cast<int>(each.param.shown)];
 }
 
 /// One container, with the node-typed operations by which all kinds are alike.
