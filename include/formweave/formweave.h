@@ -15,6 +15,7 @@
 #include <formweave/KsDialogIntegerSliderAuditor.h>
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButtonAuditor.h>
+#include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogRealSliderAuditor.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsDialogWidgetList.h>

@@ -109,7 +109,7 @@ void KsDialogLabel::show3DLines()
         index = wrap3DTextLine(text, index, room, properties, this);
         if (end == KbString::npos) break;
         place = end + 1;
-        if (s.find(carriageReturn, place) == place) ++place;
+        if (s.getSubString(place, place + 1) == carriageReturn) ++place;
     }
 }
 

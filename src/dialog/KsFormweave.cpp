@@ -20,6 +20,7 @@
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogLabel.h>
+#include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -45,6 +46,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogCheckBox),
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
+    CLASS_STEPS(KsDialogRadioButtons),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),

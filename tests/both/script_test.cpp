@@ -39,6 +39,12 @@ const Exception exceptions[] = {
      "a scene tells a click by where the press was, a widget also by where it ends"},
     {"DialogComboBox", "select what is not there",
      "a window takes the last item, a scene goes back to the last valid one"},
+    {"DialogComboBox", "choose the only one",
+     "a window writes the selection also where it stays, so that it is in files"},
+    {"DialogRadioButtons", "select too low",
+     "a window repairs it to the first item, a scene to the last valid selection"},
+    {"DialogRadioButtons", "choose the only one",
+     "a window writes the selection also where it stays, so that it is in files"},
 };
 
 // ---- actions --------------------------------------------------------------------------------
@@ -63,7 +69,7 @@ template <class Widget> Step click(const char* name, const char* id, const char*
 }
 
 /// An item is chosen from the open list.
-Step choose(const char* name, const char* id, int item)
+Step chooseFromList(const char* name, const char* id, int item)
 {
     return {name,
             [=](Stage& stage) {
@@ -85,8 +91,34 @@ Step choose(const char* name, const char* id, int item)
 
 Step application(const char* name, std::function<void(Stage&)> act) { return {name, act, act}; }
 
+/// A click on the button, and on the row, of radio buttons.
+Step choose(const char* name, const char* id, int index)
+{
+    return {name,
+            [=](Stage& stage) {
+                QWidget* frame = element(stage, id)->getWidget();
+                QWidget* button = frame->findChildren<QRadioButton*>().value(index);
+                ASSERT_TRUE(button);
+                Stage::clickWidget(button, QPoint(8, button->height() / 2));
+            },
+            [=](Stage& stage) {
+                stage.draw();
+                auto* radio = static_cast<KsDialogRadioButtons*>(element(stage, id));
+                const KbBox3f rows = stage.boxOf(radio, "itemsSep");
+                ASSERT_FALSE(rows.isEmpty());
+                const float place =
+                    (static_cast<float>(index) + 0.5f) / static_cast<float>(radio->items.getNum());
+                stage.click(
+                    KbVec2f(rows.getCenter()[0],
+                            rows.getMax()[1] - place * rows.getSize()[1] + Stage::viewHeight));
+            }};
+}
+
 std::vector<Control> controls()
 {
+    const auto radio = [](Stage& stage, const char* id) {
+        return static_cast<KsDialogRadioButtons*>(element(stage, id));
+    };
     const auto box = [](Stage& stage, const char* id) {
         return static_cast<KsDialogCheckBox*>(element(stage, id));
     };
@@ -137,22 +169,22 @@ std::vector<Control> controls()
          "enable FALSE } } "
          "DialogComboBox { auditorID \"bare\" items [ \"only\" ] labelVisibility FALSE } }",
          {
-             choose("choose", "a", 2),
-             choose("choose again", "a", 0),
-             choose("choose the same", "a", 0),
-             choose("choose in a column", "b", 0),
+             chooseFromList("choose", "a", 2),
+             chooseFromList("choose again", "a", 0),
+             chooseFromList("choose the same", "a", 0),
+             chooseFromList("choose in a column", "b", 0),
              click<QLabel>("click on the label", "a", "labelSep"),
-             choose("choose in a disabled one", "grey", 1),
+             chooseFromList("choose in a disabled one", "grey", 1),
              application("enable it", [=](Stage& s) { combo(s, "grey")->enable = true; }),
-             choose("choose there now", "grey", 1),
-             choose("choose the only one", "bare", 0),
+             chooseFromList("choose there now", "grey", 1),
+             chooseFromList("choose the only one", "bare", 0),
              application("select", [=](Stage& s) { combo(s, "a")->selectedItem = 1; }),
              application("select what is not there",
                          [=](Stage& s) { combo(s, "a")->selectedItem = 9; }),
              application("select what is there",
                          [=](Stage& s) { combo(s, "a")->selectedItem = 0; }),
              application("add an item", [=](Stage& s) { combo(s, "a")->addItem("new"); }),
-             choose("choose the new one", "a", 3),
+             chooseFromList("choose the new one", "a", 3),
              application("insert an item", [=](Stage& s) { combo(s, "a")->insertItem(0, "w"); }),
              application("remove two",
                          [=](Stage& s) {
@@ -160,7 +192,7 @@ std::vector<Control> controls()
                              combo(s, "a")->removeItem(3);
                              combo(s, "a")->removeItem(1);
                          }),
-             choose("choose from what is left", "a", 1),
+             chooseFromList("choose from what is left", "a", 1),
              {"open and leave",
               [=](Stage& s) {
                   auto* widget = Stage::widgetOf<QComboBox>(combo(s, "b"));
@@ -171,6 +203,33 @@ std::vector<Control> controls()
                   s.clickPart(combo(s, "b"), "frameSep");
                   s.click(KbVec2f(Stage::viewWidth - 1, 1));
               }},
+         }},
+        {"DialogRadioButtons",
+         "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
+         "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogRadioButtons { auditorID \"b\" label \"B\" items [ \"x\", \"y\" ] selectedItem 1 } "
+         "DialogRadioButtons { auditorID \"grey\" items [ \"g\", \"h\" ] enable FALSE } } "
+         "DialogRadioButtons { auditorID \"empty\" label \"Empty\" } }",
+         {
+             choose("choose the last", "a", 2),
+             choose("choose it again", "a", 2),
+             choose("choose the first", "a", 0),
+             choose("choose in a column", "b", 0),
+             choose("choose in a disabled one", "grey", 1),
+             application("enable it", [=](Stage& s) { radio(s, "grey")->enable = true; }),
+             choose("choose in it now", "grey", 1),
+             application("write the selection", [=](Stage& s) { radio(s, "b")->selectedItem = 1; }),
+             application("add an item", [=](Stage& s) { radio(s, "a")->addItem("4"); }),
+             choose("choose what is new", "a", 3),
+             application("insert an item", [=](Stage& s) { radio(s, "a")->insertItem(0, "0"); }),
+             application("remove one", [=](Stage& s) { radio(s, "a")->removeItem(1); }),
+             choose("choose behind the changes", "a", 1),
+             application("select too low", [=](Stage& s) { radio(s, "a")->selectedItem = -1; }),
+             choose("choose behind a repair", "a", 3),
+             application("select too high", [=](Stage& s) { radio(s, "b")->selectedItem = 7; }),
+             application("fill an empty one", [=](Stage& s) { radio(s, "empty")->addItem("e"); }),
+             choose("choose the only one", "empty", 0),
          }}};
 }
 
@@ -201,6 +260,10 @@ public:
     explicit Recorder(Lines& out) : lines(out) {}
     void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
     void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
+    void dialogRadioButtons(KsDialogRadioButtons* node) override
+    {
+        note("dialogRadioButtons", node);
+    }
 
     Lines& lines;
 
