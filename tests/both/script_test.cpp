@@ -178,6 +178,7 @@ std::vector<Control> controls()
              application("enable it", [=](Stage& s) { combo(s, "grey")->enable = true; }),
              chooseFromList("choose there now", "grey", 1),
              chooseFromList("choose the only one", "bare", 0),
+             application("select it", [=](Stage& s) { combo(s, "bare")->selectedItem = 0; }),
              application("select", [=](Stage& s) { combo(s, "a")->selectedItem = 1; }),
              application("select what is not there",
                          [=](Stage& s) { combo(s, "a")->selectedItem = 9; }),
