@@ -134,7 +134,6 @@ private:
     void computeNewChildrenHeight(const KbVec2i32& target);
 
     KsAskedSizes::Fields sizeFields();
-    KsTopComponent* findMenuBar() const;
     void createBaseWidget(QWidget* parent);
     void updateBaseWidget();
     void changePosition();

@@ -20,10 +20,16 @@
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsDialogWidgetList.h>
 #include <formweave/KsFormweave.h>
+#include <formweave/KsMenuBar.h>
+#include <formweave/KsMenuCheckBox.h>
 #include <formweave/KsMenuCheckBoxAuditor.h>
 #include <formweave/KsMenuFileSelectionAuditor.h>
+#include <formweave/KsMenuItem.h>
+#include <formweave/KsMenuPopup.h>
+#include <formweave/KsMenuPushButton.h>
 #include <formweave/KsMenuPushButtonAuditor.h>
 #include <formweave/KsMenuRadioButtonsAuditor.h>
+#include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTabDialogAuditor.h>
 #include <formweave/KsTopComponent.h>

@@ -22,6 +22,11 @@
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
+#include <formweave/KsMenuBar.h>
+#include <formweave/KsMenuCheckBox.h>
+#include <formweave/KsMenuPopup.h>
+#include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -44,6 +49,11 @@ struct ClassSteps {
 // clang-format off
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),
+    CLASS_STEPS(KsMenuItem),
+    CLASS_STEPS(KsMenuCheckBox),
+    CLASS_STEPS(KsMenuPopup),
+    CLASS_STEPS(KsMenuPushButton),
+    CLASS_STEPS(KsMenuSeparator),
     CLASS_STEPS(KsTopComponent),
     CLASS_STEPS(KsDialogComponent),
     CLASS_STEPS(KsDialogCheckBox),
@@ -55,6 +65,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsRowDialog),
     CLASS_STEPS(KsDialogLabel),
     CLASS_STEPS(KsDialogSeparator),
+    CLASS_STEPS(KsMenuBar),
     CLASS_STEPS(KsTopLevelDialog),
 };
 // clang-format on

@@ -15,6 +15,11 @@
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsFormweave.h>
+#include <formweave/KsMenuBar.h>
+#include <formweave/KsMenuCheckBox.h>
+#include <formweave/KsMenuPopup.h>
+#include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <cstring>
@@ -180,11 +185,17 @@ void KsFormweave::loadFontProperties() { textFamily().loadOnce(); }
 void KsFormweave::change3DSkin()
 {
     textFamily().change();
+    KsMenuItem::change3DSkin();
+    KsMenuCheckBox::change3DSkin();
+    KsMenuPopup::change3DSkin();
+    KsMenuPushButton::change3DSkin();
+    KsMenuSeparator::change3DSkin();
     KsDialogComponent::change3DSkin();
     KsDialogCheckBox::change3DSkin();
     KsDialogComboBox::change3DSkin();
     KsDialogRadioButtons::change3DSkin();
     KsDialogSeparator::change3DSkin();
+    KsMenuBar::change3DSkin();
     KsTopLevelDialog::change3DSkin();
     refreshAll3DSkins();
 }

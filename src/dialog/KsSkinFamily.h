@@ -41,6 +41,14 @@ struct KsSkinFamily {
 #define KS_SKIN_CLOSED_BOX(rgb)                                                                    \
     "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "1",                             \
                              "0.5") "  Translation { translation 0 0 0.5 }\n"
+/// The same at half the height: what is pressed.
+#define KS_SKIN_LOW_BOX(rgb)                                                                       \
+    "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "0.5",                           \
+                             "0.25") "  Translation { translation 0 0 0.25 }\n"
+/// A closed box of a plain colour.
+#define KS_SKIN_BASE_BOX(rgb)                                                                      \
+    "  " KS_SKIN_COLORED_BOX("BaseColor { rgb " rgb " }", "1",                                     \
+                             "0.5") "  Translation { translation 0 0 0.5 }\n"
 #define KS_SKIN_OPEN_BOX(rgb)                                                                      \
     "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "1", "0.5")
 

@@ -18,6 +18,7 @@
 #include <arborium/nodes/KsTranslation.h>
 #include <arborium/qt/KsQt.h>
 #include <formweave/KsDialogComponent.h>
+#include <formweave/KsMenuBar.h>
 
 #include <QVBoxLayout>
 #include <QWidget>
@@ -35,11 +36,7 @@ constexpr int downward = 1;      // the axis along which the children are stacke
 const KsElementListTraits traits{"KsTopLevelDialog", &KsTopComponent::getClassTypeId,
                                  "; Be careful", false};
 
-bool isMenuBar(const KsTopComponent* child)
-{
-    // A class that is not registered has the bad type, of which no element is.
-    return child->isOfType(KsType::fromName("MenuBar"));
-}
+bool isMenuBar(const KsTopComponent* child) { return child->isOfType(KsMenuBar::getClassTypeId()); }
 
 int presentation() { return KsDBImpl::m_noLocalWidgets ? 0 : 1; }
 
@@ -169,13 +166,8 @@ void* KsTopLevelDialog::getLayout() const { return static_cast<QBoxLayout*>(m_la
 
 KsMenuBar* KsTopLevelDialog::widgetHasMenuBar() const
 {
-    return reinterpret_cast<KsMenuBar*>(findMenuBar());
-}
-
-KsTopComponent* KsTopLevelDialog::findMenuBar() const
-{
     for (int i = 0; i < m_elements.count(); ++i) {
-        if (isMenuBar(childAt(i))) return childAt(i);
+        if (isMenuBar(childAt(i))) return static_cast<KsMenuBar*>(childAt(i));
     }
     return nullptr;
 }
@@ -432,7 +424,7 @@ void KsTopLevelDialog::getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32
         child->getSize(row.init, row.min, row.max);
         if (isMenuBar(child)) row.max[downward] = row.min[downward];
     });
-    const int spaced = m_elements.count() - (findMenuBar() ? 1 : 0);
+    const int spaced = m_elements.count() - (widgetHasMenuBar() ? 1 : 0);
     const KsSizeTriple sum =
         m_sizeDB.stacked(downward, ksBounded(margin), ksBounded(rowSpacing), spaced - 1, false);
     size = sum.init;

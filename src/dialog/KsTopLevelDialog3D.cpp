@@ -16,6 +16,7 @@
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <formweave/KsMenuBar.h>
 #include <formweave/KsTopLevelDialog.h>
 
 char* KsTopLevelDialog::TopLevelDialog = const_cast<char*>(
@@ -61,7 +62,7 @@ KbVec3f KsTopLevelDialog::getTopLevelSize() const
 KbVec2f KsTopLevelDialog::panelSize() const
 {
     // A menu bar draws its own room.
-    const int around = findMenuBar() ? 2 * sideRoom + sideRoom : titleRoom + sideRoom;
+    const int around = widgetHasMenuBar() ? 2 * sideRoom + sideRoom : titleRoom + sideRoom;
     return KbVec2f(static_cast<float>(m_size3D[0] + 2 * sideRoom),
                    static_cast<float>(m_size3D[1] + around));
 }
@@ -161,7 +162,7 @@ void KsTopLevelDialog::change3DLabel()
 
 KbVec3f KsTopLevelDialog::childrenOrigin()
 {
-    const int bar = findMenuBar() ? menuBarRoom : 0;
+    const int bar = widgetHasMenuBar() ? menuBarRoom : 0;
     const KbVec3f place = position3D;
     KbVec3f origin(place[0] + sideRoom, -place[1] - titleRoom - bar, place[2]);
     apply3DTranslation(getAnyPart("frameSep", false), m_3DDepth, origin);
@@ -172,7 +173,7 @@ void KsTopLevelDialog::update3DChildren()
 {
     computeNewChildrenHeight(m_size3D);
     KbVec3f origin = childrenOrigin();
-    const KsTopComponent* menuBar = findMenuBar();
+    const KsTopComponent* menuBar = widgetHasMenuBar();
     const int room = ksBounded(margin);
     KbVec2i32 place(room, room);
     KbVec2i32 childSize(ksBounded(std::int64_t(m_size3D[0]) - 2 * room), 0);
@@ -258,6 +259,7 @@ void KsTopLevelDialog::minimize3DDialog()
     undoTransformMatrix(getAnyPart("frameSep", false), m_undoTransform.get());
     m_buttonTranslation->translation = KbVec3f(panel[0] / 2 - buttonInset, 0, 0);
     update3DLabel();
+    if (KsMenuBar* bar = widgetHasMenuBar()) bar->show3DChildren(0);
 }
 
 void KsTopLevelDialog::restore3DDialog()

@@ -38,11 +38,8 @@ STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field(
 STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
         , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
 STANDIN(KsTabDialog, KsDialogComponent, , )
-STANDIN(KsMenuCheckBox, KsFormweave, KsSFString onString; KsSFString offString;
-        , build.field("onString", onString, ""); build.field("offString", offString, "");)
 STANDIN(KsMenuRadioButtons, KsFormweave, KsMFString items; KsSFInt32 selectedItem;
         , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
-STANDIN(KsMenuPushButton, KsFormweave, , )
 STANDIN(KsMenuFileSelection, KsMenuPushButton, KsSFString title; KsSFFilePathString filename;
         , build.field("title", title, ""); build.field("filename", filename, KbString());)
 
@@ -123,11 +120,9 @@ protected:
         &standin::KsDialogPushButton::initClass, &standin::KsDialogRadioButtons::initClass,
         &standin::KsDialogEditText::initClass,   &standin::KsDialogIntegerSlider::initClass,
         &standin::KsDialogRealSlider::initClass, &standin::KsTabDialog::initClass,
-        &standin::KsMenuCheckBox::initClass,     &standin::KsMenuRadioButtons::initClass,
-        &standin::KsMenuPushButton::initClass,   &standin::KsMenuFileSelection::initClass};
+        &standin::KsMenuRadioButtons::initClass, &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
-        &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuPushButton::exitClass,
-        &standin::KsMenuRadioButtons::exitClass,    &standin::KsMenuCheckBox::exitClass,
+        &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuRadioButtons::exitClass,
         &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
         &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
         &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogPushButton::exitClass};
@@ -160,9 +155,9 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
 TEST_F(Dispatch, menuItemsAreToldByDialogsButNotByGroups)
 {
     const std::pair<KsRef<KsFormweave>, const char*> items[] = {
-        {new standin::KsMenuCheckBox, "menuCheckBox"},
+        {new KsMenuCheckBox, "menuCheckBox"},
         {new standin::KsMenuRadioButtons, "menuRadioButtons"},
-        {new standin::KsMenuPushButton, "menuPushButton"},
+        {new KsMenuPushButton, "menuPushButton"},
     };
     for (const auto& [element, operation] : items) {
         EXPECT_EQ(asGroup(element), "");
@@ -229,13 +224,12 @@ TEST_F(Dispatch, theTextOfASelectionHasItsNumberAndItem)
 
 TEST_F(Dispatch, theTextsOfMenuItems)
 {
-    const auto button = make<standin::KsMenuPushButton>();
+    const auto button = make<KsMenuPushButton>();
     button->label = "Quit";
     EXPECT_EQ(report(button, "KsDialogAuditor::menuPushButton"),
               start("KsMenuPushButton") + "label \"Quit\"");
-    const auto check = make<standin::KsMenuCheckBox>();
+    const auto check = make<KsMenuCheckBox>();
     check->onString = "shown";
-    check->offString = "hidden";
     EXPECT_EQ(report(check, "KsDialogAuditor::menuCheckBox"),
               start("KsMenuCheckBox") + "label \"\"\n\t\t -> onString \"shown\"");
     const auto file = make<standin::KsMenuFileSelection>();

@@ -34,30 +34,6 @@ protected:
     }
 };
 
-/// Stands in for a menu bar, of which the panel asks only for its type and its room.
-class MenuBar : public KsTopComponent {
-public:
-    static KsType type()
-    {
-        static const KsType made = KsType::createType(KsTopComponent::getClassTypeId(), "MenuBar");
-        return made;
-    }
-    KsType getTypeId() const override { return type(); }
-    void getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) override
-    {
-        size.setValue(50, 18);
-        min = size;
-        max.setValue(32767, 32767);
-    }
-    void buildWidget(QWidget*, KbVec2i32& size, KbVec2i32& position, int) override
-    {
-        builtWith = size;
-        builtAt = position;
-    }
-    using KsFormweave::get3DParentTranslation;
-    KbVec2i32 builtWith, builtAt;
-};
-
 } // namespace
 
 TEST_F(Strip, isTwentyHighAndHidesTheChildren)
@@ -380,23 +356,46 @@ TEST_F(Strip, clicksWhereTheChildrenWereDoNothing)
 
 TEST_F(Strip, aMenuBarTakesRoomAboveTheChildrenAndIsHiddenWithThem)
 {
-    MenuBar::type();
-    const auto dialog = read<>("TopLevelDialog { position3D 100 50 0 width 300 height 100 margin 2 "
-                               "rowSpacing 5 DialogCheckBox { auditorID \"a\" } }");
-    auto* bar = new MenuBar;
-    dialog->insertChild(bar, 0);
-    scene->addChild(dialog.get());
-    frame();
+    KsTopLevelDialog* dialog =
+        add("TopLevelDialog { position3D 100 50 0 width 300 height 100 margin 2 rowSpacing 5 "
+            "MenuBar { auditorID \"bar\" MenuPopup { auditorID \"menu\" label \"File\" "
+            "MenuPushButton { auditorID \"entry\" label \"Quit\" } } } "
+            "DialogCheckBox { auditorID \"a\" } }");
+    auto* bar = child<KsMenuBar>(dialog, "bar");
     EXPECT_TRUE(isNear(dialog->getTopLevelSize(), KbVec3f(308, 112, 1)));
-    EXPECT_TRUE(isNear(bar->get3DParentTranslation(), KbVec3f(104, -50 - 41, 1)));
-    EXPECT_TRUE(bar->builtAt == KbVec2i32(2, 2));
-    EXPECT_TRUE(bar->builtWith == KbVec2i32(296, 0));
-    const KbBox3f a = boxOf(child(dialog.get(), "a"));
+    EXPECT_NEAR(boxOf(bar, "frameSep").getMin()[1], -50 - 41, 1e-2);
+    EXPECT_NEAR(boxOf(bar, "frameSep").getMax()[1], -50 - 21, 1e-2);
+    EXPECT_NEAR(boxOf(bar, "frameSep").getMin()[0], 104 - 1, 1e-2);
+    EXPECT_NEAR(boxOf(bar, "frameSep").getMax()[0] - boxOf(bar, "frameSep").getMin()[0], 294, 1e-2);
+    const KbBox3f a = boxOf(child(dialog, "a"));
     EXPECT_NEAR(a.getMax()[1], -50 - 41 - 2, 1e-2) << "the bar does not push the next child";
-    EXPECT_TRUE(bar->isShown3D());
-    clickButton(dialog.get());
-    EXPECT_FALSE(bar->isShown3D());
+    EXPECT_TRUE(isVisible(bar));
+    clickButton(dialog);
+    EXPECT_FALSE(isVisible(bar));
     EXPECT_TRUE(isNear(dialog->getTopLevelSize(), KbVec3f(308, 20, 1)));
-    clickButton(dialog.get());
-    EXPECT_TRUE(bar->isShown3D());
+    clickButton(dialog);
+    EXPECT_TRUE(isVisible(bar));
+}
+
+TEST_F(Strip, closesTheMenusOfItsBar)
+{
+    KsTopLevelDialog* dialog =
+        add("TopLevelDialog { position3D 100 50 0 width 300 height 100 "
+            "MenuBar { auditorID \"bar\" MenuPopup { auditorID \"menu\" label \"File\" "
+            "MenuPopup { auditorID \"inner\" label \"Recent\" "
+            "MenuPushButton { auditorID \"entry\" label \"Quit\" } } } } }");
+    auto* entry = child<KsMenuPushButton>(dialog, "entry");
+    click(middleOf(child<KsMenuPopup>(dialog, "menu"), "frameSep"));
+    frame();
+    click(middleOf(child<KsMenuPopup>(dialog, "inner"), "frameSep"));
+    frame();
+    EXPECT_TRUE(isVisible(entry));
+    dialog->minimized = true;
+    frame();
+    EXPECT_FALSE(isVisible(entry));
+    dialog->minimized = false;
+    frame();
+    EXPECT_TRUE(isVisible(child<KsMenuPopup>(dialog, "menu")));
+    EXPECT_FALSE(isVisible(entry)) << "it stays closed";
+    EXPECT_FALSE(child<KsMenuPopup>(dialog, "inner")->showsChildren3D());
 }

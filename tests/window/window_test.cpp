@@ -4,28 +4,6 @@
 
 #include <arborium/base/KsDBImpl.h>
 
-// A bar of a known size, of the type that menu bars have.
-namespace standIn {
-
-class KsMenuBar : public KsTopComponent {
-    KS_KIT_HEADER(KsMenuBar);
-
-public:
-    KsMenuBar() { KsInstanceBuilder build(classRecord, this); }
-    void getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) override
-    {
-        size.setValue(90, 22);
-        min.setValue(60, 20);
-        max.setValue(32767, 32767);
-    }
-
-protected:
-    ~KsMenuBar() override = default;
-};
-KS_KIT_SOURCE(KsMenuBar, KsTopComponent)
-
-} // namespace standIn
-
 namespace {
 
 class Window : public WindowBase {
@@ -387,29 +365,25 @@ TEST_F(Window, turningResizableOffLaterWaitsForTheNextRebuild)
 
 TEST_F(Window, aMenuBarCountsInTheHeightButNotInTheSpacing)
 {
-    standIn::KsMenuBar::initClass();
-    {
-        auto* dialog = make();
-        dialog->maxWidth = dialog->maxHeight = 0;
-        dialog->rowSpacing = 10;
-        KsDialogCheckBox* boxes[] = {box("a"), box("b")};
-        for (KsDialogCheckBox* each : boxes) {
-            each->maxHeight = 30;
-            dialog->addChild(each);
-        }
-        auto* bar = new standIn::KsMenuBar;
-        EXPECT_FALSE(dialog->widgetHasMenuBar());
-        dialog->insertChild(bar, 0);
-        EXPECT_EQ(static_cast<void*>(dialog->widgetHasMenuBar()), static_cast<void*>(bar));
-        dialog->buildDialog();
-        EXPECT_EQ(dialog->height, 22 + boxes[0]->height + boxes[1]->height + 10);
-        EXPECT_EQ(dialog->minHeight, 20 + 25 + 25 + 10);
-        EXPECT_EQ(dialog->maxHeight, 20 + 30 + 30 + 10) << "it cannot grow";
-        QPointer<QWidget> window = dialog->getBaseWidget();
-        letGo(dialog);
-        delete window;
+    auto* dialog = make();
+    dialog->maxWidth = dialog->maxHeight = 0;
+    dialog->rowSpacing = 10;
+    KsDialogCheckBox* boxes[] = {box("a"), box("b")};
+    for (KsDialogCheckBox* each : boxes) {
+        each->maxHeight = 30;
+        dialog->addChild(each);
     }
-    standIn::KsMenuBar::exitClass();
+    auto* bar = new KsMenuBar;
+    EXPECT_FALSE(dialog->widgetHasMenuBar());
+    dialog->insertChild(bar, 0);
+    EXPECT_EQ(dialog->widgetHasMenuBar(), bar);
+    dialog->buildDialog();
+    EXPECT_EQ(dialog->height, 19 + boxes[0]->height + boxes[1]->height + 10);
+    EXPECT_EQ(dialog->minHeight, 25 + 25 + 10) << "its minimum is 0";
+    EXPECT_EQ(dialog->maxHeight, 30 + 30 + 10) << "it cannot grow";
+    QPointer<QWidget> window = dialog->getBaseWidget();
+    letGo(dialog);
+    delete window;
 }
 
 TEST_F(Window, fieldsOfLimitsReachItAtOnce)

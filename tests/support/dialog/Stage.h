@@ -103,6 +103,7 @@ public:
 
     // The scene.
 
+    KsSeparator* scene() const { return m_scene; }
     /// What a viewer does before it draws.
     KbBox3f draw()
     {
