@@ -29,6 +29,8 @@ public:
     void show3DChildren(int show);
     /// Places all anew after popups came, in a scene.
     virtual void updateAfterSceneGraphChange();
+    /// Makes room, in a scene, for titles of other sizes.
+    void entriesChanged3D();
 
     void buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D) override;
     void destroyWidget() override;

@@ -101,6 +101,8 @@ protected:
     void place3DLabel(float x, float y);
     /// Measures all that depends on the label, the size or the skin, and places it.
     void update3D();
+    /// The text or the rows changed: what the entry stands in makes room for it.
+    void fit3D();
     /// The corners of the label's box.
     void get3DLabelCachedBBox(KbVec3f& min, KbVec3f& max);
     /// A pick ends the use of the menu: the open menus of the bar above close.

@@ -28,6 +28,8 @@ public:
     virtual void get3DDefaultSize(KbVec3f& size);
     /// Places all anew after children came, in a scene; the column is closed then.
     virtual void updateAfterSceneGraphChange();
+    /// Makes room, in a scene, for entries of other sizes.
+    void entriesChanged3D();
     /// The 3D form was pressed.
     virtual void draggerStartCallback3D();
 

@@ -24,8 +24,10 @@
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuCheckBox.h>
+#include <formweave/KsMenuFileSelection.h>
 #include <formweave/KsMenuPopup.h>
 #include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -53,6 +55,8 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsMenuCheckBox),
     CLASS_STEPS(KsMenuPopup),
     CLASS_STEPS(KsMenuPushButton),
+    CLASS_STEPS(KsMenuFileSelection),
+    CLASS_STEPS(KsMenuRadioButtons),
     CLASS_STEPS(KsMenuSeparator),
     CLASS_STEPS(KsTopComponent),
     CLASS_STEPS(KsDialogComponent),

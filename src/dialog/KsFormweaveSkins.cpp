@@ -19,6 +19,7 @@
 #include <formweave/KsMenuCheckBox.h>
 #include <formweave/KsMenuPopup.h>
 #include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -189,6 +190,7 @@ void KsFormweave::change3DSkin()
     KsMenuCheckBox::change3DSkin();
     KsMenuPopup::change3DSkin();
     KsMenuPushButton::change3DSkin();
+    KsMenuRadioButtons::change3DSkin();
     KsMenuSeparator::change3DSkin();
     KsDialogComponent::change3DSkin();
     KsDialogCheckBox::change3DSkin();

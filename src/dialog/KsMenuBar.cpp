@@ -88,6 +88,12 @@ void KsMenuBar::updateAfterSceneGraphChange()
     const KsKeepAlive keep(this);
     auto* dialog = ksCast<KsTopLevelDialog>(m_parent);
     if (dialog && dialog->canBeTraversed()) dialog->updateAfterSceneGraphChange();
+    entriesChanged3D();
+}
+
+void KsMenuBar::entriesChanged3D()
+{
+    if (!is3DLive()) return;
     update3DChildrenSize();
     update3DBar();
     update3DChildren();

@@ -248,7 +248,21 @@ void KsMenuItem::change3DLabel()
     if (!m_itemText.text) return;
     m_itemText.text->string = ksShownText(shownLabel());
     KsFormweave::change3DLabel();
-    if (isBuilt3D()) update3D();
+    if (!isBuilt3D()) return;
+    update3D();
+    fit3D();
+}
+
+void KsMenuItem::fit3D()
+{
+    if (!m_parent || !m_parent->is3DLive()) return;
+    const KbVec2i32 wanted = getItemInitSize();
+    auto* bar = ksCast<KsMenuBar>(m_parent);
+    auto* popup = ksCast<KsMenuPopup>(m_parent);
+    if (bar && wanted != m_itemSize) bar->entriesChanged3D();
+    // A column stays as wide as it is when it has room.
+    if (popup && (wanted[0] > m_itemSize[0] || wanted[1] != m_itemSize[1]))
+        popup->entriesChanged3D();
 }
 
 void KsMenuItem::get3DLabelCachedBBox(KbVec3f& min, KbVec3f& max)

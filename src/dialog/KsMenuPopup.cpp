@@ -127,6 +127,14 @@ void KsMenuPopup::updateAfterSceneGraphChange()
     show3DChildren(0);
 }
 
+void KsMenuPopup::entriesChanged3D()
+{
+    if (!is3DLive()) return;
+    update3DChildrenSize();
+    update3DChildren();
+    change3DPosition();
+}
+
 KbVec2i32 KsMenuPopup::getItemInitSize()
 {
     KbVec2i32 size = KsMenuItem::getItemInitSize();
@@ -138,7 +146,10 @@ void KsMenuPopup::buildMenu(void* parentMenu, int build2D, int position)
 {
     const KsKeepAlive keep(this);
     KsMenuItem::buildMenu(parentMenu, build2D, position);
-    if (!build2D) update3DChildren();
+    if (!build2D) {
+        update3DChildren();
+        change3DPosition();
+    }
     m_changeSuspended = 0;
 }
 
