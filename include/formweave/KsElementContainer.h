@@ -70,19 +70,19 @@ public:
 private:
     /// Where a `forEach` stands; the innermost first.
     struct Walk {
-        explicit Walk(const KsElementList& walked) : list(walked), outer(walked.m_walk)
-        {
-            list.m_walk = this;
-        }
-        ~Walk() { list.m_walk = outer; }
+        explicit Walk(const KsElementList& walked) : list(walked) { list.enter(*this); }
+        ~Walk() { list.leave(*this); }
         Walk(const Walk&) = delete;
         Walk& operator=(const Walk&) = delete;
 
         const KsElementList& list;
-        Walk* const outer;
+        Walk* outer = nullptr;
         int index = 0;
     };
 
+    // Not in the header, where a compiler sees a pointer to a variable that goes.
+    void enter(Walk& walk) const;
+    void leave(const Walk& walk) const { m_walk = walk.outer; }
     bool mayTake(KsFormweave* child, const char* operation) const;
     void post(const char* operation, int index, int last, const char* end = "") const;
     void place(KsFormweave* child, int index);

@@ -6,12 +6,15 @@
 #include <formweave/KsDialogAuditor.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogCheckBoxAuditor.h>
+#include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoiceAuditor.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditTextAuditor.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogIntegerSliderAuditor.h>
+#include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonAuditor.h>
+#include <formweave/KsDialogPushButtonLauncher.h>
 #include <formweave/KsDialogRealSliderAuditor.h>
 #include <formweave/KsDialogWidgetList.h>
 #include <formweave/KsFormweave.h>

@@ -15,7 +15,10 @@
 #include <formweave/KsAuditor.h>
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
+#include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogGroup.h>
+#include <formweave/KsDialogPushButton.h>
+#include <formweave/KsDialogPushButtonLauncher.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -33,9 +36,17 @@ struct ClassSteps {
 };
 #define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
 constexpr ClassSteps classes[] = {
-    CLASS_STEPS(KsFormweave),      CLASS_STEPS(KsTopComponent), CLASS_STEPS(KsDialogComponent),
-    CLASS_STEPS(KsDialogCheckBox), CLASS_STEPS(KsDialogGroup),  CLASS_STEPS(KsColumnDialog),
-    CLASS_STEPS(KsRowDialog),      CLASS_STEPS(KsTopLevelDialog),
+    CLASS_STEPS(KsFormweave),
+    CLASS_STEPS(KsTopComponent),
+    CLASS_STEPS(KsDialogComponent),
+    CLASS_STEPS(KsDialogCheckBox),
+    CLASS_STEPS(KsDialogCheckBoxLauncher),
+    CLASS_STEPS(KsDialogGroup),
+    CLASS_STEPS(KsColumnDialog),
+    CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsDialogPushButton),
+    CLASS_STEPS(KsDialogPushButtonLauncher),
+    CLASS_STEPS(KsTopLevelDialog),
 };
 #undef CLASS_STEPS
 
