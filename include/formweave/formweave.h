@@ -7,6 +7,7 @@
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogCheckBoxAuditor.h>
 #include <formweave/KsDialogCheckBoxLauncher.h>
+#include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogChoiceAuditor.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditTextAuditor.h>

@@ -13,6 +13,7 @@
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <formweave/KsColumnDialog.h>
+#include <formweave/KsDialogChoice.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -42,11 +43,17 @@ bool isStack(const KsFormweave* node)
            node->isOfType(KsRowDialog::getClassTypeId());
 }
 
+// Classes of which only others derive; a file may hold them all the same.
+bool isBaseOfControls(KsType type)
+{
+    return type == KsDialogComponent::getClassTypeId() || type == KsDialogChoice::getClassTypeId();
+}
+
 // A class that only others derive from, met in a file, shows nothing in a scene.
 bool hasForm3D(const KsDialogComponent* node)
 {
     const KsType type = node->getTypeId();
-    return type != KsDialogComponent::getClassTypeId() && type != KsDialogGroup::getClassTypeId();
+    return !isBaseOfControls(type) && type != KsDialogGroup::getClassTypeId();
 }
 
 } // namespace
@@ -209,7 +216,7 @@ void KsDialogComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32&
             createComponentWidget(parent);
             m_firstBuild = 0;
             // A class that only others derive from, met in a file, shows an empty frame.
-            if (getTypeId() == getClassTypeId()) adoptFrame(new QFrame(parent));
+            if (isBaseOfControls(getTypeId())) adoptFrame(new QFrame(parent));
         }
         updateComponentWidget();
     } else if (hasForm3D(this)) {

@@ -16,6 +16,7 @@
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogCheckBoxLauncher.h>
+#include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
@@ -41,6 +42,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogComponent),
     CLASS_STEPS(KsDialogCheckBox),
     CLASS_STEPS(KsDialogCheckBoxLauncher),
+    CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),

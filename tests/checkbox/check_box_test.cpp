@@ -18,8 +18,6 @@ using Strings = std::vector<std::string>;
 /// The state behind a check box that tests look at.
 class Box : public KsDialogCheckBox {
 public:
-    using KsDialogCheckBox::m_componentInitSize;
-    using KsDialogCheckBox::m_componentSize;
     using KsDialogCheckBox::m_labelSize;
     using KsFormweave::m_lastActive;
     using KsFormweave::set3DCurrentActive;
@@ -86,7 +84,7 @@ public:
         auto* group = static_cast<KsGroup*>(box->getAnyPart("geomSwitch", false));
         return group->getChild(group->findChild(box->getAnyPart(part, false)) - 1);
     }
-    int labelWidth() const { return static_cast<Box*>(box)->m_labelSize[0]; }
+    int labelWidth() const { return (box->*&Box::m_labelSize)[0]; }
     KbVec2i32 size3D() const { return {box->width, box->height}; }
 
     KsDialogCheckBox* box;

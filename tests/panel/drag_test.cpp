@@ -292,6 +292,12 @@ TEST_F(PanelDrag, aPointerThatLeavesThePlaneOfThePanelDoesNotThrowItAway)
     move(KbVec2f(from[0], windowHeight - 5)); // the sky
     EXPECT_TRUE(isNear(dialog->position3D, before));
     release(from);
+    // The same if the sky is the first that it meets.
+    const KbVec2f again = placeOf(dialog, KbVec3f(before[0] + 150, -before[1] - 12, 1));
+    EXPECT_TRUE(press(again));
+    move(KbVec2f(again[0], windowHeight - 5));
+    EXPECT_TRUE(isNear(dialog->position3D, before));
+    release(again);
 }
 
 TEST_F(PanelDrag, aMovedCameraIsTakenIntoAccount)

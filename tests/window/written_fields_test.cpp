@@ -475,6 +475,8 @@ struct Written {
     Fields fields; ///< What the written text differs in.
 };
 
+void PrintTo(const Written& written, std::ostream* out) { *out << written.name; }
+
 // A window forgets what it was asked for, and its check boxes take the size that its layout gives;
 // a rebuild forgets what its components were asked for.
 const Fields window = of("TopLevelDialog", sizes);

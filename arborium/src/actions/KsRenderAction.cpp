@@ -3,8 +3,36 @@
 #include <arborium/nodes/KsTexture2.h>
 
 #include <algorithm>
+#include <cstring>
+#include <iterator>
 
 namespace {
+
+/// Makes one number of many; two different sequences practically never give the same.
+class Digest {
+public:
+    void add(std::uint64_t word)
+    {
+        m_value = (m_value ^ word) * 0x9e3779b97f4a7c15u;
+        m_value ^= m_value >> 32;
+    }
+    void add(float a, float b)
+    {
+        std::uint32_t bits[2];
+        std::memcpy(&bits[0], &a, sizeof a);
+        std::memcpy(&bits[1], &b, sizeof b);
+        add(std::uint64_t(bits[1]) << 32 | bits[0]);
+    }
+    void add(const KbVec3f& v, float fourth = 0)
+    {
+        add(v[0], v[1]);
+        add(v[2], fourth);
+    }
+    std::uint64_t value() const { return m_value; }
+
+private:
+    std::uint64_t m_value = 0x243f6a8885a308d3u;
+};
 
 /// All render actions alive. A mark that one of them clears is a change that the others, if the
 /// node is their root, have yet to see.
@@ -65,42 +93,166 @@ KsType KsRenderAction::getClassTypeId()
 
 void KsRenderAction::setViewportRegion(const KbViewportRegion& viewport)
 {
-    if (viewport != m_viewport) invalidate(); // cameras ask for its proportions
+    if (viewport != m_viewport) { // cameras ask for its proportions
+        invalidate();
+        m_keptRoot = nullptr;
+    }
     m_viewport = viewport;
 }
 
 void KsRenderAction::apply(KsNode* root)
 {
     if (root && root == m_root && !root->isStale(KsNode::StaleDraw)) return;
+    const bool outer = m_keeping;
+    m_keeping = true;
     KsAction::apply(root);
+    m_keeping = outer;
     m_root = root;
+}
+
+std::size_t KsRenderAction::tableSize() const
+{
+    return m_list.materials.size() + m_list.clips.size() + m_list.lightSets.size() + m_kept.size();
 }
 
 void KsRenderAction::beginTraversal(KsNode* root)
 {
     m_root = nullptr;
+    // The tables grow with what changed; now and then all is made anew.
+    const bool full = !m_keeping || root != m_keptRoot || tableSize() > 2 * m_fullSize + 64;
+    m_keptRoot = m_keeping ? root : nullptr;
+    m_formerRootNumber = m_rootNumber;
+    m_rootNumber = ++m_lastNumber;
+    if (full) {
+        m_kept.clear();
+        m_list.materials.clear();
+        m_list.clips.assign(1, {});
+        m_list.lightSets.assign(1, {});
+        m_formerDraws.clear();
+    } else {
+        m_formerDraws.swap(m_list.draws);
+    }
     m_list.draws.clear();
-    m_list.materials.clear();
-    m_list.clips.assign(1, {});
-    m_list.lightSets.assign(1, {});
     m_list.viewVolume = KbViewVolume();
     m_list.hasCamera = false;
     ++m_list.version;
     m_state->edit(m_state->viewport) = m_viewport;
     KsAction::beginTraversal(root);
+    m_formerDraws.clear();
+    if (full) m_fullSize = tableSize();
 }
 
 void KsRenderAction::visit(KsNode* node)
 {
     ++m_visits;
-    const PathCode code = getPathCode();
-    if (node->isStale(KsNode::StaleDraw) && (code == NO_PATH || code == BELOW_PATH)) {
+    m_nodeChanged = node->isStale(KsNode::StaleDraw) && isWhole();
+    if (m_nodeChanged) {
         // Before the visit, so that a change during it marks the node again.
         node->clearStale(KsNode::StaleDraw);
         for (KsRenderAction* other : allActions())
             if (other != this && other->m_root == node) other->invalidate();
     }
     node->GLRender(this);
+}
+
+bool KsRenderAction::isWhole() const
+{
+    const PathCode code = getPathCode();
+    return code == NO_PATH || code == BELOW_PATH;
+}
+
+std::uint64_t KsRenderAction::stateNumber() const
+{
+    const KsState& state = *m_state;
+    Digest digest;
+    const float* matrix = state.modelMatrix.get().getValue();
+    for (int i = 0; i < 16; i += 2) digest.add(matrix[i], matrix[i + 1]);
+    const KsMaterialState& material = state.material.get();
+    digest.add(material.ambient, material.shininess);
+    digest.add(material.diffuse, material.transparency);
+    digest.add(material.specular, material.lit ? 1.0f : 0.0f);
+    digest.add(material.emissive);
+    const KsFontState& font = state.font.get();
+    digest.add(font.size, 0);
+    const std::string name = font.name.toUtf8();
+    digest.add(name.size());
+    for (const char c : name) digest.add(static_cast<unsigned char>(c));
+    const KsShapeHintsState& hints = state.shapeHints.get();
+    digest.add((hints.counterClockwise ? 1u : 0u) | (hints.solid ? 2u : 0u) |
+               (hints.ordered ? 4u : 0u) | (hints.convex ? 8u : 0u));
+    digest.add(hints.creaseAngle, 0);
+    digest.add(state.lights.get().size());
+    for (const KsLightState& light : state.lights.get()) {
+        digest.add(light.color, static_cast<float>(light.kind));
+        digest.add(light.vector);
+    }
+    digest.add(state.clipPlanes.get().size());
+    for (const KbPlane& plane : state.clipPlanes.get())
+        digest.add(plane.getNormal(), plane.getDistanceFromOrigin());
+    if (const auto* texture = ksCast<KsTexture2>(state.texture.get())) {
+        const KsTexturePtr image = texture->getImage();
+        digest.add(image ? image->id : 0);
+    }
+    digest.add(static_cast<std::uint64_t>(state.switchValue.get()));
+    return digest.value();
+}
+
+KsRenderAction::Kept* KsRenderAction::findKept(const KsSeparator* separator)
+{
+    const auto found = m_kept.find(separator);
+    if (found == m_kept.end()) return nullptr;
+    // Its place is known if it was there when the separator around it was last traversed.
+    const std::uint64_t outer = m_recording ? m_recording->m_lastNumber : m_formerRootNumber;
+    return outer && found->second.outer == outer ? &found->second : nullptr;
+}
+
+bool KsRenderAction::reuse(const KsSeparator* separator, std::uint64_t version)
+{
+    if (!m_keeping || !isWhole()) return false;
+    Kept* kept = findKept(separator);
+    if (!kept || kept->version != version || kept->state != stateNumber()) return false;
+    const std::size_t first = kept->first + (m_recording ? m_recording->m_lastFirst : 0);
+    if (first + kept->count > m_formerDraws.size()) return false;
+    const auto from = m_formerDraws.begin() + static_cast<std::ptrdiff_t>(first);
+    kept->first = m_list.draws.size() - (m_recording ? m_recording->m_first : 0);
+    kept->outer = m_recording ? m_recording->m_number : m_rootNumber;
+    m_list.draws.insert(m_list.draws.end(), std::make_move_iterator(from),
+                        std::make_move_iterator(from + static_cast<std::ptrdiff_t>(kept->count)));
+    return true;
+}
+
+KsRenderAction::Recording::Recording(KsRenderAction* action, const KsSeparator* separator,
+                                     std::uint64_t version)
+    : m_action(action->m_keeping && action->isWhole() ? action : nullptr), m_separator(separator),
+      m_version(version), m_state(0), m_outer(action->m_recording), m_number(0), m_lastNumber(0),
+      m_first(action->m_list.draws.size()), m_cameras(action->m_cameras)
+{
+    if (!m_action) return;
+    const KsState& state = *action->m_state;
+    // What lies in nodes in front of the separator may change without a mark on the separator.
+    if (state.coordinates.get() || state.normals.get() || state.vertexProperty.get())
+        m_version = 0;
+    else
+        m_state = action->stateNumber();
+    if (const Kept* kept = action->findKept(separator)) {
+        m_lastNumber = kept->number;
+        m_lastFirst = kept->first + (m_outer ? m_outer->m_lastFirst : 0);
+    }
+    m_number = ++action->m_lastNumber;
+    action->m_recording = this;
+}
+
+KsRenderAction::Recording::~Recording()
+{
+    if (!m_action) return;
+    m_action->m_recording = m_outer;
+    Kept& kept = m_action->m_kept[m_separator];
+    kept.version = m_cameras == m_action->m_cameras && !m_action->isTerminated() ? m_version : 0;
+    kept.state = m_state;
+    kept.number = m_number;
+    kept.outer = m_outer ? m_outer->m_number : m_action->m_rootNumber;
+    kept.first = m_first - (m_outer ? m_outer->m_first : 0);
+    kept.count = m_action->m_list.draws.size() - m_first;
 }
 
 void KsRenderAction::draw(const KsMeshPtr& mesh) { add(mesh, nullptr); }
@@ -133,6 +285,7 @@ void KsRenderAction::setViewVolume(const KbViewVolume& volume)
 {
     m_list.viewVolume = volume;
     m_list.hasCamera = true;
+    ++m_cameras;
 }
 
 std::uint32_t KsRenderAction::materialIndex()

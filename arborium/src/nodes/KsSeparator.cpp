@@ -3,6 +3,7 @@
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsGetMatrixAction.h>
 #include <arborium/actions/KsRayPickAction.h>
+#include <arborium/actions/KsRenderAction.h>
 #include <arborium/actions/KsState.h>
 
 #include <algorithm>
@@ -19,6 +20,16 @@ void KsSeparator::doAction(KsAction* action)
     state->push();
     getChildren()->traverseInPath(action);
     state->pop();
+}
+
+void KsSeparator::GLRender(KsRenderAction* action)
+{
+    // Never the same number for two separators: one may stand where another was in memory.
+    static std::uint64_t s_lastVersion = 0;
+    if (action->isNodeChanged() || !m_drawVersion) m_drawVersion = ++s_lastVersion;
+    if (action->reuse(this, m_drawVersion)) return;
+    const KsRenderAction::Recording recording(action, this, m_drawVersion);
+    doAction(action);
 }
 
 void KsSeparator::getBoundingBox(KsGetBoundingBoxAction* action)

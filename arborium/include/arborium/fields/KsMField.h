@@ -14,6 +14,9 @@ public:
     virtual void setNum(int count) = 0;
     /// Removes `count` values from `start` on; -1 means all the rest. Out of range is clipped.
     virtual void deleteValues(int start, int count = -1) = 0;
+    /// Inserts `count` values, the value type's zero, before the one at `start`. Out of range, or
+    /// beyond the limit of values, does nothing.
+    virtual void insertSpace(int start, int count) = 0;
 
 protected:
     /// FALSE, with a message, for an index that no field may have.
@@ -83,6 +86,13 @@ public:
         if (start < 0 || start >= getNum()) return;
         const int end = count < 0 || count > getNum() - start ? getNum() : start + count;
         m_values.erase(m_values.begin() + start, m_values.begin() + end);
+        valueChanged();
+    }
+    void insertSpace(int start, int count) override
+    {
+        if (count <= 0 || start < 0 || start > getNum() || !canHold(count)) return;
+        if (!canHold(getNum() + count - 1)) return;
+        m_values.insert(m_values.begin() + start, static_cast<std::size_t>(count), V{});
         valueChanged();
     }
     bool operator==(const KsMFieldOf& other) const { return m_values == other.m_values; }

@@ -3,8 +3,10 @@
 #include <arborium/base/KbBox3f.h>
 #include <arborium/nodes/KsGroup.h>
 
+#include <cstdint>
+
 /// A group that keeps what its children set from what stands behind it. It keeps the box of its
-/// children until something below it changes.
+/// children until something below it changes, and lets render actions keep what it drew.
 class ARBORIUM_API KsSeparator : public KsGroup {
     KS_NODE_HEADER(KsSeparator);
 
@@ -13,6 +15,7 @@ public:
 
     bool affectsState() const override { return false; }
     void doAction(KsAction* action) override;
+    void GLRender(KsRenderAction* action) override;
     void getBoundingBox(KsGetBoundingBoxAction* action) override;
     void getMatrix(KsGetMatrixAction* action) override;
     void rayPick(KsRayPickAction* action) override;
@@ -23,4 +26,5 @@ protected:
 private:
     KbBox3f m_box; // in the space in which the separator stands
     bool m_boxKept = false;
+    std::uint64_t m_drawVersion = 0; // another one whenever a render action met a change below
 };
