@@ -1,5 +1,6 @@
 #pragma once
 
+#include <arborium/base/KbVec.h>
 #include <arborium/fields/KsSField.h>
 #include <formweave/KsFormweaveApi.h>
 
@@ -36,6 +37,10 @@ public:
         std::array<std::int32_t, 6> m_values;
         std::array<bool, 6> m_isDefault;
     };
+
+    /// Writes six sizes into the fields one after the other. By value: those who listen change what
+    /// an element remembers.
+    static void assign(const Fields& fields, KbVec2i32 size, KbVec2i32 min, KbVec2i32 max);
 
 private:
     std::int32_t unasked(int index) const { return index < 4 ? 0 : m_openLimit; }

@@ -76,6 +76,8 @@ protected:
         dropRows(list, shown);
         fillRows();
     }
+    /// The item at `index` as the only line of a text; empty where no item is shown.
+    void show3DItem(KsText3* text, int index) const;
     /// Index of the row that a pick path leads through; -1 if there is none.
     int findPickedRow(const KsPath* path) const;
 

@@ -5,11 +5,8 @@
 
 #include <QPointer>
 #include <functional>
-#include <initializer_list>
 
 class KsRelayFrame;
-class KsScale;
-struct KsSkinFamily;
 class QBoxLayout;
 class QSpacerItem;
 
@@ -146,43 +143,6 @@ protected:
     void getZonesSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max, int leastHeight);
 
     // In a scene.
-    /// A text: front faces behind a translation of their own.
-    struct SceneText {
-        KsRef<KsTranslation> translation;
-        KsRef<KsText3> text;
-        KbBox3f box = staleBox();
-    };
-    /// A shape of unit size that is moved and scaled.
-    struct SceneFrame {
-        KsRef<KsTranslation> translation;
-        KsRef<KsScale> scale;
-    };
-    struct PartLook {
-        const char* part;
-        const char* skinName;
-    };
-    /// Loads the fonts and, if there is one, the family; then gives each part its look.
-    void dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks);
-    /// A new node in `slot`, as the first child of a part.
-    template <class Node> void putFirst(KsRef<Node>& slot, const char* part)
-    {
-        slot = new Node;
-        insertFirst(slot.get(), part);
-    }
-    /// A new node in `slot`, among the siblings of a part and just before it.
-    template <class Node> void putBefore(KsRef<Node>& slot, const char* part)
-    {
-        slot = new Node;
-        insertBefore(slot.get(), part);
-    }
-    /// Translation first and text last in a part.
-    void create3DText(SceneText& text, const char* part);
-    /// Replaces all lines; the box is measured again when it is next asked for.
-    static void show3DText(SceneText& text, const KbString& s);
-    /// Measured behind the content of the part `properties`.
-    const KbBox3f& textBox3D(SceneText& text, const char* properties);
-    /// By how much a text has to move so that its middle is at height 0.
-    static float centreY(const KbBox3f& box);
     /// The scale within `frameSep`, the translation before it.
     void create3DFrame(SceneFrame& frame);
     static void place3DFrame(SceneFrame& frame, float x, float y, float w, float h);
@@ -193,14 +153,11 @@ protected:
     SceneZone controlZone3D() const;
     /// The label's text, in `labelSwitch`, and whether it is shown.
     void create3DLabel();
+    /// Replaces the label's text and places it.
+    void show3DLabelText(const KbString& s);
     /// The box of the label's text, behind `labelProp`. Measured once for each text.
     KbBox3f labelBox3D();
     void show3DLabel();
-    /// TRUE if the press or click that is being handled is on one of the parts.
-    bool isPicked(std::initializer_list<const char*> parts);
-    /// Closes what another element has open; nothing stays open here.
-    void closeOther3D();
-
     void createComponentWidget(QWidget* parent);
     /// Puts a relay frame that was just made into the component's layout: in the place of an
     /// earlier one, whose visibility it takes over, else with the spacer behind it.
@@ -245,8 +202,6 @@ protected:
 
 private:
     friend class KsDialogGroup;
-    void insertFirst(KsNode* node, const char* part);
-    void insertBefore(KsNode* node, const char* part);
     KsAskedSizes::Fields sizeFields();
     QPointer<QWidget> m_layoutFrame;    ///< The relay that stands in `m_frameLayout` now.
     QPointer<QBoxLayout> m_frameLayout; ///< In the parent's layout; holds frame and spacer.

@@ -69,20 +69,17 @@ public:
 
 private:
     /// Where a `forEach` stands; the innermost first.
-    struct Walk {
-        explicit Walk(const KsElementList& walked) : list(walked) { list.enter(*this); }
-        ~Walk() { list.leave(*this); }
+    struct FORMWEAVE_API Walk {
+        explicit Walk(const KsElementList& walked);
+        ~Walk();
         Walk(const Walk&) = delete;
         Walk& operator=(const Walk&) = delete;
 
         const KsElementList& list;
-        Walk* outer = nullptr;
+        Walk* const outer;
         int index = 0;
     };
 
-    // Not in the header, where a compiler sees a pointer to a variable that goes.
-    void enter(Walk& walk) const;
-    void leave(const Walk& walk) const { m_walk = walk.outer; }
     bool mayTake(KsFormweave* child, const char* operation) const;
     void post(const char* operation, int index, int last, const char* end = "") const;
     void place(KsFormweave* child, int index);
@@ -102,7 +99,7 @@ private:
 /// to the typed ones, so that a subclass overrides each operation once.
 template <class Base, class Child> class KsElementContainer : public Base {
 public:
-    // Each ends in `childrenChanged` if something changed.
+    // Each ends in `childrenChanged` or `childrenRemoved` if something changed.
     virtual void addChild(Child* child) { changedIf(m_elements.add(child)); }
     virtual void insertChild(Child* child, int index)
     {
@@ -112,8 +109,14 @@ public:
     virtual int getNumChildren() { return m_elements.count(); }
     virtual int findChild(const Child* child) { return m_elements.find(child); }
     virtual void removeChild(Child* child) { removeChild(findChild(child)); }
-    virtual void removeChild(int index) { changedIf(m_elements.remove(index)); }
-    virtual void removeAllChildren() { changedIf(m_elements.removeAll()); }
+    virtual void removeChild(int index)
+    {
+        if (m_elements.remove(index)) childrenRemoved();
+    }
+    virtual void removeAllChildren()
+    {
+        if (m_elements.removeAll()) childrenRemoved();
+    }
     virtual void replaceChild(Child* oldChild, Child* newChild)
     {
         replaceChild(findChild(oldChild), newChild);
@@ -180,6 +183,8 @@ protected:
 
     /// The child list changed, after the children were built or not.
     virtual void childrenChanged() {}
+    /// Children went: the same, unless the class lets the others stand as they are.
+    virtual void childrenRemoved() { childrenChanged(); }
     Child* childAt(int index) const { return static_cast<Child*>(m_elements.at(index)); }
     template <class Visit> void forEachChild(Visit&& visit) const
     {

@@ -9,20 +9,25 @@
 #include <formweave/KsElementSensor.h>
 #include <formweave/KsFormweaveApi.h>
 
+#include <initializer_list>
+
 class KsAuditor;
 class KsElementList;
+class KsEventCallback;
 class KsGetBoundingBoxAction;
 class KsGetMatrixAction;
 class KsGroup;
 class KsMaterial;
 class KsNodeList;
 class KsPickStyle;
+class KsScale;
 class KsSearchAction;
 class KsText3;
 class KsTransform;
 class KsTranslation;
 class QFont;
 class QWidget;
+struct KsSkinFamily;
 
 /// Base of every dialog element. The same node is shown as Qt widgets (built by `buildWidget` with
 /// a non-zero last argument) and as geometry in a scene (built by the first bounding-box traversal
@@ -186,6 +191,9 @@ protected:
     /// Makes `node` the one active element in 3D, closing what the former one has open. Null is
     /// allowed.
     static void set3DCurrentActive(KsFormweave* node);
+    /// To be called when the element opens a list or menu and is the active one: from now on a
+    /// press that does not go to it or to what is in it makes no element active.
+    void closeOnPressElsewhere();
     static void destroyByRef(KsFormweave* node);
     /// Updates both presentations, as far as they exist, Qt first.
     template <class Self>
@@ -246,6 +254,58 @@ protected:
     /// The container that was not reached first takes no part: this element stands alone.
     void detachFromUnbuiltTop(KsFormweave* top);
 
+    // What elements are made of in a scene.
+    /// A text: front faces behind a translation of their own.
+    struct SceneText {
+        KsRef<KsTranslation> translation;
+        KsRef<KsText3> text;
+        KbBox3f box = staleBox();
+    };
+    /// A shape of unit size that is moved and scaled.
+    struct SceneFrame {
+        KsRef<KsTranslation> translation;
+        KsRef<KsScale> scale;
+    };
+    struct PartLook {
+        const char* part;
+        const char* skinName;
+    };
+    /// Loads the fonts and, if there is one, the family; then gives each part its look.
+    void dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks);
+    void insertFirst(KsNode* node, const char* part);
+    void insertBefore(KsNode* node, const char* part);
+    void insertBehind(KsNode* node, const char* part);
+    /// A new node in `slot`, as the first child of a part.
+    template <class Node> void putFirst(KsRef<Node>& slot, const char* part)
+    {
+        slot = new Node;
+        insertFirst(slot.get(), part);
+    }
+    /// A new node in `slot`, among the siblings of a part and just before it.
+    template <class Node> void putBefore(KsRef<Node>& slot, const char* part)
+    {
+        slot = new Node;
+        insertBefore(slot.get(), part);
+    }
+    /// The same just behind the part.
+    template <class Node> void putBehind(KsRef<Node>& slot, const char* part)
+    {
+        slot = new Node;
+        insertBehind(slot.get(), part);
+    }
+    /// Translation first and text last in a part.
+    void create3DText(SceneText& text, const char* part);
+    /// Replaces all lines; the box is measured again when it is next asked for.
+    static void show3DText(SceneText& text, const KbString& s);
+    /// Measured behind the content of the part `properties`.
+    const KbBox3f& textBox3D(SceneText& text, const char* properties);
+    /// By how much a text has to move so that its middle is at height 0.
+    static float centreY(const KbBox3f& box);
+    /// TRUE if the press or click that is being handled is on one of the parts.
+    bool isPicked(std::initializer_list<const char*> parts);
+    /// Closes what another element has open; nothing stays open here.
+    void closeOther3D();
+
     int m_build2D = 0;
     QWidget* m_parentWidget = nullptr;
     KsFormweave* m_parent = nullptr;
@@ -256,6 +316,7 @@ protected:
     std::unique_ptr<KsGetMatrixAction> m_matrixAction;
     KsRef<KsPickStyle> m_pickStyle;
     KsRef<KsMaterial> m_material;
+    KsRef<KsEventCallback> m_pressListener;
     int m_show3D = 1;
     KbBox3f m_labelCachedBBox;
     int m_built3D = 0;
@@ -275,5 +336,7 @@ private:
     /// Loads the skin that the environment names, if none was chosen yet.
     static void chooseSkin();
     static void refreshAll3DSkins();
+    static void pressedCB(void* data, KsEventCallback* node);
+    int placeBeside(KsGroup*& group, const char* part);
     void paintEnabled(bool enabled, int enabledPickStyle);
 };

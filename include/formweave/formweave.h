@@ -9,14 +9,17 @@
 #include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogChoiceAuditor.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditTextAuditor.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogIntegerSliderAuditor.h>
+#include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonAuditor.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
 #include <formweave/KsDialogRealSliderAuditor.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsDialogWidgetList.h>
 #include <formweave/KsFormweave.h>
 #include <formweave/KsMenuCheckBoxAuditor.h>

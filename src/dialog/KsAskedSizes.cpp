@@ -37,6 +37,15 @@ void KsAskedSizes::restore(const Fields& fields) const
         put(*fields[i], m_values[i], !m_isAsked[i]);
 }
 
+void KsAskedSizes::assign(const Fields& fields, KbVec2i32 size, KbVec2i32 min, KbVec2i32 max)
+{
+    std::size_t i = 0;
+    for (const KbVec2i32& pair : {size, min, max}) {
+        *fields[i++] = pair[0];
+        *fields[i++] = pair[1];
+    }
+}
+
 KsAskedSizes::Shown::Shown(const KsAskedSizes& asked, const Fields& fields) : m_fields(fields)
 {
     for (std::size_t i = 0; i < fields.size(); ++i) {

@@ -178,12 +178,14 @@ void KsDialogChoice::dropRows(KsGroup* list, int shown)
 
 void KsDialogChoice::fillRows()
 {
-    const int shown = getVisibleCount();
-    for (int i = 0; i < static_cast<int>(m_rows.size()); ++i) {
-        KsText3* text = m_rows[static_cast<std::size_t>(i)].text.get();
-        const KbString item = i < shown ? ksShownText(items[i]) : KbString();
-        if (text->string.getNum() != 1 || text->string[0] != item) text->string.setValue(item);
-    }
+    int i = 0;
+    for (const SceneRow& row : m_rows) show3DItem(row.text.get(), i++);
+}
+
+void KsDialogChoice::show3DItem(KsText3* text, int index) const
+{
+    const KbString item = index < getVisibleCount() ? ksShownText(items[index]) : KbString();
+    if (text->string.getNum() != 1 || text->string[0] != item) text->string.setValue(item);
 }
 
 int KsDialogChoice::findPickedRow(const KsPath* path) const

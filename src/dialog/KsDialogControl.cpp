@@ -2,9 +2,7 @@
 
 #include "../qt/KsRelay.h"
 #include "KsLayouts.h"
-#include "KsSkinFamily.h"
 
-#include <arborium/actions/KsPath.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSwitch.h>
 #include <arborium/nodes/KsText3.h>
@@ -26,6 +24,7 @@ void KsDialogComponent::installRelay(KsRelayFrame* relay, const std::function<vo
     m_relay = relay;
     m_widget = relay;
     fill();
+    relay->setWantedSize(QSize(width, height));
     adoptFrame(relay);
     if (earlier) earlier->handOverTo(relay);
 }
@@ -77,54 +76,6 @@ void KsDialogComponent::getZonesSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32&
 }
 
 // The scene.
-
-void KsDialogComponent::dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks)
-{
-    loadFontProperties();
-    if (family) family->loadOnce();
-    for (const PartLook& look : looks) setPartAsDefault(look.part, look.skinName, true);
-}
-
-void KsDialogComponent::insertFirst(KsNode* node, const char* part)
-{
-    static_cast<KsGroup*>(getAnyPart(part, true))->insertChild(node, 0);
-}
-
-void KsDialogComponent::insertBefore(KsNode* node, const char* part)
-{
-    const KsNode* next = getAnyPart(part, true);
-    const KsNodekitCatalog* catalog = getNodekitCatalog();
-    const KbName parent = catalog->getName(catalog->getParent(catalog->getPartNumber(part)));
-    auto* group = static_cast<KsGroup*>(getAnyPart(parent, true));
-    group->insertChild(node, group->findChild(next));
-}
-
-void KsDialogComponent::create3DText(SceneText& text, const char* part)
-{
-    putFirst(text.translation, part);
-    text.text = new KsText3;
-    text.text->parts = KsText3::FRONT;
-    static_cast<KsGroup*>(getAnyPart(part, true))->addChild(text.text.get());
-    text.box = staleBox();
-}
-
-void KsDialogComponent::show3DText(SceneText& text, const KbString& s)
-{
-    showText3D(text.text.get(), s);
-    text.box = staleBox();
-}
-
-const KbBox3f& KsDialogComponent::textBox3D(SceneText& text, const char* properties)
-{
-    if (text.box == staleBox())
-        text.box = measure3DText(getAnyPart(properties, false), text.text.get());
-    return text.box;
-}
-
-float KsDialogComponent::centreY(const KbBox3f& box)
-{
-    return -(box.getMax()[1] + box.getMin()[1]) / 2;
-}
 
 void KsDialogComponent::create3DFrame(SceneFrame& frame)
 {
@@ -179,9 +130,11 @@ void KsDialogComponent::update3DLabel()
         KbVec3f(static_cast<float>(x) - static_cast<float>(size3D()[0]) / 2, centreY(box), 0);
 }
 
-void KsDialogComponent::change3DLabel()
+void KsDialogComponent::change3DLabel() { show3DLabelText(convertToCString(label, nullptr)); }
+
+void KsDialogComponent::show3DLabelText(const KbString& s)
 {
-    if (m_label3D.text) showText3D(m_label3D.text.get(), convertToCString(label, nullptr));
+    showText3D(m_label3D.text.get(), s);
     KsTopComponent::change3DLabel();
     if (isBuilt3D()) update3DLabel();
 }
@@ -193,19 +146,4 @@ void KsDialogComponent::change3DLabelVisibility()
     if (!m_label3D.text) return;
     show3DLabel();
     update3DControl();
-}
-
-bool KsDialogComponent::isPicked(std::initializer_list<const char*> parts)
-{
-    const KsPath* path = getPickPath();
-    return path && std::any_of(parts.begin(), parts.end(), [&](const char* part) {
-               const KsNode* node = getAnyPart(part, false);
-               return node && path->containsNode(node);
-           });
-}
-
-void KsDialogComponent::closeOther3D()
-{
-    set3DCurrentActive(this);
-    set3DInactive();
 }

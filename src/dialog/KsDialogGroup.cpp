@@ -65,16 +65,8 @@ void KsDialogGroup::childrenChanged()
 
 void KsDialogGroup::updateAfterSceneGraphChange()
 {
-    if (windowResizedByChildren) {
-        // Copied first: the writes below change what is remembered.
-        const KbVec2i32 size = m_defaultSize, min = m_defaultMin, max = m_defaultMax;
-        width = size[0];
-        height = size[1];
-        minWidth = min[0];
-        minHeight = min[1];
-        maxWidth = max[0];
-        maxHeight = max[1];
-    }
+    if (windowResizedByChildren)
+        KsAskedSizes::assign(sizeFields(), m_defaultSize, m_defaultMin, m_defaultMax);
     m_sizeDB.clear();
     m_componentInitSize.setValue(-1, -1);
     m_labelInitSize.setValue(0, 0);

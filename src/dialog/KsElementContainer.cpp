@@ -30,6 +30,13 @@ KsElementList::KsElementList(KsFormweave* owner, const KsElementListTraits& trai
 
 KsElementList::~KsElementList() = default;
 
+KsElementList::Walk::Walk(const KsElementList& walked) : list(walked), outer(walked.m_walk)
+{
+    list.m_walk = this;
+}
+
+KsElementList::Walk::~Walk() { list.m_walk = outer; }
+
 void KsElementList::orphanChildren()
 {
     for (int i = 0; i < m_count; ++i) {
@@ -81,12 +88,6 @@ bool KsElementList::mayTake(KsFormweave* child, const char* operation) const
         return false;
     }
     return true;
-}
-
-void KsElementList::enter(Walk& walk) const
-{
-    walk.outer = m_walk;
-    m_walk = &walk;
 }
 
 void KsElementList::shiftWalks(int index, int by)

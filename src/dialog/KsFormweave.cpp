@@ -8,6 +8,7 @@
 #include <arborium/base/KcInitModuleCmd.h>
 #include <arborium/base/KsModule.h>
 #include <arborium/io/KsDB.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsSwitch.h>
@@ -17,9 +18,12 @@
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoice.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogGroup.h>
+#include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -36,6 +40,7 @@ struct ClassSteps {
     void (*exit)();
 };
 #define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
+// clang-format off
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),
     CLASS_STEPS(KsTopComponent),
@@ -43,13 +48,17 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogCheckBox),
     CLASS_STEPS(KsDialogCheckBoxLauncher),
     CLASS_STEPS(KsDialogChoice),
+    CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsDialogLabel),
     CLASS_STEPS(KsDialogPushButton),
     CLASS_STEPS(KsDialogPushButtonLauncher),
+    CLASS_STEPS(KsDialogSeparator),
     CLASS_STEPS(KsTopLevelDialog),
 };
+// clang-format on
 #undef CLASS_STEPS
 
 KbThreadMutex* s_initLock = nullptr;

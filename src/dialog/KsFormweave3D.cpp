@@ -1,15 +1,24 @@
 // Placement in a scene.
 
+#include "KsSkinFamily.h"
+
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsGetMatrixAction.h>
+#include <arborium/actions/KsPath.h>
+#include <arborium/actions/KsRayPickAction.h>
 #include <arborium/actions/KsSearchAction.h>
+#include <arborium/events/KsEvent.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsSwitch.h>
+#include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <formweave/KsFormweave.h>
+
+#include <algorithm>
 
 void KsFormweave::create3DFormweave()
 {
@@ -80,4 +89,97 @@ void KsFormweave::apply3DTranslation(KsNode* node, float& depth, KbVec3f& v)
     if (depth == -1.0f) depth = compute3DDepth(node);
     v += KbVec3f(0, 0, depth);
     v += m_parentTranslation;
+}
+
+// What elements are made of.
+
+void KsFormweave::dress3D(KsSkinFamily* family, std::initializer_list<PartLook> looks)
+{
+    loadFontProperties();
+    if (family) family->loadOnce();
+    for (const PartLook& look : looks) setPartAsDefault(look.part, look.skinName, true);
+}
+
+void KsFormweave::insertFirst(KsNode* node, const char* part)
+{
+    static_cast<KsGroup*>(getAnyPart(part, true))->insertChild(node, 0);
+}
+
+int KsFormweave::placeBeside(KsGroup*& group, const char* part)
+{
+    const KsNode* node = getAnyPart(part, true);
+    const KsNodekitCatalog* catalog = getNodekitCatalog();
+    const KbName parent = catalog->getName(catalog->getParent(catalog->getPartNumber(part)));
+    group = static_cast<KsGroup*>(getAnyPart(parent, true));
+    return group->findChild(node);
+}
+
+void KsFormweave::insertBefore(KsNode* node, const char* part)
+{
+    KsGroup* group = nullptr;
+    const int place = placeBeside(group, part);
+    group->insertChild(node, place);
+}
+
+void KsFormweave::insertBehind(KsNode* node, const char* part)
+{
+    KsGroup* group = nullptr;
+    const int place = placeBeside(group, part) + 1;
+    group->insertChild(node, place);
+}
+
+void KsFormweave::create3DText(SceneText& text, const char* part)
+{
+    putFirst(text.translation, part);
+    text.text = new KsText3;
+    text.text->parts = KsText3::FRONT;
+    static_cast<KsGroup*>(getAnyPart(part, true))->addChild(text.text.get());
+    text.box = staleBox();
+}
+
+void KsFormweave::show3DText(SceneText& text, const KbString& s)
+{
+    showText3D(text.text.get(), s);
+    text.box = staleBox();
+}
+
+const KbBox3f& KsFormweave::textBox3D(SceneText& text, const char* properties)
+{
+    if (text.box == staleBox())
+        text.box = measure3DText(getAnyPart(properties, false), text.text.get());
+    return text.box;
+}
+
+float KsFormweave::centreY(const KbBox3f& box) { return -(box.getMax()[1] + box.getMin()[1]) / 2; }
+
+bool KsFormweave::isPicked(std::initializer_list<const char*> parts)
+{
+    const KsPath* path = getPickPath();
+    return path && std::any_of(parts.begin(), parts.end(), [&](const char* part) {
+               const KsNode* node = getAnyPart(part, false);
+               return node && path->containsNode(node);
+           });
+}
+
+void KsFormweave::closeOther3D()
+{
+    set3DCurrentActive(this);
+    set3DInactive();
+}
+
+void KsFormweave::closeOnPressElsewhere()
+{
+    auto* group = ksCast<KsGroup>(getAnyPart("topSeparator", true));
+    if (!group || m_pressListener) return;
+    m_pressListener = new KsEventCallback;
+    m_pressListener->addEventCallback(KsEvent::getClassTypeId(), pressedCB, this);
+    group->addChild(m_pressListener.get());
+}
+
+void KsFormweave::pressedCB(void* data, KsEventCallback* node)
+{
+    auto* element = static_cast<KsFormweave*>(data);
+    if (m_lastActive != element || !isPress(node->getEvent())) return;
+    const KsPickedPoint* hit = node->getPickedPoint();
+    if (!hit || !hit->getPath()->containsNode(element)) set3DCurrentActive(nullptr);
 }

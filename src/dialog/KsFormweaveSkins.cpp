@@ -11,6 +11,8 @@
 #include <arborium/nodes/KsNodeList.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <formweave/KsDialogCheckBox.h>
+#include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsFormweave.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -179,6 +181,8 @@ void KsFormweave::change3DSkin()
     textFamily().change();
     KsDialogComponent::change3DSkin();
     KsDialogCheckBox::change3DSkin();
+    KsDialogComboBox::change3DSkin();
+    KsDialogSeparator::change3DSkin();
     KsTopLevelDialog::change3DSkin();
     refreshAll3DSkins();
 }

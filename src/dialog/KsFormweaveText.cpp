@@ -76,6 +76,13 @@ std::basic_string<Char> unescape(const std::basic_string<Char>& text, bool withR
     return result;
 }
 
+// Between the halves of a surrogate pair, or before a mark that stands on the character before it.
+bool isWithinCharacter(const std::u16string& text, int place)
+{
+    const auto i = static_cast<std::size_t>(place);
+    return i < text.size() && (QChar::isLowSurrogate(text[i]) || QChar(text[i]).isMark());
+}
+
 QString toQString(const KbString& text) { return QString::fromStdU16String(text.toUtf16()); }
 
 } // namespace
@@ -176,32 +183,36 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     action.apply(separator.get());
     separator->removeAllChildren();
 
-    // One measuring of the whole line gives each place where it may break. A character that passes
-    // the width stays at the end of its line and stands again at the start of the next one, unless
-    // it is all that the line holds: each line takes one character at least.
+    // One layout of the whole line gives the width up to each place where it may break.
     const KbString whole = text->string[line];
     const std::vector<float> widths = KsText3::getPrefixWidths(whole, font);
     const int n = static_cast<int>(widths.size()) - 1;
+    const std::u16string units = whole.isUnicode() ? whole.toUtf16() : std::u16string();
     std::vector<KbString> pieces;
     int start = 0;
+    int fitting = 0; // the end of the last character that was narrower than the room
     for (int end = 1; end <= n; ++end) {
+        if (end < n && isWithinCharacter(units, end)) continue;
         const float w =
             (widths[static_cast<std::size_t>(end)] - widths[static_cast<std::size_t>(start)]) *
             scale;
-        if (w < maxWidth) continue;
-        const int next = w > maxWidth && end - start > 1 ? end - 1 : end;
-        if (next == n) break;
-        pieces.push_back(whole.getSubString(start, end));
-        start = next;
-        end = next;
+        if (w < maxWidth) {
+            fitting = end;
+            continue;
+        }
+        // The character that passes the width opens the next line, unless it stands alone.
+        const int cut = w > maxWidth && fitting > start ? fitting : end;
+        if (cut == n) break;
+        pieces.push_back(whole.getSubString(start, cut));
+        start = fitting = end = cut;
     }
     if (pieces.empty()) return line;
     pieces.push_back(whole.getSubString(start, -1));
-    std::vector<KbString> lines = text->string.values();
-    lines.erase(lines.begin() + line);
-    lines.insert(lines.begin() + line, pieces.begin(), pieces.end());
-    text->string.assign(std::move(lines));
-    return line + static_cast<int>(pieces.size()) - 1;
+    const int last = line + static_cast<int>(pieces.size()) - 1;
+    const std::vector<KbString>& lines = text->string.values();
+    pieces.insert(pieces.end(), lines.begin() + line + 1, lines.end());
+    text->string.setValues(line, static_cast<int>(pieces.size()), pieces.data());
+    return last;
 }
 
 KbBox3f KsFormweave::staleBox() { return KbBox3f(-1, -1, -1, -1, -1, -1); }

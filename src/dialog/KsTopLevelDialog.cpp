@@ -453,16 +453,8 @@ void KsTopLevelDialog::computeNewChildrenHeight(const KbVec2i32& target)
 
 void KsTopLevelDialog::resetSize()
 {
-    if (windowResizedByChildren) {
-        // Copied first: the writes below change what is remembered.
-        const KbVec2i32 size = m_defaultSize, min = m_defaultMin, max = m_defaultMax;
-        width = size[0];
-        height = size[1];
-        minWidth = min[0];
-        minHeight = min[1];
-        maxWidth = max[0];
-        maxHeight = max[1];
-    }
+    if (windowResizedByChildren)
+        KsAskedSizes::assign(sizeFields(), m_defaultSize, m_defaultMin, m_defaultMax);
     forEachChild([](KsTopComponent* child) { child->resetSize(); });
 }
 

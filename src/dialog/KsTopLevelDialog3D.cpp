@@ -1,5 +1,6 @@
 // The dialog as a panel in a scene.
 
+#include "KsLayouts.h"
 #include "KsSkinFamily.h"
 
 #include <arborium/actions/KsHandleEventAction.h>
@@ -172,8 +173,9 @@ void KsTopLevelDialog::update3DChildren()
     computeNewChildrenHeight(m_size3D);
     KbVec3f origin = childrenOrigin();
     const KsTopComponent* menuBar = findMenuBar();
-    KbVec2i32 place(margin, margin);
-    KbVec2i32 childSize(m_size3D[0] - 2 * margin, 0);
+    const int room = ksBounded(margin);
+    KbVec2i32 place(room, room);
+    KbVec2i32 childSize(ksBounded(std::int64_t(m_size3D[0]) - 2 * room), 0);
     int index = 0;
     forEachChild([&](KsTopComponent* child) {
         if (index >= m_sizeDB.count()) return;
@@ -186,7 +188,7 @@ void KsTopLevelDialog::update3DChildren()
         childSize[1] = initHeight;
         child->buildWidget(nullptr, childSize, place, 0);
         if (const auto* built = ksCast<KsSFInt32>(child->getField("height")))
-            place[1] += built->getValue() + rowSpacing;
+            place[1] = ksBounded(std::int64_t(place[1]) + built->getValue() + rowSpacing);
     });
 }
 

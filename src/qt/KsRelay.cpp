@@ -88,6 +88,13 @@ void KsRelayFrame::changeLabelVisibility(bool visible)
     if (m_label) m_label->setVisible(visible);
 }
 
+void KsRelayFrame::setWantedSize(const QSize& size)
+{
+    if (size == m_wantedSize) return;
+    m_wantedSize = size;
+    updateGeometry();
+}
+
 void KsRelayFrame::forgetNode()
 {
     m_node = nullptr;

@@ -48,6 +48,10 @@ public:
     virtual void changeLabelAlignment(int flags);
     virtual void changeLabelVisibility(bool visible);
 
+    /// What the element asks for: a layout gives it that before it shares out what is left.
+    void setWantedSize(const QSize& size);
+    QSize sizeHint() const override { return m_wantedSize; }
+
     /// Takes this frame out of service in favour of `successor`, which may be null: it forgets its
     /// node, is silenced, hands the keyboard focus on, leaves the window, and is deleted when no
     /// signal of it can be running any more.
@@ -79,4 +83,5 @@ protected:
 private:
     KsDialogComponent* m_node;
     const char* m_className;
+    QSize m_wantedSize;
 };

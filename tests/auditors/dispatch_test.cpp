@@ -30,8 +30,6 @@ namespace standin {
 
 STANDIN(KsDialogPushButton, KsDialogComponent, KsSFString buttonLabel;
         , build.field("buttonLabel", buttonLabel, "");)
-STANDIN(KsDialogComboBox, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
-        , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
 STANDIN(KsDialogRadioButtons, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
         , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
 STANDIN(KsDialogEditText, KsDialogComponent, KsSFString editText;
@@ -122,19 +120,17 @@ protected:
     }
 
     static constexpr void (*inits[])() = {
-        &standin::KsDialogPushButton::initClass,    &standin::KsDialogComboBox::initClass,
-        &standin::KsDialogRadioButtons::initClass,  &standin::KsDialogEditText::initClass,
-        &standin::KsDialogIntegerSlider::initClass, &standin::KsDialogRealSlider::initClass,
-        &standin::KsTabDialog::initClass,           &standin::KsMenuCheckBox::initClass,
-        &standin::KsMenuRadioButtons::initClass,    &standin::KsMenuPushButton::initClass,
-        &standin::KsMenuFileSelection::initClass};
+        &standin::KsDialogPushButton::initClass, &standin::KsDialogRadioButtons::initClass,
+        &standin::KsDialogEditText::initClass,   &standin::KsDialogIntegerSlider::initClass,
+        &standin::KsDialogRealSlider::initClass, &standin::KsTabDialog::initClass,
+        &standin::KsMenuCheckBox::initClass,     &standin::KsMenuRadioButtons::initClass,
+        &standin::KsMenuPushButton::initClass,   &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
         &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuPushButton::exitClass,
         &standin::KsMenuRadioButtons::exitClass,    &standin::KsMenuCheckBox::exitClass,
         &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
         &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
-        &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogComboBox::exitClass,
-        &standin::KsDialogPushButton::exitClass};
+        &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogPushButton::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -149,7 +145,7 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
     const std::pair<KsRef<KsFormweave>, const char*> controls[] = {
         {new standin::KsDialogPushButton, "dialogPushButton"},
         {new KsDialogCheckBox, "dialogCheckBox"},
-        {new standin::KsDialogComboBox, "dialogComboBox"},
+        {new KsDialogComboBox, "dialogComboBox"},
         {new standin::KsDialogEditText, "dialogEditText"},
         {new standin::KsDialogRadioButtons, "dialogRadioButtons"},
         {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
@@ -216,7 +212,7 @@ TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
 
 TEST_F(Dispatch, theTextOfASelectionHasItsNumberAndItem)
 {
-    const auto combo = make<standin::KsDialogComboBox>();
+    const auto combo = make<KsDialogComboBox>();
     combo->items.set1Value(0, "red");
     combo->items.set1Value(1, "green");
     combo->selectedItem = 1;

@@ -2,6 +2,7 @@
 
 #include "Elements.h"
 
+#include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/base/KcInitModuleCmd.h>
 #include <arborium/base/KsModule.h>
 #include <arborium/kits/KsInteractionKit.h>
@@ -158,6 +159,25 @@ TEST_F(LayerOnly, aNodeMadeBeforeInitPostsAndThenWorks)
     // A second one finds the class there.
     KsRef<KsDialogCheckBox> second(new KsDialogCheckBox);
     EXPECT_FALSE(second->state);
+}
+
+TEST(Lifecycle, aDialogMadeBeforeEverythingElseCanBeShown)
+{
+    KsRef<KsTopLevelDialog> dialog;
+    {
+        ExpectedMessages messages;
+        messages.allow("KS_NODE_CONSTRUCTOR", "Can't construct a node of type");
+        messages.allow("KsBaseKit::initClass", "initialized before parent class");
+        dialog = new KsTopLevelDialog;
+        dialog->addChild(new KsDialogCheckBox);
+    }
+    KsFormweave::init();
+    KsGetBoundingBoxAction measure{KbViewportRegion(100, 100)};
+    measure.apply(dialog.get());
+    EXPECT_FALSE(measure.getBoundingBox().isEmpty());
+    EXPECT_TRUE(dialog->getChild(0)->isBuilt3D());
+    dialog.reset();
+    KsFormweave::finish();
 }
 
 TEST_F(LayerOnly, initAfterAnEarlyNodeChangesNothingOfItsClass)

@@ -9,7 +9,9 @@
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsNodeList.h>
+#include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
+#include <formweave/KsDialogSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QDir>
@@ -43,6 +45,15 @@ const std::vector<Family>& families()
          &KsDialogCheckBox::DialogCheckBox,
          {"DialogCheckBoxFrame", "DialogCheckBoxStateOff", "DialogCheckBoxStateOn"},
          &KsDialogCheckBox::isSkinLoaded},
+        {"DialogComboBox.arb",
+         &KsDialogComboBox::DialogComboBox,
+         {"DialogComboBoxFrame", "DialogComboBoxItemFrame", "DialogComboBoxButtonReleased",
+          "DialogComboBoxButtonPressed"},
+         &KsDialogComboBox::isSkinLoaded},
+        {"DialogSeparator.arb",
+         &KsDialogSeparator::DialogSeparator,
+         {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
+         &KsDialogSeparator::isSkinLoaded},
         {"TopLevelDialog.arb",
          &KsTopLevelDialog::TopLevelDialog,
          {"TopLevelDialogFrame", "TopLevelDialogMinReleased", "TopLevelDialogMinPressed"},
@@ -139,6 +150,8 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     messages.allow(where, "");
     KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
     dialog->addChild(new KsDialogCheckBox);
+    dialog->addChild(new KsDialogComboBox);
+    dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));
     EXPECT_TRUE(colorOf("DialogCheckBoxStateOff") == KbColor(1, 1, 1));

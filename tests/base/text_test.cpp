@@ -300,17 +300,53 @@ TEST_F(SceneText, aLineThatOverflowsAtItsLastCharacterSplitsOffThatCharacter)
     setLines({"wwwx", "next"});
     const float room = (widthOf("www") + widthOf("wwwx")) / 2;
     EXPECT_EQ(wrap(0, room), 1);
-    EXPECT_EQ(linesOf(text.get()), Lines({"wwwx", "x", "next"}))
-        << "the character stands at both places";
+    EXPECT_EQ(linesOf(text.get()), Lines({"www", "x", "next"}));
 }
 
 TEST_F(SceneText, aLongLineIsWrappedIntoSeveral)
 {
     setLines({"before", "wwwwwwww", "next"});
     const float room = (widthOf("www") + widthOf("wwww")) / 2;
-    // Four letters each, of which the last one stands again in the next line.
     EXPECT_EQ(wrap(1, room), 3);
-    EXPECT_EQ(linesOf(text.get()), Lines({"before", "wwww", "wwww", "ww", "next"}));
+    EXPECT_EQ(linesOf(text.get()), Lines({"before", "www", "www", "ww", "next"}));
+}
+
+TEST_F(SceneText, aLineThatWasBrokenHoldsEachCharacterOnceAndNoLineIsWiderThanTheRoom)
+{
+    const std::string whole = "The quick brown fox, which jumps over the lazy dogs; 1,234 times.";
+    for (const float room : {7.5f, 20.0f, 33.3f, 100.0f}) {
+        setLines({whole});
+        const int last = wrap(0, room);
+        const Lines lines = linesOf(text.get());
+        EXPECT_EQ(last, static_cast<int>(lines.size()) - 1);
+        EXPECT_GT(lines.size(), 1u);
+        std::string joined;
+        for (const std::string& line : lines) {
+            EXPECT_TRUE(line.size() == 1 || widthOf(line) <= room + 0.01f) << line;
+            joined += line;
+        }
+        EXPECT_EQ(joined, whole);
+    }
+}
+
+TEST_F(SceneText, aBreakSplitsNoCharacter)
+{
+    // Each a pair of halves, or a letter with a mark on it.
+    const std::u16string smile = u"\U0001F600", accented = u"e\u0301";
+    std::u16string whole;
+    for (int i = 0; i < 5; ++i) whole += smile + accented;
+    text->string.setNum(0);
+    text->string.set1Value(0, KbString::fromUtf16(whole));
+    EXPECT_EQ(wrap(0, 1), 9) << "a character a line";
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(text->string[i].toUtf16(), i % 2 ? accented : smile);
+}
+
+TEST_F(SceneText, aLongTextIsWrappedInProportionToItsLength)
+{
+    const std::string whole(60000, 'w');
+    setLines({whole});
+    EXPECT_EQ(wrap(0, 1), 59999);
+    EXPECT_EQ(text->string.getNum(), 60000);
 }
 
 TEST_F(SceneText, aBreakAtAnExactFitRepeatsNothing)

@@ -260,6 +260,6 @@ TEST_P(Both, anAuditorMayRunAnEventLoop)
 }
 
 INSTANTIATE_TEST_SUITE_P(Roads, Both, testing::Values(Stage::Window, Stage::Scene),
-                         [](const testing::TestParamInfo<Stage::Road>& info) {
-                             return info.param == Stage::Scene ? "fromTheScene" : "fromTheWindow";
+                         [](const testing::TestParamInfo<Stage::Road>& each) {
+                             return each.param == Stage::Scene ? "fromTheScene" : "fromTheWindow";
                          });

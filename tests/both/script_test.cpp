@@ -233,7 +233,7 @@ TEST_P(Script, saysTheSameInTheWindowAndInTheScene)
 }
 
 INSTANTIATE_TEST_SUITE_P(Controls, Script, testing::Range(0, static_cast<int>(controls().size())),
-                         [](const testing::TestParamInfo<int>& info) {
+                         [](const testing::TestParamInfo<int>& each) {
                              return std::string(
-                                 controls()[static_cast<std::size_t>(info.param)].name);
+                                 controls()[static_cast<std::size_t>(each.param)].name);
                          });

@@ -16,12 +16,12 @@ struct Case {
     Shown shown;
 };
 
-std::string nameOf(const testing::TestParamInfo<Case>& info)
+std::string nameOf(const testing::TestParamInfo<Case>& each)
 {
     static const char* const kinds[] = {"Dialog", "Rows", "Columns"};
     static const char* const shown[] = {"BeforeTheBuild", "InAWindow", "InAScene", "InBoth"};
-    return std::string(kinds[static_cast<int>(info.param.kind)]) +
-           shown[static_cast<int>(info.param.shown)];
+    return std::string(kinds[static_cast<int>(each.param.kind)]) +
+           shown[static_cast<int>(each.param.shown)];
 }
 
 /// One container, with the node-typed operations by which all kinds are alike.
@@ -181,7 +181,9 @@ TEST_P(Children, allCanBeRemovedAndOthersAdded)
     ProbeBox* fresh = makeBox("fresh");
     container->internalAddChild(fresh);
     expect({fresh});
-    if (top) EXPECT_EQ(container->getChildren()->get(1), top) << "the kit's own node is back";
+    if (top) {
+        EXPECT_EQ(container->getChildren()->get(1), top) << "the kit's own node is back";
+    }
 }
 
 TEST_P(Children, aGroupThatIsRemovedAndAddedAgainIsBuiltAnew)
@@ -210,7 +212,9 @@ TEST_P(Children, aGroupThatIsRemovedAndAddedAgainIsBuiltAnew)
     container->internalAddChild(rows.get());
     check();
     rows->addChild(makeBox("late"));
-    if (inWindow()) EXPECT_EQ(framesIn(rows.get()).size(), 2u);
+    if (inWindow()) {
+        EXPECT_EQ(framesIn(rows.get()).size(), 2u);
+    }
 }
 
 TEST_P(Children, aRebuildLeavesOneLiveWidgetForEachControl)
@@ -219,7 +223,9 @@ TEST_P(Children, aRebuildLeavesOneLiveWidgetForEachControl)
     expect({boxes[0], boxes[1], boxes[2]});
     for (ProbeBox* box : boxes) {
         box->state = true;
-        if (inWindow()) EXPECT_TRUE(toggleOf(box)->isChecked());
+        if (inWindow()) {
+            EXPECT_TRUE(toggleOf(box)->isChecked());
+        }
     }
 }
 

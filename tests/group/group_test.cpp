@@ -39,7 +39,7 @@ TEST_F(Group, addsItsFieldsBehindThoseOfAComponent)
     EXPECT_EQ(own,
               (std::vector<std::string>{"windowResizedByChildren", "margin", "vScrollVisibility",
                                         "hScrollVisibility", "rowSpacing"}));
-    EXPECT_EQ(rows->windowResizedByChildren, TRUE);
+    EXPECT_EQ(rows->windowResizedByChildren.getValue(), TRUE);
     EXPECT_EQ(rows->margin, 0);
     EXPECT_EQ(rows->vScrollVisibility, KsDialogGroup::AUTO);
     EXPECT_EQ(rows->hScrollVisibility, KsDialogGroup::AUTO);

@@ -448,10 +448,10 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, Model,
                          testing::Values(Presentations{false, false}, Presentations{true, false},
                                          Presentations{false, true}, Presentations{true, true}),
-                         [](const testing::TestParamInfo<Presentations>& info) {
-                             return info.param.inWindow
-                                        ? info.param.inScene ? "inBoth" : "inAWindow"
-                                    : info.param.inScene ? "inAScene"
+                         [](const testing::TestParamInfo<Presentations>& each) {
+                             return each.param.inWindow
+                                        ? each.param.inScene ? "inBoth" : "inAWindow"
+                                    : each.param.inScene ? "inAScene"
                                                          : "notBuilt";
                          });
 

@@ -198,6 +198,23 @@ TEST_F(StackLayout, rowsInColumnsStandSideBySideInAWindow)
     }
 }
 
+TEST_F(StackLayout, columnsOfUnequalLabelsEachGetTheRoomThatTheirsNeeds)
+{
+    auto* columns = new Columns;
+    ProbeBox* brief = makeBox("a");
+    ProbeBox* lengthy = makeBox("a label that is much longer than the other one");
+    columns->addChild(brief);
+    columns->addChild(lengthy);
+    dialog->addChild(columns);
+    buildWindow(true);
+    for (ProbeBox* box : {brief, lengthy}) {
+        const QWidget* frame = box->getWidget();
+        EXPECT_TRUE(frame->rect().contains(labelOf(box)->geometry()));
+        EXPECT_TRUE(frame->rect().contains(toggleOf(box)->geometry()));
+        EXPECT_GE(labelOf(box)->width(), labelOf(box)->sizeHint().width());
+    }
+}
+
 TEST_F(StackLayout, aLargerWindowSharesItsRoomOutWithinTheLimits)
 {
     auto* rows = new Rows;

@@ -32,6 +32,14 @@ KsRef<KsFormweave> create(KsType type)
     return KsRef<KsFormweave>(static_cast<KsFormweave*>(type.createInstance()));
 }
 
+template <class Field, class Value> bool putAll(KsField* field, const std::vector<Value>& values)
+{
+    auto* typed = ksCast<Field>(field);
+    for (std::size_t i = 0; typed && i < values.size(); ++i)
+        typed->set1Value(static_cast<int>(i), values[i]);
+    return typed != nullptr;
+}
+
 template <class Field, class Value> bool put(KsField* field, const Value& value)
 {
     auto* typed = ksCast<Field>(field);
@@ -55,7 +63,9 @@ bool change(KsField* field, int variant = 0)
            put<KsSFFloat>(field, 0.1f) || put<KsSFString>(field, u"\"é\" \\n {}\n#\t\u0416") ||
            put<KsSFFilePathString>(field, "a b.txt") ||
            put<KsSFVec2i32>(field, KbVec2i32(-3, 40)) ||
-           put<KsSFVec3f>(field, KbVec3f(1.5f, -2, 1e-7f));
+           put<KsSFVec3f>(field, KbVec3f(1.5f, -2, 1e-7f)) ||
+           putAll<KsMFString, KbString>(field, {"first", "", u"[ \"\u0416\", ]"}) ||
+           putAll<KsMFColor, KbColor>(field, {KbColor(1, 0.5f, 0), KbColor(0, 0.1f, 1)});
 }
 
 using Lines = std::map<std::string, std::string>;
@@ -70,6 +80,12 @@ Lines linesOf(const std::string& text)
         const std::size_t start = line.find_first_not_of(' ');
         if (start == std::string::npos || line[start] == '#') continue;
         line.erase(0, start);
+        // The values of a list stand on lines of their own.
+        if (line.back() == '[') {
+            std::string value;
+            while (line.back() != ']' && std::getline(in, value))
+                line += value.substr(value.find_first_not_of(' ') - 1);
+        }
         if (line.back() == '{') {
             const std::string type = line.substr(0, line.find(' '));
             const std::string path =

@@ -96,6 +96,8 @@ KsInstanceBuilder::KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* in
                            "Can't construct a node of type %s until initClass() has been called",
                            record.className);
         record.initClass();
+        // Its parts are of the layer's own classes.
+        KsNode::initClasses();
     }
     {
         const KbThreadAutoLock lock(record.classMutex);

@@ -163,14 +163,14 @@ const KbViewportRegion& KsDragger::getViewportRegion() const { return drag().vie
 
 // Events.
 
-namespace {
-
-bool isPress(const KsEvent* event)
+bool KsDragger::isPress(const KsEvent* event)
 {
     const auto* tracker = ksCast<KsTrackerEvent>(event);
     return tracker ? tracker->getAction() == KsTrackerEvent::PRESS
                    : KsMouseButtonEvent::isButtonPress(event, KsMouseButtonEvent::BUTTON1);
 }
+
+namespace {
 
 bool isRelease(const KsEvent* event)
 {

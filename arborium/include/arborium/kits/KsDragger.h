@@ -37,6 +37,8 @@ public:
     void removeMotionCallback(KsDraggerCallback function, void* data = nullptr);
     void removeFinishCallback(KsDraggerCallback function, void* data = nullptr);
     bool hasCallbacks() const;
+    /// TRUE for the press of button 1 or of a 3D pointer. Null is none.
+    static bool isPress(const KsEvent* event);
 
     // During a callback; null otherwise.
     const KsEvent* getEvent() const;
