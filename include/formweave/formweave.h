@@ -18,6 +18,7 @@
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonAuditor.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
+#include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogRealSliderAuditor.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsDialogWidgetList.h>

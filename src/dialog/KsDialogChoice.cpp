@@ -74,7 +74,9 @@ void KsDialogChoice::fixItemsNumber()
 {
     readItemsNumber();
     if (m_numItems) return;
+    const bool wasDefault = items.isDefault();
     ksWriteSilently(m_itemsSensor, items, KbString());
+    ksMarkDefault(items, wasDefault);
     m_numItems = 1;
     m_dummyItem = 1;
 }

@@ -23,6 +23,7 @@
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
+#include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -39,7 +40,10 @@ struct ClassSteps {
     void (*init)();
     void (*exit)();
 };
-#define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
+#define CLASS_STEPS(Class)                                                                         \
+    {                                                                                              \
+        &Class::initClass, &Class::exitClass                                                       \
+    }
 // clang-format off
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),
@@ -49,6 +53,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogCheckBoxLauncher),
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
+    CLASS_STEPS(KsDialogRadioButtons),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),
@@ -143,20 +148,11 @@ void KsFormweave::finish()
     }
 }
 
-bool KsFormweave::isInitialized()
-{
-    return s_initRefCount > 0;
-}
+bool KsFormweave::isInitialized() { return s_initRefCount > 0; }
 
-const char* KsFormweave::getProductName()
-{
-    return "Formweave";
-}
+const char* KsFormweave::getProductName() { return "Formweave"; }
 
-const char* KsFormweave::getVersion()
-{
-    return versionString;
-}
+const char* KsFormweave::getVersion() { return versionString; }
 
 void KsFormweave::buildWidget(QWidget* parent, KbVec2i32&, KbVec2i32&, int build2D)
 {
@@ -173,10 +169,7 @@ void KsFormweave::buildWidget(QWidget* parent, KbVec2i32&, KbVec2i32&, int build
     m_labelAlignmentSensor.arm(this, labelAlignment);
 }
 
-void KsFormweave::destroyWidget()
-{
-    m_build2D = 0;
-}
+void KsFormweave::destroyWidget() { m_build2D = 0; }
 
 void KsFormweave::fieldChangedCB(void* data, KsSensor* sensor)
 {
@@ -260,20 +253,14 @@ void KsFormweave::refreshAll3DSkins()
     for (const auto& element : outermost) element->refresh3DSkin();
 }
 
-void KsFormweave::refresh3DSkin()
-{
-    m_labelCachedBBox = staleBox();
-}
+void KsFormweave::refresh3DSkin() { m_labelCachedBBox = staleBox(); }
 
 void KsFormweave::change3DWidgetEnable(int enabled)
 {
     paintEnabled(enabled && enable.getValue(), KsPickStyle::SHAPE);
 }
 
-void KsFormweave::change3DEnable()
-{
-    paintEnabled(enable.getValue(), KsPickStyle::BOUNDING_BOX);
-}
+void KsFormweave::change3DEnable() { paintEnabled(enable.getValue(), KsPickStyle::BOUNDING_BOX); }
 
 void KsFormweave::paintEnabled(bool enabled, int enabledPickStyle)
 {
@@ -283,10 +270,7 @@ void KsFormweave::paintEnabled(bool enabled, int enabledPickStyle)
     m_material->emissiveColor.setValue(KbColor(grey, grey, grey));
 }
 
-void KsFormweave::change3DLabel()
-{
-    m_labelCachedBBox = staleBox();
-}
+void KsFormweave::change3DLabel() { m_labelCachedBBox = staleBox(); }
 
 void KsFormweave::set3DInactive()
 {

@@ -55,13 +55,20 @@ int ksQtAlignment(int labelAlignment)
     return labelAlignment == KsFormweave::RIGHT ? Qt::AlignRight : Qt::AlignLeft;
 }
 
+QSize ksPaintableSize(const KbVec2i32& size)
+{
+    constexpr int mostPixels = 1 << 28;
+    const int w = std::clamp(ksBounded(size[0]), 0, mostPixels);
+    const int h = std::max(ksBounded(size[1]), 0);
+    return {w, w ? std::min(h, mostPixels / w) : h};
+}
+
 void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max)
 {
     const auto limit = [](int size) {
         return size > 0 ? std::min(size, QWIDGETSIZE_MAX) : QWIDGETSIZE_MAX;
     };
-    widget->setMinimumSize(std::clamp(min[0], 0, QWIDGETSIZE_MAX),
-                           std::clamp(min[1], 0, QWIDGETSIZE_MAX));
+    widget->setMinimumSize(ksPaintableSize(min));
     widget->setMaximumSize(limit(max[0]), limit(max[1]));
 }
 

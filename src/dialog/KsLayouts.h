@@ -11,6 +11,7 @@
 
 class KsFormweave;
 class QBoxLayout;
+class QSize;
 class QWidget;
 
 /// Where in a Qt layout an element takes its place.
@@ -21,6 +22,9 @@ struct KsRoomForLayout {
 
 /// The layout of `container` for its child `element`; that of `widget` if there is no container.
 KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidget* widget);
+
+/// What of a size Qt can paint: a window is one image, and painting fails beyond 2 GB of it.
+QSize ksPaintableSize(const KbVec2i32& size);
 
 /// Limits of a widget; a maximum of 0 or less is none.
 void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max);

@@ -256,7 +256,7 @@ void KsTopLevelDialog::createBaseWidget(QWidget* parent)
 
 void KsTopLevelDialog::updateBaseWidget()
 {
-    m_baseWidget->resize(std::max(ksBounded(width), 0), std::max(ksBounded(height), 0));
+    m_baseWidget->resize(ksPaintableSize(KbVec2i32(width, height)));
     createTopLevelWidget();
     changePosition();
     updateTopLevelWidget();

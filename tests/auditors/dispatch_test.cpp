@@ -28,8 +28,6 @@ namespace standin {
     };                                                                                             \
     KS_KIT_SOURCE(Class, Parent)
 
-STANDIN(KsDialogPushButton, KsDialogComponent, KsSFString buttonLabel;
-        , build.field("buttonLabel", buttonLabel, "");)
 STANDIN(KsDialogRadioButtons, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
         , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
 STANDIN(KsDialogEditText, KsDialogComponent, KsSFString editText;
@@ -120,17 +118,17 @@ protected:
     }
 
     static constexpr void (*inits[])() = {
-        &standin::KsDialogPushButton::initClass, &standin::KsDialogRadioButtons::initClass,
-        &standin::KsDialogEditText::initClass,   &standin::KsDialogIntegerSlider::initClass,
-        &standin::KsDialogRealSlider::initClass, &standin::KsTabDialog::initClass,
-        &standin::KsMenuCheckBox::initClass,     &standin::KsMenuRadioButtons::initClass,
-        &standin::KsMenuPushButton::initClass,   &standin::KsMenuFileSelection::initClass};
+        &standin::KsDialogRadioButtons::initClass,  &standin::KsDialogEditText::initClass,
+        &standin::KsDialogIntegerSlider::initClass, &standin::KsDialogRealSlider::initClass,
+        &standin::KsTabDialog::initClass,           &standin::KsMenuCheckBox::initClass,
+        &standin::KsMenuRadioButtons::initClass,    &standin::KsMenuPushButton::initClass,
+        &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
         &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuPushButton::exitClass,
         &standin::KsMenuRadioButtons::exitClass,    &standin::KsMenuCheckBox::exitClass,
         &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
         &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
-        &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogPushButton::exitClass};
+        &standin::KsDialogRadioButtons::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -143,7 +141,7 @@ template <class Element> KsRef<Element> make() { return KsRef<Element>(new Eleme
 TEST_F(Dispatch, eachControlHasItsOwnOperation)
 {
     const std::pair<KsRef<KsFormweave>, const char*> controls[] = {
-        {new standin::KsDialogPushButton, "dialogPushButton"},
+        {new KsDialogPushButton, "dialogPushButton"},
         {new KsDialogCheckBox, "dialogCheckBox"},
         {new KsDialogComboBox, "dialogComboBox"},
         {new standin::KsDialogEditText, "dialogEditText"},
@@ -194,7 +192,7 @@ TEST_F(Dispatch, anIntegerSlidersTextEndsInAQuoteAndTheNumberDirectlyBehindIt)
 
 TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
 {
-    const auto button = make<standin::KsDialogPushButton>();
+    const auto button = make<KsDialogPushButton>();
     button->label = "l";
     button->buttonLabel = "press";
     EXPECT_EQ(report(button, "KsDialogAuditor::dialogPushButton"),

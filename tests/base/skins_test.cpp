@@ -11,6 +11,7 @@
 #include <arborium/nodes/KsNodeList.h>
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
+#include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -50,6 +51,11 @@ const std::vector<Family>& families()
          {"DialogComboBoxFrame", "DialogComboBoxItemFrame", "DialogComboBoxButtonReleased",
           "DialogComboBoxButtonPressed"},
          &KsDialogComboBox::isSkinLoaded},
+        {"DialogRadioButtons.arb",
+         &KsDialogRadioButtons::DialogRadioButtons,
+         {"DialogRadioButtonsFrame", "DialogRadioButtonsItemFrame", "DialogRadioButtonsStateOff",
+          "DialogRadioButtonsStateOn"},
+         &KsDialogRadioButtons::isSkinLoaded},
         {"DialogSeparator.arb",
          &KsDialogSeparator::DialogSeparator,
          {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
@@ -151,6 +157,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
     dialog->addChild(new KsDialogCheckBox);
     dialog->addChild(new KsDialogComboBox);
+    dialog->addChild(new KsDialogRadioButtons);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));
@@ -592,9 +599,12 @@ TEST_F(Skins, everyDeliveredSkinHasEveryPartInItsPlace)
                 const KbBox3f extent = measure(group);
                 if (family.parts[i] == "DialogTextProperties") continue;
                 constexpr float half = 0.5001f;
+                // The balls of radio buttons are sunk halfway into their row.
+                const bool ball = family.parts[i].find("RadioButtonsState") != std::string::npos;
                 EXPECT_TRUE(extent.getMin()[0] >= -half && extent.getMax()[0] <= half &&
                             extent.getMin()[1] >= -half && extent.getMax()[1] <= half &&
-                            extent.getMin()[2] >= 0 && extent.getMax()[2] <= 1.0001f)
+                            extent.getMin()[2] >= (ball ? -half : 0) &&
+                            extent.getMax()[2] <= 1.0001f)
                     << path << " " << family.parts[i];
             }
         }

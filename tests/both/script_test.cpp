@@ -37,6 +37,14 @@ struct Exception {
 const Exception exceptions[] = {
     {"DialogCheckBox", "press, and let go elsewhere",
      "a scene tells a click by where the press was, a widget also by where it ends"},
+    {"DialogPushButton", "press the mouse", "a window tells at the press"},
+    {"DialogPushButton", "release it", "a scene tells at the release"},
+    {"DialogPushButton", "press it now", "in a scene only its text follows a write"},
+    {"DialogCheckBoxLauncher", "click on the label", "in a scene it is clicked wherever it is met"},
+    {"DialogRadioButtons", "select too low",
+     "a window repairs it to the first item, a scene to the last valid selection"},
+    {"DialogRadioButtons", "choose the only one",
+     "a window writes the selection also where it stays, so that it is in files"},
 };
 
 // ---- actions --------------------------------------------------------------------------------
@@ -62,8 +70,34 @@ template <class Widget> Step click(const char* name, const char* id, const char*
 
 Step application(const char* name, std::function<void(Stage&)> act) { return {name, act, act}; }
 
+/// A click on the button, and on the row, of radio buttons.
+Step choose(const char* name, const char* id, int index)
+{
+    return {name,
+            [=](Stage& stage) {
+                QWidget* frame = element(stage, id)->getWidget();
+                QWidget* button = frame->findChildren<QRadioButton*>().value(index);
+                ASSERT_TRUE(button);
+                Stage::clickWidget(button, QPoint(8, button->height() / 2));
+            },
+            [=](Stage& stage) {
+                stage.draw();
+                auto* radio = static_cast<KsDialogRadioButtons*>(element(stage, id));
+                const KbBox3f rows = stage.boxOf(radio, "itemsSep");
+                ASSERT_FALSE(rows.isEmpty());
+                const float place =
+                    (static_cast<float>(index) + 0.5f) / static_cast<float>(radio->items.getNum());
+                stage.click(
+                    KbVec2f(rows.getCenter()[0],
+                            rows.getMax()[1] - place * rows.getSize()[1] + Stage::viewHeight));
+            }};
+}
+
 std::vector<Control> controls()
 {
+    const auto radio = [](Stage& stage, const char* id) {
+        return static_cast<KsDialogRadioButtons*>(element(stage, id));
+    };
     const auto box = [](Stage& stage, const char* id) {
         return static_cast<KsDialogCheckBox*>(element(stage, id));
     };
@@ -101,6 +135,84 @@ std::vector<Control> controls()
               }},
              application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
              click<QCheckBox>("click once more", "a", "stateSep"),
+         }},
+        {"DialogPushButton",
+         "TopLevelDialog { label \"Buttons\" "
+         "DialogPushButton { auditorID \"a\" label \"A\" buttonLabel \"Press\" } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogPushButton { auditorID \"b\" label \"B\" buttonLabel \"Me\" } "
+         "DialogPushButton { auditorID \"grey\" buttonLabel \"Grey\" enable FALSE } } "
+         "DialogPushButton { auditorID \"bare\" buttonLabel \"Bare\" labelVisibility FALSE } }",
+         {
+             click<QPushButton>("press", "a", "frameSep"),
+             click<QPushButton>("press on the text", "a", "buttonLabelSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             click<QPushButton>("press in a column", "b", "frameSep"),
+             click<QPushButton>("press a disabled one", "grey", "frameSep"),
+             application("enable it", [](Stage& s) { element(s, "grey")->enable = true; }),
+             click<QPushButton>("press it now", "grey", "frameSep"),
+             click<QPushButton>("press without a label", "bare", "frameSep"),
+             {"press the mouse",
+              [](Stage& s) {
+                  QTest::mousePress(Stage::widgetOf<QPushButton>(element(s, "a")), Qt::LeftButton);
+              },
+              [](Stage& s) { s.press(s.placeOf(element(s, "a"), "frameSep")); }},
+             {"release it",
+              [](Stage& s) {
+                  QTest::mouseRelease(Stage::widgetOf<QPushButton>(element(s, "a")),
+                                      Qt::LeftButton);
+              },
+              [](Stage& s) { s.release(s.placeOf(element(s, "a"), "frameSep")); }},
+         }},
+        {"DialogCheckBoxLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogCheckBoxLauncher { auditorID \"a\" label \"A\" onString \"On\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QCheckBox>("open", "a", "stateSep"),
+             click<QCheckBox>("click in its dialog", "inner", "stateSep"),
+             click<QCheckBox>("close", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
+             click<QCheckBox>("open again", "a", "stateSep"),
+         }},
+        {"DialogPushButtonLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogPushButtonLauncher { auditorID \"a\" label \"A\" buttonLabel \"Open\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QPushButton>("open", "a", "frameSep"),
+             click<QPushButton>("open again", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+         }},
+        {"DialogRadioButtons",
+         "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
+         "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogRadioButtons { auditorID \"b\" label \"B\" items [ \"x\", \"y\" ] selectedItem 1 } "
+         "DialogRadioButtons { auditorID \"grey\" items [ \"g\", \"h\" ] enable FALSE } } "
+         "DialogRadioButtons { auditorID \"empty\" label \"Empty\" } }",
+         {
+             choose("choose the last", "a", 2),
+             choose("choose it again", "a", 2),
+             choose("choose the first", "a", 0),
+             choose("choose in a column", "b", 0),
+             choose("choose in a disabled one", "grey", 1),
+             application("enable it", [=](Stage& s) { radio(s, "grey")->enable = true; }),
+             choose("choose in it now", "grey", 1),
+             application("write the selection", [=](Stage& s) { radio(s, "b")->selectedItem = 1; }),
+             application("add an item", [=](Stage& s) { radio(s, "a")->addItem("4"); }),
+             choose("choose what is new", "a", 3),
+             application("insert an item", [=](Stage& s) { radio(s, "a")->insertItem(0, "0"); }),
+             application("remove one", [=](Stage& s) { radio(s, "a")->removeItem(1); }),
+             choose("choose behind the changes", "a", 1),
+             application("select too low", [=](Stage& s) { radio(s, "a")->selectedItem = -1; }),
+             choose("choose behind a repair", "a", 3),
+             application("select too high", [=](Stage& s) { radio(s, "b")->selectedItem = 7; }),
+             application("fill an empty one", [=](Stage& s) { radio(s, "empty")->addItem("e"); }),
+             choose("choose the only one", "empty", 0),
          }}};
 }
 
@@ -130,6 +242,11 @@ class Recorder : public KsDialogAuditor {
 public:
     explicit Recorder(Lines& out) : lines(out) {}
     void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
+    void dialogPushButton(KsDialogPushButton* node) override { note("dialogPushButton", node); }
+    void dialogRadioButtons(KsDialogRadioButtons* node) override
+    {
+        note("dialogRadioButtons", node);
+    }
 
     Lines& lines;
 

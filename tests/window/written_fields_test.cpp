@@ -149,6 +149,17 @@ protected:
     }
 };
 
+// A build repairs a selection that no item has.
+const Fields repaired{"DialogComboBox.selectedItem", "DialogRadioButtons.selectedItem"};
+
+// What was built in a scene writes what was read, but for repairs.
+void expectAsRead(KsFormweave* element, const std::string& text)
+{
+    const Fields changed = difference(text, written(element));
+    if (changed.empty()) EXPECT_EQ(written(element), text);
+    for (const std::string& each : changed) EXPECT_EQ(repaired.count(each), 1u) << each << text;
+}
+
 const Fields sizes{"width", "height", "minWidth", "minHeight", "maxWidth", "maxHeight"};
 
 Fields of(const std::string& type, const Fields& names)
@@ -274,7 +285,7 @@ TEST_F(WrittenFields, aScenesDialogWritesEachFieldAsItWasRead)
             ASSERT_TRUE(dialog) << text;
             measure(dialog.get());
             EXPECT_TRUE(dialog->isBuilt3D());
-            EXPECT_EQ(written(dialog.get()), text);
+            expectAsRead(dialog.get(), text);
         }
     }
 }
@@ -289,7 +300,7 @@ TEST_F(WrittenFields, aScenesDialogWritesAllFieldsAsTheyWereRead)
         ASSERT_TRUE(dialog) << text;
         measure(dialog.get());
         measure(dialog.get());
-        EXPECT_EQ(written(dialog.get()), text);
+        expectAsRead(dialog.get(), text);
     }
 }
 
@@ -312,7 +323,7 @@ TEST_F(WrittenFields, aScenesElementWithoutADialogWritesAllFieldsAsTheyWereRead)
         const auto copy = readNode<KsFormweave>(text);
         ASSERT_TRUE(copy) << text;
         measure(copy.get());
-        EXPECT_EQ(written(copy.get()), text);
+        expectAsRead(copy.get(), text);
     }
 }
 
@@ -354,7 +365,9 @@ TEST_F(WrittenFields, aWindowsBuildWritesNoFieldButSizes)
             dialog->buildDialog();
             for (const std::string& each : difference(text, written(dialog.get()))) {
                 const std::size_t dot = each.find('.');
-                EXPECT_EQ(sizes.count(each.substr(dot + 1)), 1u) << each << " of\n" << text;
+                EXPECT_TRUE(sizes.count(each.substr(dot + 1)) || repaired.count(each))
+                    << each << " of\n"
+                    << text;
             }
             delete dialog->getBaseWidget();
         }
