@@ -206,8 +206,11 @@ void KsDialogComboBox::update3DControl()
 void KsDialogComboBox::change3DItems()
 {
     if (m_rows.empty()) return;
+    const std::size_t before = m_rows.size();
     updateRows(static_cast<KsGroup*>(getAnyPart("itemsSwitch", true)), m_itemStepTranslation.get(),
                [this] { return makeRow(); });
+    // Laid out now, so that a long list opens at once.
+    for (std::size_t i = before; i < m_rows.size(); ++i) m_bboxAction->apply(m_rows[i].node.get());
     layoutAfter3DItems();
     updateBoth(this, &KsDialogComboBox::changeSelectedItem,
                &KsDialogComboBox::change3DSelectedItem);

@@ -19,6 +19,7 @@
 #include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButton.h>
@@ -54,6 +55,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogRadioButtons),
+    CLASS_STEPS(KsDialogEditText),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),

@@ -28,10 +28,6 @@ namespace standin {
     };                                                                                             \
     KS_KIT_SOURCE(Class, Parent)
 
-STANDIN(KsDialogRadioButtons, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
-        , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
-STANDIN(KsDialogEditText, KsDialogComponent, KsSFString editText;
-        , build.field("editText", editText, "");)
 STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field("value", value, 0);)
 STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
         , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
@@ -118,17 +114,15 @@ protected:
     }
 
     static constexpr void (*inits[])() = {
-        &standin::KsDialogRadioButtons::initClass,  &standin::KsDialogEditText::initClass,
         &standin::KsDialogIntegerSlider::initClass, &standin::KsDialogRealSlider::initClass,
         &standin::KsTabDialog::initClass,           &standin::KsMenuCheckBox::initClass,
         &standin::KsMenuRadioButtons::initClass,    &standin::KsMenuPushButton::initClass,
         &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
-        &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuPushButton::exitClass,
-        &standin::KsMenuRadioButtons::exitClass,    &standin::KsMenuCheckBox::exitClass,
-        &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
-        &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
-        &standin::KsDialogRadioButtons::exitClass};
+        &standin::KsMenuFileSelection::exitClass,  &standin::KsMenuPushButton::exitClass,
+        &standin::KsMenuRadioButtons::exitClass,   &standin::KsMenuCheckBox::exitClass,
+        &standin::KsTabDialog::exitClass,          &standin::KsDialogRealSlider::exitClass,
+        &standin::KsDialogIntegerSlider::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -144,8 +138,8 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
         {new KsDialogPushButton, "dialogPushButton"},
         {new KsDialogCheckBox, "dialogCheckBox"},
         {new KsDialogComboBox, "dialogComboBox"},
-        {new standin::KsDialogEditText, "dialogEditText"},
-        {new standin::KsDialogRadioButtons, "dialogRadioButtons"},
+        {new KsDialogEditText, "dialogEditText"},
+        {new KsDialogRadioButtons, "dialogRadioButtons"},
         {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
         {new standin::KsDialogRealSlider, "dialogRealSlider"},
     };
@@ -197,7 +191,7 @@ TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
     button->buttonLabel = "press";
     EXPECT_EQ(report(button, "KsDialogAuditor::dialogPushButton"),
               start("KsDialogPushButton") + "label \"l\"\n\t\t -> buttonLabel \"press\"");
-    const auto text = make<standin::KsDialogEditText>();
+    const auto text = make<KsDialogEditText>();
     text->editText = "some";
     EXPECT_EQ(report(text, "KsDialogAuditor::dialogEditText"),
               start("KsDialogEditText") + "label \"\"\n\t\t -> editText \"some\"");
@@ -220,7 +214,7 @@ TEST_F(Dispatch, theTextOfASelectionHasItsNumberAndItem)
     EXPECT_EQ(report(combo, "KsDialogAuditor::dialogComboBox"), begin + "-3 : ");
     combo->selectedItem = 2;
     EXPECT_EQ(report(combo, "KsDialogAuditor::dialogComboBox"), begin + "2 : ");
-    const auto radio = make<standin::KsDialogRadioButtons>();
+    const auto radio = make<KsDialogRadioButtons>();
     EXPECT_EQ(report(radio, "KsDialogAuditor::dialogRadioButtons"),
               start("KsDialogRadioButtons") + "label \"\"\n\t\t -> selectedItem 0 : ");
 }

@@ -89,7 +89,10 @@ protected:
         const KbBox3f all = boxOf(dialog.get());
         camera->position = all.getCenter() + from;
         camera->pointAt(all.getCenter());
-        camera->viewAll(all, viewport, 0.5f);
+        // With room for the open list.
+        const KbVec3f half = all.getMax() - all.getCenter();
+        camera->viewAll(KbBox3f(all.getCenter() - 2.0f * half, all.getCenter() + 2.0f * half),
+                        viewport);
         box = ksCast<KsDialogComboBox>(dialog->searchForAuditorId("box"));
         other = ksCast<KsDialogComboBox>(dialog->searchForAuditorId("other"));
         check = ksCast<KsDialogCheckBox>(dialog->searchForAuditorId("check"));

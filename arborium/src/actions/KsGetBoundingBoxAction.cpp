@@ -18,6 +18,7 @@ void KsGetBoundingBoxAction::beginTraversal(KsNode* root)
 {
     m_box.makeEmpty();
     m_outermostUse = 1 << 30;
+    m_metCamera = false;
     m_state->edit(m_state->viewport) = m_viewport;
     KsAction::beginTraversal(root);
 }

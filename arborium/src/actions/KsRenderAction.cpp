@@ -1,5 +1,6 @@
 #include <arborium/actions/KsRenderAction.h>
 
+#include <arborium/base/KbBox3f.h>
 #include <arborium/nodes/KsTexture2.h>
 
 #include <algorithm>
@@ -105,7 +106,16 @@ void KsRenderAction::apply(KsNode* root)
     if (root && root == m_root && !root->isStale(KsNode::StaleDraw)) return;
     const bool outer = m_keeping;
     m_keeping = true;
+    if (root != m_viewRoot) {
+        m_viewRoot = root;
+        m_leavesOut = true;
+    }
     KsAction::apply(root);
+    if (m_viewsDiffer && m_leavesOut) {
+        m_leavesOut = false;
+        ++m_viewNumber;
+        KsAction::apply(root);
+    }
     m_keeping = outer;
     m_root = root;
 }
@@ -135,6 +145,8 @@ void KsRenderAction::beginTraversal(KsNode* root)
     m_list.draws.clear();
     m_list.viewVolume = KbViewVolume();
     m_list.hasCamera = false;
+    m_leftOut = false;
+    m_viewsDiffer = false;
     ++m_list.version;
     m_state->edit(m_state->viewport) = m_viewport;
     KsAction::beginTraversal(root);
@@ -211,11 +223,13 @@ bool KsRenderAction::reuse(const KsSeparator* separator, std::uint64_t version)
     if (!m_keeping || !isWhole()) return false;
     Kept* kept = findKept(separator);
     if (!kept || kept->version != version || kept->state != stateNumber()) return false;
+    if (kept->view && kept->view != m_viewNumber) return false;
     const std::size_t first = kept->first + (m_recording ? m_recording->m_lastFirst : 0);
     if (first + kept->count > m_formerDraws.size()) return false;
     const auto from = m_formerDraws.begin() + static_cast<std::ptrdiff_t>(first);
     kept->first = m_list.draws.size() - (m_recording ? m_recording->m_first : 0);
     kept->outer = m_recording ? m_recording->m_number : m_rootNumber;
+    if (kept->view) leaveOut();
     m_list.draws.insert(m_list.draws.end(), std::make_move_iterator(from),
                         std::make_move_iterator(from + static_cast<std::ptrdiff_t>(kept->count)));
     return true;
@@ -249,6 +263,8 @@ KsRenderAction::Recording::~Recording()
     Kept& kept = m_action->m_kept[m_separator];
     kept.version = m_cameras == m_action->m_cameras && !m_action->isTerminated() ? m_version : 0;
     kept.state = m_state;
+    kept.view = m_leftOut ? m_action->m_viewNumber : 0;
+    if (m_leftOut && m_outer) m_outer->m_leftOut = true;
     kept.number = m_number;
     kept.outer = m_outer ? m_outer->m_number : m_action->m_rootNumber;
     kept.first = m_first - (m_outer ? m_outer->m_first : 0);
@@ -281,8 +297,32 @@ void KsRenderAction::add(const KsMeshPtr& mesh, const KbMatrix* local)
     draw.counterClockwise = hints.counterClockwise;
 }
 
+bool KsRenderAction::isOutOfView(const KbBox3f& box)
+{
+    if (!m_keeping || !m_leavesOut || !m_list.hasCamera || box.isEmpty() || !isWhole())
+        return false;
+    KbBox3f world(box);
+    const KbMatrix& matrix = m_state->modelMatrix.get();
+    if (!matrix.isIdentity()) world.transform(matrix);
+    const bool isFinite = world.getMin().isFinite() && world.getMax().isFinite();
+    if (!isFinite || m_list.viewVolume.intersect(world)) return false;
+    leaveOut();
+    return true;
+}
+
+void KsRenderAction::leaveOut()
+{
+    m_leftOut = true;
+    if (m_recording) m_recording->m_leftOut = true;
+}
+
 void KsRenderAction::setViewVolume(const KbViewVolume& volume)
 {
+    if (m_list.hasCamera && volume != m_list.viewVolume && m_leftOut) m_viewsDiffer = true;
+    if (volume != m_view) {
+        m_view = volume;
+        ++m_viewNumber;
+    }
     m_list.viewVolume = volume;
     m_list.hasCamera = true;
     ++m_cameras;

@@ -54,7 +54,7 @@ bool KsCamera::setViewVolume(KsAction* action)
 void KsCamera::doAction(KsAction* action) { setViewVolume(action); }
 
 // While boxes are gathered the model matrix does not lead to the world.
-void KsCamera::getBoundingBox(KsGetBoundingBoxAction*) {}
+void KsCamera::getBoundingBox(KsGetBoundingBoxAction* action) { action->m_metCamera = true; }
 
 void KsCamera::GLRender(KsRenderAction* action)
 {

@@ -28,6 +28,8 @@ void KsSeparator::GLRender(KsRenderAction* action)
     static std::uint64_t s_lastVersion = 0;
     if (action->isNodeChanged() || !m_drawVersion) m_drawVersion = ++s_lastVersion;
     if (action->reuse(this, m_drawVersion)) return;
+    // A camera in it has to be met, wherever the rest is.
+    if (m_boxKept && !m_holdsCamera && !isStale(StaleBox) && action->isOutOfView(m_box)) return;
     const KsRenderAction::Recording recording(action, this, m_drawVersion);
     doAction(action);
 }
@@ -38,6 +40,7 @@ void KsSeparator::getBoundingBox(KsGetBoundingBoxAction* action)
     const bool whole = code == KsAction::NO_PATH || code == KsAction::BELOW_PATH;
     if (whole && m_boxKept && !action->isNodeStale()) {
         action->extendBy(m_box);
+        if (m_holdsCamera) action->m_metCamera = true;
         return;
     }
     if (whole) m_boxKept = false;
@@ -47,6 +50,8 @@ void KsSeparator::getBoundingBox(KsGetBoundingBoxAction* action)
     KsState* state = action->getState();
     const int outerUse = action->m_outermostUse;
     action->m_outermostUse = 1 << 30;
+    const bool metBefore = action->m_metCamera;
+    action->m_metCamera = false;
     const KbBox3f outerBox = action->exchange(KbBox3f());
     state->push();
     const int depth = state->getDepth();
@@ -59,7 +64,9 @@ void KsSeparator::getBoundingBox(KsGetBoundingBoxAction* action)
     if (whole && action->m_outermostUse >= depth && !action->isTerminated()) {
         m_box = box;
         m_boxKept = true;
+        m_holdsCamera = action->m_metCamera;
     }
+    action->m_metCamera = action->m_metCamera || metBefore;
     action->m_outermostUse = std::min(action->m_outermostUse, outerUse);
 }
 

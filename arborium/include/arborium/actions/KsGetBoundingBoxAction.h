@@ -37,6 +37,8 @@ public:
     bool isNodeStale() const { return m_nodeStale; }
     /// The smallest depth reported since it was set; separators save and restore it.
     int m_outermostUse = 1 << 30;
+    /// Whether a camera was met since it was cleared; separators save and restore it.
+    bool m_metCamera = false;
 
 protected:
     void beginTraversal(KsNode* root) override;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <unordered_map>
 
+class KbBox3f;
 class KsSeparator;
 
 /// Makes the draw list of a scene. The list is kept until something below the root changed; then
@@ -44,6 +45,9 @@ public:
     /// Takes over what the separator added to the list last time; FALSE if it has to be traversed.
     /// `version` stands for what is below it.
     bool reuse(const KsSeparator* separator, std::uint64_t version);
+    /// Whether a box in the present space is surely not in the view of the camera in front of it.
+    /// What is left out for that is looked at again when the view changes.
+    bool isOutOfView(const KbBox3f& box);
 
     /// Encloses the traversal of a separator, so that its draws can be taken over next time.
     class ARBORIUM_API Recording {
@@ -64,6 +68,7 @@ public:
         std::size_t m_first;         // its first draw in the list
         std::size_t m_lastFirst = 0; // and in the former list
         long m_cameras;
+        mutable bool m_leftOut = false; // something in it is out of view
     };
 
 protected:
@@ -77,12 +82,14 @@ private:
         std::uint64_t state = 0;   // in front of it, as a number
         std::uint64_t number = 0;  // of its traversal
         std::uint64_t outer = 0;   // of the traversal of the separator around it
+        std::uint64_t view = 0;    // in which something was left out; 0 if nothing was
         std::size_t first = 0;     // draw, counted from the first one of the separator around it
         std::size_t count = 0;
     };
 
     void add(const KsMeshPtr& mesh, const KbMatrix* local);
     bool isWhole() const;
+    void leaveOut();
     std::uint64_t stateNumber() const;
     Kept* findKept(const KsSeparator* separator);
     std::size_t tableSize() const;
@@ -107,4 +114,13 @@ private:
     std::size_t m_fullSize = 0;           // of the tables after the last full traversal
     long m_cameras = 0;
     bool m_keeping = false;
+
+    // What is out of view is left out, unless cameras of the scene have different views: then the
+    // last one is the list's, and is not known before.
+    KbViewVolume m_view;
+    std::uint64_t m_viewNumber = 1; // another one for each view
+    const KsNode* m_viewRoot = nullptr;
+    bool m_leavesOut = true;
+    bool m_leftOut = false;
+    bool m_viewsDiffer = false;
 };

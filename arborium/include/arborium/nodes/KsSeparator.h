@@ -6,7 +6,8 @@
 #include <cstdint>
 
 /// A group that keeps what its children set from what stands behind it. It keeps the box of its
-/// children until something below it changes, and lets render actions keep what it drew.
+/// children until something below it changes, and lets render actions keep what it drew. While its
+/// box is known and out of the camera's view, it is not drawn.
 class ARBORIUM_API KsSeparator : public KsGroup {
     KS_NODE_HEADER(KsSeparator);
 
@@ -26,5 +27,6 @@ protected:
 private:
     KbBox3f m_box; // in the space in which the separator stands
     bool m_boxKept = false;
+    bool m_holdsCamera = false; // known while the box is kept
     std::uint64_t m_drawVersion = 0; // another one whenever a render action met a change below
 };
