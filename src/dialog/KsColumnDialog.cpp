@@ -13,12 +13,6 @@ KsColumnDialog::KsColumnDialog() : KsStackDialog(Across, "LMNKsColumnDialogLayou
 
 KsColumnDialog::~KsColumnDialog() = default;
 
-void KsColumnDialog::setChildrenLabelSize()
-{
-    ksAlignLabels(m_elements, false);
-}
+void KsColumnDialog::setChildrenLabelSize() { ksAlignLabels(m_elements, false); }
 
-void KsColumnDialog::setChildrenComponentSize()
-{
-    ksAlignControls(m_elements, false);
-}
+void KsColumnDialog::setChildrenComponentSize() { ksAlignControls(m_elements, false); }

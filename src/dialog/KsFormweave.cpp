@@ -37,7 +37,10 @@ struct ClassSteps {
     void (*init)();
     void (*exit)();
 };
-#define CLASS_STEPS(Class) {&Class::initClass, &Class::exitClass}
+#define CLASS_STEPS(Class)                                                                         \
+    {                                                                                              \
+        &Class::initClass, &Class::exitClass                                                       \
+    }
 // clang-format off
 constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),
@@ -139,20 +142,11 @@ void KsFormweave::finish()
     }
 }
 
-bool KsFormweave::isInitialized()
-{
-    return s_initRefCount > 0;
-}
+bool KsFormweave::isInitialized() { return s_initRefCount > 0; }
 
-const char* KsFormweave::getProductName()
-{
-    return "Formweave";
-}
+const char* KsFormweave::getProductName() { return "Formweave"; }
 
-const char* KsFormweave::getVersion()
-{
-    return versionString;
-}
+const char* KsFormweave::getVersion() { return versionString; }
 
 void KsFormweave::buildWidget(QWidget* parent, KbVec2i32&, KbVec2i32&, int build2D)
 {
@@ -169,10 +163,7 @@ void KsFormweave::buildWidget(QWidget* parent, KbVec2i32&, KbVec2i32&, int build
     m_labelAlignmentSensor.arm(this, labelAlignment);
 }
 
-void KsFormweave::destroyWidget()
-{
-    m_build2D = 0;
-}
+void KsFormweave::destroyWidget() { m_build2D = 0; }
 
 void KsFormweave::fieldChangedCB(void* data, KsSensor* sensor)
 {
@@ -256,20 +247,14 @@ void KsFormweave::refreshAll3DSkins()
     for (const auto& element : outermost) element->refresh3DSkin();
 }
 
-void KsFormweave::refresh3DSkin()
-{
-    m_labelCachedBBox = staleBox();
-}
+void KsFormweave::refresh3DSkin() { m_labelCachedBBox = staleBox(); }
 
 void KsFormweave::change3DWidgetEnable(int enabled)
 {
     paintEnabled(enabled && enable.getValue(), KsPickStyle::SHAPE);
 }
 
-void KsFormweave::change3DEnable()
-{
-    paintEnabled(enable.getValue(), KsPickStyle::BOUNDING_BOX);
-}
+void KsFormweave::change3DEnable() { paintEnabled(enable.getValue(), KsPickStyle::BOUNDING_BOX); }
 
 void KsFormweave::paintEnabled(bool enabled, int enabledPickStyle)
 {
@@ -279,10 +264,7 @@ void KsFormweave::paintEnabled(bool enabled, int enabledPickStyle)
     m_material->emissiveColor.setValue(KbColor(grey, grey, grey));
 }
 
-void KsFormweave::change3DLabel()
-{
-    m_labelCachedBBox = staleBox();
-}
+void KsFormweave::change3DLabel() { m_labelCachedBBox = staleBox(); }
 
 void KsFormweave::set3DInactive()
 {

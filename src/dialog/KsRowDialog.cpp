@@ -14,12 +14,6 @@ KsRowDialog::KsRowDialog() : KsStackDialog(Down, "LMN_KsColumnDialog_Layout")
 
 KsRowDialog::~KsRowDialog() = default;
 
-void KsRowDialog::setChildrenLabelSize()
-{
-    ksAlignLabels(m_elements, true);
-}
+void KsRowDialog::setChildrenLabelSize() { ksAlignLabels(m_elements, true); }
 
-void KsRowDialog::setChildrenComponentSize()
-{
-    ksAlignControls(m_elements, true);
-}
+void KsRowDialog::setChildrenComponentSize() { ksAlignControls(m_elements, true); }

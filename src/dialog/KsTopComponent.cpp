@@ -6,10 +6,7 @@
 
 KS_KIT_SOURCE(KsTopComponent, KsFormweave)
 
-KsTopComponent::KsTopComponent()
-{
-    KsInstanceBuilder build(classRecord, this);
-}
+KsTopComponent::KsTopComponent() { KsInstanceBuilder build(classRecord, this); }
 
 KsTopComponent::~KsTopComponent() = default;
 
@@ -18,15 +15,9 @@ void KsTopComponent::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& po
     KsFormweave::buildWidget(parent, size, position, build2D);
 }
 
-void KsTopComponent::destroyWidget()
-{
-    KsFormweave::destroyWidget();
-}
+void KsTopComponent::destroyWidget() { KsFormweave::destroyWidget(); }
 
-void KsTopComponent::updateFromSensor(KsSensor* sensor)
-{
-    KsFormweave::updateFromSensor(sensor);
-}
+void KsTopComponent::updateFromSensor(KsSensor* sensor) { KsFormweave::updateFromSensor(sensor); }
 
 void KsTopComponent::getSize(KbVec2i32&, KbVec2i32&, KbVec2i32&) {}
 

@@ -12,8 +12,8 @@ struct KsNode::Copier::Impl {
     bool copyConnections;
     int depth = 0;
     std::unordered_map<const KsNode*, KsNode*> copies;
-    std::vector<Pair> pairs;    // all of them, in the order of their making
-    std::deque<Pair> unfilled;  // those that stood too deep to be filled at once
+    std::vector<Pair> pairs;   // all of them, in the order of their making
+    std::deque<Pair> unfilled; // those that stood too deep to be filled at once
 };
 
 KsNode::Copier::Copier(bool copyConnections) : m_impl(std::make_unique<Impl>())

@@ -15,7 +15,7 @@ using KsTexturePtr = std::shared_ptr<const KsTextureImage>;
 /// One thing to draw.
 struct ARBORIUM_API KsDraw {
     KsMeshPtr mesh;
-    KbMatrix matrix; ///< From the mesh's space to the world.
+    KbMatrix matrix;            ///< From the mesh's space to the world.
     std::uint32_t material = 0; ///< Index into `KsDrawList::materials`.
     std::uint32_t clip = 0;     ///< Index into `KsDrawList::clips`.
     std::uint32_t lights = 0;   ///< Index into `KsDrawList::lightSets`.
