@@ -10,6 +10,7 @@
 #include <formweave/KsDialogChoiceAuditor.h>
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogEditTextAuditor.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogIntegerSliderAuditor.h>

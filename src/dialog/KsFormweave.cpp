@@ -18,6 +18,7 @@
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogRadioButtons.h>
@@ -50,6 +51,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogRadioButtons),
+    CLASS_STEPS(KsDialogEditText),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),

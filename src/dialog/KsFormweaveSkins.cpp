@@ -12,6 +12,7 @@
 #include <arborium/nodes/KsSeparator.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsFormweave.h>
@@ -184,6 +185,7 @@ void KsFormweave::change3DSkin()
     KsDialogCheckBox::change3DSkin();
     KsDialogComboBox::change3DSkin();
     KsDialogRadioButtons::change3DSkin();
+    KsDialogEditText::change3DSkin();
     KsDialogSeparator::change3DSkin();
     KsTopLevelDialog::change3DSkin();
     refreshAll3DSkins();

@@ -32,8 +32,6 @@ STANDIN(KsDialogPushButton, KsDialogComponent, KsSFString buttonLabel;
         , build.field("buttonLabel", buttonLabel, "");)
 STANDIN(KsDialogRadioButtons, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
         , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
-STANDIN(KsDialogEditText, KsDialogComponent, KsSFString editText;
-        , build.field("editText", editText, "");)
 STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field("value", value, 0);)
 STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
         , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
@@ -120,17 +118,17 @@ protected:
     }
 
     static constexpr void (*inits[])() = {
-        &standin::KsDialogPushButton::initClass, &standin::KsDialogRadioButtons::initClass,
-        &standin::KsDialogEditText::initClass,   &standin::KsDialogIntegerSlider::initClass,
-        &standin::KsDialogRealSlider::initClass, &standin::KsTabDialog::initClass,
-        &standin::KsMenuCheckBox::initClass,     &standin::KsMenuRadioButtons::initClass,
-        &standin::KsMenuPushButton::initClass,   &standin::KsMenuFileSelection::initClass};
+        &standin::KsDialogPushButton::initClass,    &standin::KsDialogRadioButtons::initClass,
+        &standin::KsDialogIntegerSlider::initClass, &standin::KsDialogRealSlider::initClass,
+        &standin::KsTabDialog::initClass,           &standin::KsMenuCheckBox::initClass,
+        &standin::KsMenuRadioButtons::initClass,    &standin::KsMenuPushButton::initClass,
+        &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
         &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuPushButton::exitClass,
         &standin::KsMenuRadioButtons::exitClass,    &standin::KsMenuCheckBox::exitClass,
         &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
-        &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
-        &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogPushButton::exitClass};
+        &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogRadioButtons::exitClass,
+        &standin::KsDialogPushButton::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -146,7 +144,7 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
         {new standin::KsDialogPushButton, "dialogPushButton"},
         {new KsDialogCheckBox, "dialogCheckBox"},
         {new KsDialogComboBox, "dialogComboBox"},
-        {new standin::KsDialogEditText, "dialogEditText"},
+        {new KsDialogEditText, "dialogEditText"},
         {new standin::KsDialogRadioButtons, "dialogRadioButtons"},
         {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
         {new standin::KsDialogRealSlider, "dialogRealSlider"},
@@ -199,7 +197,7 @@ TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
     button->buttonLabel = "press";
     EXPECT_EQ(report(button, "KsDialogAuditor::dialogPushButton"),
               start("KsDialogPushButton") + "label \"l\"\n\t\t -> buttonLabel \"press\"");
-    const auto text = make<standin::KsDialogEditText>();
+    const auto text = make<KsDialogEditText>();
     text->editText = "some";
     EXPECT_EQ(report(text, "KsDialogAuditor::dialogEditText"),
               start("KsDialogEditText") + "label \"\"\n\t\t -> editText \"some\"");
