@@ -37,14 +37,14 @@ struct Exception {
 const Exception exceptions[] = {
     {"DialogCheckBox", "press, and let go elsewhere",
      "a scene tells a click by where the press was, a widget also by where it ends"},
-    {"DialogPushButton", "press the mouse", "a window tells at the press"},
-    {"DialogPushButton", "release it", "a scene tells at the release"},
-    {"DialogPushButton", "press it now", "in a scene only its text follows a write"},
-    {"DialogCheckBoxLauncher", "click on the label", "in a scene it is clicked wherever it is met"},
     {"DialogComboBox", "select what is not there",
      "a window takes the last item, a scene goes back to the last valid one"},
     {"DialogComboBox", "choose the only one",
      "a window writes the selection also where it stays, so that it is in files"},
+    {"DialogPushButton", "press the mouse", "a window tells at the press"},
+    {"DialogPushButton", "release it", "a scene tells at the release"},
+    {"DialogPushButton", "press it now", "in a scene only its text follows a write"},
+    {"DialogCheckBoxLauncher", "click on the label", "in a scene it is clicked wherever it is met"},
     {"DialogRadioButtons", "select too low",
      "a window repairs it to the first item, a scene to the last valid selection"},
     {"DialogRadioButtons", "choose the only one",
@@ -129,8 +129,7 @@ std::vector<Control> controls()
     const auto combo = [](Stage& stage, const char* id) {
         return static_cast<KsDialogComboBox*>(element(stage, id));
     };
-    return
-    {
+    return {
         {"DialogCheckBox",
          "TopLevelDialog { label \"Boxes\" "
          "DialogCheckBox { auditorID \"a\" label \"A\" onString \"On\" offString \"Off\" } "
@@ -165,282 +164,267 @@ std::vector<Control> controls()
              application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
              click<QCheckBox>("click once more", "a", "stateSep"),
          }},
-            {"DialogPushButton",
-             "TopLevelDialog { label \"Buttons\" "
-             "DialogPushButton { auditorID \"a\" label \"A\" buttonLabel \"Press\" } "
-             "ColumnDialog { auditorID \"group\" "
-             "DialogPushButton { auditorID \"b\" label \"B\" buttonLabel \"Me\" } "
-             "DialogPushButton { auditorID \"grey\" buttonLabel \"Grey\" enable FALSE } } "
-             "DialogPushButton { auditorID \"bare\" buttonLabel \"Bare\" labelVisibility FALSE } }",
-             {
-                 click<QPushButton>("press", "a", "frameSep"),
-                 click<QPushButton>("press on the text", "a", "buttonLabelSep"),
-                 click<QLabel>("click on the label", "a", "labelSep"),
-                 click<QPushButton>("press in a column", "b", "frameSep"),
-                 click<QPushButton>("press a disabled one", "grey", "frameSep"),
-                 application("enable it", [](Stage& s) { element(s, "grey")->enable = true; }),
-                 click<QPushButton>("press it now", "grey", "frameSep"),
-                 click<QPushButton>("press without a label", "bare", "frameSep"),
-                 {"press the mouse",
-                  [](Stage& s) {
-                      QTest::mousePress(Stage::widgetOf<QPushButton>(element(s, "a")),
-                                        Qt::LeftButton);
-                  },
-                  [](Stage& s) { s.press(s.placeOf(element(s, "a"), "frameSep")); }},
-                 {"release it",
-                  [](Stage& s) {
-                      QTest::mouseRelease(Stage::widgetOf<QPushButton>(element(s, "a")),
-                                          Qt::LeftButton);
-                  },
-                  [](Stage& s) { s.release(s.placeOf(element(s, "a"), "frameSep")); }},
-             }},
-            {"DialogCheckBoxLauncher",
-             "TopLevelDialog { label \"Launcher\" "
-             "DialogCheckBoxLauncher { auditorID \"a\" label \"A\" onString \"On\" "
-             "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
-             "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
-             {
-                 click<QCheckBox>("open", "a", "stateSep"),
-                 click<QCheckBox>("click in its dialog", "inner", "stateSep"),
-                 click<QCheckBox>("close", "a", "frameSep"),
-                 click<QLabel>("click on the label", "a", "labelSep"),
-                 application("make it the same again",
-                             [=](Stage& s) { box(s, "a")->state = false; }),
-                 click<QCheckBox>("open again", "a", "stateSep"),
-             }},
-        {
-            "DialogPushButtonLauncher",
-                "TopLevelDialog { label \"Launcher\" "
-                "DialogPushButtonLauncher { auditorID \"a\" label \"A\" buttonLabel \"Open\" "
-                "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
-                "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
-                {click<QPushButton>("open", "a", "frameSep"),
-                 click<QPushButton>("open again", "a", "frameSep"),
-                 click<QLabel>("click on the label", "a", "labelSep"),
-                 {"DialogComboBox",
-                  "TopLevelDialog { label \"Combo boxes\" "
-                  "DialogComboBox { auditorID \"a\" label \"A\" items [ \"x\", \"y\", \"z\" ] } "
-                  "ColumnDialog { auditorID \"group\" "
-                  "DialogComboBox { auditorID \"b\" label \"B\" items [ \"1\", \"2\" ] "
-                  "selectedItem 1 } "
-                  "DialogComboBox { auditorID \"grey\" label \"Grey\" items [ \"1\", \"2\" ] "
-                  "enable FALSE } } "
-                  "DialogComboBox { auditorID \"bare\" items [ \"only\" ] labelVisibility FALSE } "
-                  "}",
-                  {
-                      chooseFromList("choose", "a", 2),
-                      chooseFromList("choose again", "a", 0),
-                      chooseFromList("choose the same", "a", 0),
-                      chooseFromList("choose in a column", "b", 0),
-                      click<QLabel>("click on the label", "a", "labelSep"),
-                      chooseFromList("choose in a disabled one", "grey", 1),
-                      application("enable it", [=](Stage& s) { combo(s, "grey")->enable = true; }),
-                      chooseFromList("choose there now", "grey", 1),
-                      chooseFromList("choose the only one", "bare", 0),
-                      application("select it",
-                                  [=](Stage& s) { combo(s, "bare")->selectedItem = 0; }),
-                      application("select", [=](Stage& s) { combo(s, "a")->selectedItem = 1; }),
-                      application("select what is not there",
-                                  [=](Stage& s) { combo(s, "a")->selectedItem = 9; }),
-                      application("select what is there",
-                                  [=](Stage& s) { combo(s, "a")->selectedItem = 0; }),
-                      application("add an item", [=](Stage& s) { combo(s, "a")->addItem("new"); }),
-                      chooseFromList("choose the new one", "a", 3),
-                      application("insert an item",
-                                  [=](Stage& s) { combo(s, "a")->insertItem(0, "w"); }),
-                      application("remove two",
-                                  [=](Stage& s) {
-                                      combo(s, "a")->selectedItem = 0;
-                                      combo(s, "a")->removeItem(3);
-                                      combo(s, "a")->removeItem(1);
-                                  }),
-                      chooseFromList("choose from what is left", "a", 1),
-                      {"open and leave",
-                       [=](Stage& s) {
-                           auto* widget = Stage::widgetOf<QComboBox>(combo(s, "b"));
-                           Stage::clickWidget(widget, QPoint(8, widget->height() / 2));
-                           QTest::keyClick(widget->view(), Qt::Key_Escape);
-                       },
-                       [=](Stage& s) {
-                           s.clickPart(combo(s, "b"), "frameSep");
-                           s.click(KbVec2f(Stage::viewWidth - 1, 1));
-                       }},
-                  }},
-                 {"DialogRadioButtons",
-                  "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
-                  "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] "
-                  "} "
-                  "ColumnDialog { auditorID \"group\" "
-                  "DialogRadioButtons { auditorID \"b\" label \"B\" items [ \"x\", \"y\" ] "
-                  "selectedItem 1 } "
-                  "DialogRadioButtons { auditorID \"grey\" items [ \"g\", \"h\" ] enable FALSE } } "
-                  "DialogRadioButtons { auditorID \"empty\" label \"Empty\" } }",
-                  {
-                      choose("choose the last", "a", 2),
-                      choose("choose it again", "a", 2),
-                      choose("choose the first", "a", 0),
-                      choose("choose in a column", "b", 0),
-                      choose("choose in a disabled one", "grey", 1),
-                      application("enable it", [=](Stage& s) { radio(s, "grey")->enable = true; }),
-                      choose("choose in it now", "grey", 1),
-                      application("write the selection",
-                                  [=](Stage& s) { radio(s, "b")->selectedItem = 1; }),
-                      application("add an item", [=](Stage& s) { radio(s, "a")->addItem("4"); }),
-                      choose("choose what is new", "a", 3),
-                      application("insert an item",
-                                  [=](Stage& s) { radio(s, "a")->insertItem(0, "0"); }),
-                      application("remove one", [=](Stage& s) { radio(s, "a")->removeItem(1); }),
-                      choose("choose behind the changes", "a", 1),
-                      application("select too low",
-                                  [=](Stage& s) { radio(s, "a")->selectedItem = -1; }),
-                      choose("choose behind a repair", "a", 3),
-                      application("select too high",
-                                  [=](Stage& s) { radio(s, "b")->selectedItem = 7; }),
-                      application("fill an empty one",
-                                  [=](Stage& s) { radio(s, "empty")->addItem("e"); }),
-                      choose("choose the only one", "empty", 0),
-                  }}};
-        }
+        {"DialogComboBox",
+         "TopLevelDialog { label \"Combo boxes\" "
+         "DialogComboBox { auditorID \"a\" label \"A\" items [ \"x\", \"y\", \"z\" ] } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogComboBox { auditorID \"b\" label \"B\" items [ \"1\", \"2\" ] selectedItem 1 } "
+         "DialogComboBox { auditorID \"grey\" label \"Grey\" items [ \"1\", \"2\" ] "
+         "enable FALSE } } "
+         "DialogComboBox { auditorID \"bare\" items [ \"only\" ] labelVisibility FALSE } }",
+         {
+             chooseFromList("choose", "a", 2),
+             chooseFromList("choose again", "a", 0),
+             chooseFromList("choose the same", "a", 0),
+             chooseFromList("choose in a column", "b", 0),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             chooseFromList("choose in a disabled one", "grey", 1),
+             application("enable it", [=](Stage& s) { combo(s, "grey")->enable = true; }),
+             chooseFromList("choose there now", "grey", 1),
+             chooseFromList("choose the only one", "bare", 0),
+             application("select it", [=](Stage& s) { combo(s, "bare")->selectedItem = 0; }),
+             application("select", [=](Stage& s) { combo(s, "a")->selectedItem = 1; }),
+             application("select what is not there",
+                         [=](Stage& s) { combo(s, "a")->selectedItem = 9; }),
+             application("select what is there",
+                         [=](Stage& s) { combo(s, "a")->selectedItem = 0; }),
+             application("add an item", [=](Stage& s) { combo(s, "a")->addItem("new"); }),
+             chooseFromList("choose the new one", "a", 3),
+             application("insert an item", [=](Stage& s) { combo(s, "a")->insertItem(0, "w"); }),
+             application("remove two",
+                         [=](Stage& s) {
+                             combo(s, "a")->selectedItem = 0;
+                             combo(s, "a")->removeItem(3);
+                             combo(s, "a")->removeItem(1);
+                         }),
+             chooseFromList("choose from what is left", "a", 1),
+             {"open and leave",
+              [=](Stage& s) {
+                  auto* widget = Stage::widgetOf<QComboBox>(combo(s, "b"));
+                  Stage::clickWidget(widget, QPoint(8, widget->height() / 2));
+                  QTest::keyClick(widget->view(), Qt::Key_Escape);
+              },
+              [=](Stage& s) {
+                  s.clickPart(combo(s, "b"), "frameSep");
+                  s.click(KbVec2f(Stage::viewWidth - 1, 1));
+              }},
+         }},
+        {"DialogPushButton",
+         "TopLevelDialog { label \"Buttons\" "
+         "DialogPushButton { auditorID \"a\" label \"A\" buttonLabel \"Press\" } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogPushButton { auditorID \"b\" label \"B\" buttonLabel \"Me\" } "
+         "DialogPushButton { auditorID \"grey\" buttonLabel \"Grey\" enable FALSE } } "
+         "DialogPushButton { auditorID \"bare\" buttonLabel \"Bare\" labelVisibility FALSE } }",
+         {
+             click<QPushButton>("press", "a", "frameSep"),
+             click<QPushButton>("press on the text", "a", "buttonLabelSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             click<QPushButton>("press in a column", "b", "frameSep"),
+             click<QPushButton>("press a disabled one", "grey", "frameSep"),
+             application("enable it", [](Stage& s) { element(s, "grey")->enable = true; }),
+             click<QPushButton>("press it now", "grey", "frameSep"),
+             click<QPushButton>("press without a label", "bare", "frameSep"),
+             {"press the mouse",
+              [](Stage& s) {
+                  QTest::mousePress(Stage::widgetOf<QPushButton>(element(s, "a")), Qt::LeftButton);
+              },
+              [](Stage& s) { s.press(s.placeOf(element(s, "a"), "frameSep")); }},
+             {"release it",
+              [](Stage& s) {
+                  QTest::mouseRelease(Stage::widgetOf<QPushButton>(element(s, "a")),
+                                      Qt::LeftButton);
+              },
+              [](Stage& s) { s.release(s.placeOf(element(s, "a"), "frameSep")); }},
+         }},
+        {"DialogCheckBoxLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogCheckBoxLauncher { auditorID \"a\" label \"A\" onString \"On\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QCheckBox>("open", "a", "stateSep"),
+             click<QCheckBox>("click in its dialog", "inner", "stateSep"),
+             click<QCheckBox>("close", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
+             click<QCheckBox>("open again", "a", "stateSep"),
+         }},
+        {"DialogPushButtonLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogPushButtonLauncher { auditorID \"a\" label \"A\" buttonLabel \"Open\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QPushButton>("open", "a", "frameSep"),
+             click<QPushButton>("open again", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+         }},
+        {"DialogRadioButtons",
+         "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
+         "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogRadioButtons { auditorID \"b\" label \"B\" items [ \"x\", \"y\" ] selectedItem 1 } "
+         "DialogRadioButtons { auditorID \"grey\" items [ \"g\", \"h\" ] enable FALSE } } "
+         "DialogRadioButtons { auditorID \"empty\" label \"Empty\" } }",
+         {
+             choose("choose the last", "a", 2),
+             choose("choose it again", "a", 2),
+             choose("choose the first", "a", 0),
+             choose("choose in a column", "b", 0),
+             choose("choose in a disabled one", "grey", 1),
+             application("enable it", [=](Stage& s) { radio(s, "grey")->enable = true; }),
+             choose("choose in it now", "grey", 1),
+             application("write the selection", [=](Stage& s) { radio(s, "b")->selectedItem = 1; }),
+             application("add an item", [=](Stage& s) { radio(s, "a")->addItem("4"); }),
+             choose("choose what is new", "a", 3),
+             application("insert an item", [=](Stage& s) { radio(s, "a")->insertItem(0, "0"); }),
+             application("remove one", [=](Stage& s) { radio(s, "a")->removeItem(1); }),
+             choose("choose behind the changes", "a", 1),
+             application("select too low", [=](Stage& s) { radio(s, "a")->selectedItem = -1; }),
+             choose("choose behind a repair", "a", 3),
+             application("select too high", [=](Stage& s) { radio(s, "b")->selectedItem = 7; }),
+             application("fill an empty one", [=](Stage& s) { radio(s, "empty")->addItem("e"); }),
+             choose("choose the only one", "empty", 0),
+         }}};
+}
 
-        // ---- the record -----------------------------------------------------------------------------
+// ---- the record -----------------------------------------------------------------------------
 
-        /// All fields of an element but its sizes, which the window's layout writes.
-        std::string valuesOf(KsFormweave * node)
-        {
-            static const std::set<std::string> sizes = {"width",     "height",   "minWidth",
-                                                        "minHeight", "maxWidth", "maxHeight"};
-            std::string text = node->auditorID.getValue().toUtf8() + " {";
-            const KsFieldData* fields = node->getFieldData();
-            for (int i = 0; i < fields->getNumFields(); ++i) {
-                const std::string name = fields->getFieldName(i).getString();
-                if (fields->isPartField(i) || sizes.count(name)) continue;
-                const KsField* field = fields->getField(node, i, false);
-                if (!field || field->isDefault()) continue;
-                KsOutput out;
-                field->writeValue(&out);
-                text += " " + name + " " + out.getBuffer();
-            }
-            return text + " }";
-        }
+/// All fields of an element but its sizes, which the window's layout writes.
+std::string valuesOf(KsFormweave* node)
+{
+    static const std::set<std::string> sizes = {"width",     "height",   "minWidth",
+                                                "minHeight", "maxWidth", "maxHeight"};
+    std::string text = node->auditorID.getValue().toUtf8() + " {";
+    const KsFieldData* fields = node->getFieldData();
+    for (int i = 0; i < fields->getNumFields(); ++i) {
+        const std::string name = fields->getFieldName(i).getString();
+        if (fields->isPartField(i) || sizes.count(name)) continue;
+        const KsField* field = fields->getField(node, i, false);
+        if (!field || field->isDefault()) continue;
+        KsOutput out;
+        field->writeValue(&out);
+        text += " " + name + " " + out.getBuffer();
+    }
+    return text + " }";
+}
 
-        /// Writes down what a container's auditor is told. A new kind of control adds its line.
-        class Recorder : public KsDialogAuditor {
-        public:
-            explicit Recorder(Lines& out) : lines(out) {}
-            void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
-            void dialogPushButton(KsDialogPushButton* node) override
-            {
-                note("dialogPushButton", node);
-            }
-            void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
-            void dialogRadioButtons(KsDialogRadioButtons* node) override
-            {
-                note("dialogRadioButtons", node);
-            }
-
-            Lines& lines;
-
-        private:
-            template <class Node> void note(const char* operation, Node* node)
-            {
-                lines.push_back(std::string("told: ") + operation + " " + valuesOf(node));
-            }
-        };
-
-        void appendValues(const KsElementList& elements, Lines& lines)
-        {
-            elements.forEach([&](KsFormweave* node) {
-                lines.push_back(valuesOf(node));
-                if (node->getElements()) appendValues(*node->getElements(), lines);
-            });
-        }
-
-        struct Played {
-            std::string step;
-            Lines lines;
-        };
-
-        std::vector<Played> play(const Control& control, Stage::Road road)
-        {
-            Stage stage(control.file, road);
-            Lines heard;
-            Recorder recorder(heard);
-            stage.dialog->addAuditor(&recorder);
-            std::vector<Played> played;
-            Lines values;
-            appendValues(*stage.dialog->getElements(), values);
-            played.push_back({"as it was read", values});
-            for (const Step& step : control.steps) {
-                heard.clear();
-                values.clear();
-                (road == Stage::Window ? step.inWindow : step.inScene)(stage);
-                QApplication::processEvents();
-                if (road == Stage::Scene) stage.draw();
-                appendValues(*stage.dialog->getElements(), values);
-                heard.insert(heard.end(), values.begin(), values.end());
-                played.push_back({step.name, heard});
-            }
-            stage.dialog->removeAuditor(&recorder);
-            return played;
-        }
-
-        std::string sideBySide(const Lines& window, const Lines& scene)
-        {
-            std::size_t width = std::string("in the window").size();
-            for (const std::string& line : window) width = std::max(width, line.size());
-            std::ostringstream out;
-            const auto row = [&](const std::string& a, const std::string& b) {
-                out << (a == b ? "    " : "  ! ") << a << std::string(width - a.size(), ' ')
-                    << " | " << b << '\n';
-            };
-            row("in the window", "in the scene");
-            for (std::size_t i = 0; i < std::max(window.size(), scene.size()); ++i)
-                row(i < window.size() ? window[i] : "", i < scene.size() ? scene[i] : "");
-            return out.str();
-        }
-
-        const Exception* exceptionFor(const Control& control, const std::string& step)
-        {
-            const auto* found = std::find_if(
-                std::begin(exceptions), std::end(exceptions), [&](const Exception& exception) {
-                    return exception.control == std::string(control.name) && exception.step == step;
-                });
-            return found == std::end(exceptions) ? nullptr : found;
-        }
-
-        class Script : public testing::TestWithParam<int> {};
-
-    } // namespace
-
-    TEST_P(Script, saysTheSameInTheWindowAndInTheScene)
+/// Writes down what a container's auditor is told. A new kind of control adds its line.
+class Recorder : public KsDialogAuditor {
+public:
+    explicit Recorder(Lines& out) : lines(out) {}
+    void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
+    void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
+    void dialogPushButton(KsDialogPushButton* node) override { note("dialogPushButton", node); }
+    void dialogRadioButtons(KsDialogRadioButtons* node) override
     {
-        const Control control = controls()[static_cast<std::size_t>(GetParam())];
-        const std::vector<Played> window = play(control, Stage::Window);
-        const std::vector<Played> scene = play(control, Stage::Scene);
-        ASSERT_EQ(window.size(), scene.size());
-        Lines told;
-        for (std::size_t i = 0; i < window.size(); ++i) {
-            const Exception* exception = exceptionFor(control, window[i].step);
-            EXPECT_EQ(window[i].lines != scene[i].lines, exception != nullptr)
-                << control.name << ", " << window[i].step << ": "
-                << (exception ? "no difference, though " : "a difference")
-                << (exception ? exception->why : "") << '\n'
-                << sideBySide(window[i].lines, scene[i].lines);
-            for (const std::string& line : window[i].lines)
-                if (line.compare(0, 5, "told:") == 0) told.push_back(line);
-        }
-        EXPECT_FALSE(told.empty()) << "a script in which nobody hears anything proves nothing";
-        for (const Exception& exception : exceptions) {
-            if (exception.control != std::string(control.name)) continue;
-            EXPECT_TRUE(
-                std::any_of(window.begin(), window.end(),
-                            [&](const Played& played) { return played.step == exception.step; }))
-                << "there is no step " << exception.step;
-        }
+        note("dialogRadioButtons", node);
     }
 
-    INSTANTIATE_TEST_SUITE_P(
-        Controls, Script, testing::Range(0, static_cast<int>(controls().size())),
-        [](const testing::TestParamInfo<int>& each) {
-            return std::string(controls()[static_cast<std::size_t>(each.param)].name);
+    Lines& lines;
+
+private:
+    template <class Node> void note(const char* operation, Node* node)
+    {
+        lines.push_back(std::string("told: ") + operation + " " + valuesOf(node));
+    }
+};
+
+void appendValues(const KsElementList& elements, Lines& lines)
+{
+    elements.forEach([&](KsFormweave* node) {
+        lines.push_back(valuesOf(node));
+        if (node->getElements()) appendValues(*node->getElements(), lines);
+    });
+}
+
+struct Played {
+    std::string step;
+    Lines lines;
+};
+
+std::vector<Played> play(const Control& control, Stage::Road road)
+{
+    Stage stage(control.file, road);
+    Lines heard;
+    Recorder recorder(heard);
+    stage.dialog->addAuditor(&recorder);
+    std::vector<Played> played;
+    Lines values;
+    appendValues(*stage.dialog->getElements(), values);
+    played.push_back({"as it was read", values});
+    for (const Step& step : control.steps) {
+        heard.clear();
+        values.clear();
+        (road == Stage::Window ? step.inWindow : step.inScene)(stage);
+        QApplication::processEvents();
+        if (road == Stage::Scene) stage.draw();
+        appendValues(*stage.dialog->getElements(), values);
+        heard.insert(heard.end(), values.begin(), values.end());
+        played.push_back({step.name, heard});
+    }
+    stage.dialog->removeAuditor(&recorder);
+    return played;
+}
+
+std::string sideBySide(const Lines& window, const Lines& scene)
+{
+    std::size_t width = std::string("in the window").size();
+    for (const std::string& line : window) width = std::max(width, line.size());
+    std::ostringstream out;
+    const auto row = [&](const std::string& a, const std::string& b) {
+        out << (a == b ? "    " : "  ! ") << a << std::string(width - a.size(), ' ') << " | " << b
+            << '\n';
+    };
+    row("in the window", "in the scene");
+    for (std::size_t i = 0; i < std::max(window.size(), scene.size()); ++i)
+        row(i < window.size() ? window[i] : "", i < scene.size() ? scene[i] : "");
+    return out.str();
+}
+
+const Exception* exceptionFor(const Control& control, const std::string& step)
+{
+    const auto* found =
+        std::find_if(std::begin(exceptions), std::end(exceptions), [&](const Exception& exception) {
+            return exception.control == std::string(control.name) && exception.step == step;
         });
+    return found == std::end(exceptions) ? nullptr : found;
+}
+
+class Script : public testing::TestWithParam<int> {};
+
+} // namespace
+
+TEST_P(Script, saysTheSameInTheWindowAndInTheScene)
+{
+    const Control control = controls()[static_cast<std::size_t>(GetParam())];
+    const std::vector<Played> window = play(control, Stage::Window);
+    const std::vector<Played> scene = play(control, Stage::Scene);
+    ASSERT_EQ(window.size(), scene.size());
+    Lines told;
+    for (std::size_t i = 0; i < window.size(); ++i) {
+        const Exception* exception = exceptionFor(control, window[i].step);
+        EXPECT_EQ(window[i].lines != scene[i].lines, exception != nullptr)
+            << control.name << ", " << window[i].step << ": "
+            << (exception ? "no difference, though " : "a difference")
+            << (exception ? exception->why : "") << '\n'
+            << sideBySide(window[i].lines, scene[i].lines);
+        for (const std::string& line : window[i].lines)
+            if (line.compare(0, 5, "told:") == 0) told.push_back(line);
+    }
+    EXPECT_FALSE(told.empty()) << "a script in which nobody hears anything proves nothing";
+    for (const Exception& exception : exceptions) {
+        if (exception.control != std::string(control.name)) continue;
+        EXPECT_TRUE(
+            std::any_of(window.begin(), window.end(),
+                        [&](const Played& played) { return played.step == exception.step; }))
+            << "there is no step " << exception.step;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Controls, Script, testing::Range(0, static_cast<int>(controls().size())),
+                         [](const testing::TestParamInfo<int>& each) {
+                             return std::string(
+                                 controls()[static_cast<std::size_t>(each.param)].name);
+                         });
