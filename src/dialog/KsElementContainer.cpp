@@ -17,10 +17,7 @@ bool ksIsBinary(KsInput* in) { return in->isBinary(); }
 namespace {
 
 // Not by the types of the library: a tree may outlive them.
-KsTopLevelDialog* asDialog(KsFormweave* child)
-{
-    return dynamic_cast<KsTopLevelDialog*>(child);
-}
+KsTopLevelDialog* asDialog(KsFormweave* child) { return dynamic_cast<KsTopLevelDialog*>(child); }
 
 } // namespace
 
