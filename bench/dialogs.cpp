@@ -1,24 +1,14 @@
 // Dialogs beside the same forms written by hand with Qt. Run with --benchmark_filter=... as wanted;
-// the counters tell bytes per check box and nodes visited per frame.
+// the counters tell bytes per control and nodes visited per frame.
 
-#include <arborium/actions/KsGetBoundingBoxAction.h>
+#include "forms.h"
+
 #include <arborium/actions/KsRenderAction.h>
-#include <arborium/base/KsDebugError.h>
-#include <arborium/io/KsDB.h>
-#include <arborium/io/KsInput.h>
-#include <arborium/nodes/KsOrthographicCamera.h>
-#include <arborium/nodes/KsSeparator.h>
 #include <arborium/render/KsOffscreenRenderer.h>
-#include <formweave/formweave.h>
 
-#include <QApplication>
 #include <QBoxLayout>
 #include <QCheckBox>
-#include <QEvent>
 #include <QLabel>
-#include <benchmark/benchmark.h>
-#include <cstdlib>
-#include <malloc.h>
 #include <memory>
 #include <string>
 
@@ -44,10 +34,9 @@ std::string fileOf(int nodes)
     return text + "}\n";
 }
 
-KsTopLevelDialog* makeForm(int boxes)
+KsRef<KsTopLevelDialog> makeForm(int boxes)
 {
-    auto* dialog = new KsTopLevelDialog;
-    dialog->ref();
+    KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
     for (int i = 0; i < boxes;) {
         auto* row = new KsColumnDialog;
         for (int k = 0; k < boxesPerRow && i < boxes; ++k, ++i) {
@@ -84,14 +73,6 @@ QWidget* makeHandWritten(int boxes)
     return window;
 }
 
-std::size_t heapBytes() { return mallinfo2().uordblks; }
-
-void settle()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
-}
-
 void readDialogFile(benchmark::State& state)
 {
     const std::string text = fileOf(static_cast<int>(state.range(0)));
@@ -121,90 +102,40 @@ BENCHMARK(addChildrenOneByOne)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisec
 void buildAndShow(benchmark::State& state)
 {
     const int boxes = static_cast<int>(state.range(0));
-    double bytes = 0;
-    for (auto _ : state) {
-        const std::size_t before = heapBytes();
-        KsTopLevelDialog* dialog = makeForm(boxes);
-        dialog->buildDialog();
-        dialog->show();
-        dialog->getBaseWidget()->grab();
-        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
-        state.PauseTiming();
-        QWidget* window = dialog->getBaseWidget();
-        dialog->unref();
-        delete window;
-        settle();
-        state.ResumeTiming();
-    }
-    state.counters["bytesPerBox"] = bytes / boxes;
+    measureWindow(state, boxes, [=] { return makeForm(boxes); });
 }
 BENCHMARK(buildAndShow)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 void buildAndShowHandWritten(benchmark::State& state)
 {
     const int boxes = static_cast<int>(state.range(0));
-    double bytes = 0;
-    for (auto _ : state) {
-        const std::size_t before = heapBytes();
-        QWidget* window = makeHandWritten(boxes);
-        window->show();
-        window->grab();
-        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
-        state.PauseTiming();
-        delete window;
-        settle();
-        state.ResumeTiming();
-    }
-    state.counters["bytesPerBox"] = bytes / boxes;
+    measureHandWritten(state, boxes, [=] { return makeHandWritten(boxes); });
 }
 BENCHMARK(buildAndShowHandWritten)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 void build3D(benchmark::State& state)
 {
     const int boxes = static_cast<int>(state.range(0));
-    double bytes = 0;
-    for (auto _ : state) {
-        const std::size_t before = heapBytes();
-        KsTopLevelDialog* dialog = makeForm(boxes);
-        KsGetBoundingBoxAction action{KbViewportRegion(1000, 1000)};
-        action.apply(dialog);
-        bytes = static_cast<double>(heapBytes()) - static_cast<double>(before);
-        state.PauseTiming();
-        dialog->unref();
-        state.ResumeTiming();
-    }
-    state.counters["bytesPerBox"] = bytes / boxes;
+    measureScene(state, boxes, [=] { return makeForm(boxes); });
 }
 BENCHMARK(build3D)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
-/// A scene with one panel and a camera that sees it.
-struct Scene {
-    explicit Scene(int boxes) : dialog(makeForm(boxes)), root(new KsSeparator)
-    {
-        auto* camera = new KsOrthographicCamera;
-        root->addChild(camera);
-        root->addChild(dialog);
-        dialog->unref();
-        const KbViewportRegion viewport(1000, 1000);
-        KsGetBoundingBoxAction action(viewport);
-        action.apply(root);
-        camera->viewAll(root, viewport);
-    }
+/// A scene with a panel of check boxes.
+struct Scene : PanelScene {
+    explicit Scene(int boxes) : PanelScene(makeForm(boxes)) {}
     KsDialogCheckBox* anyBox() const
     {
         return static_cast<KsDialogCheckBox*>(
             static_cast<KsDialogGroup*>(dialog->getChild(0))->getChild(0));
     }
-    KsTopLevelDialog* dialog;
-    KsRef<KsSeparator> root;
 };
 
 void unchangedFrame(benchmark::State& state)
 {
     const Scene scene(static_cast<int>(state.range(0)));
     KsOffscreenRenderer renderer{KbViewportRegion(1000, 1000)};
-    renderer.render(scene.root);
-    for (auto _ : state) renderer.render(scene.root);
+    renderer.render(scene.root.get());
+    for (auto _ : state) renderer.render(scene.root.get());
 }
 BENCHMARK(unchangedFrame)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
@@ -215,12 +146,12 @@ void frameAfterOneStateOurSide(benchmark::State& state)
     const KbViewportRegion viewport(1000, 1000);
     KsGetBoundingBoxAction boxes(viewport);
     KsRenderAction draws(viewport);
-    draws.apply(scene.root);
+    draws.apply(scene.root.get());
     KsDialogCheckBox* box = scene.anyBox();
     for (auto _ : state) {
         box->state = !box->state.getValue();
-        boxes.apply(scene.root);
-        draws.apply(scene.root);
+        boxes.apply(scene.root.get());
+        draws.apply(scene.root.get());
     }
     state.counters["visitsPerFrame"] =
         static_cast<double>(draws.getNumVisits()) / static_cast<double>(state.iterations());
@@ -234,20 +165,20 @@ void frameAfterOneState(benchmark::State& state)
     KsDialogCheckBox* box = scene.anyBox();
     for (auto _ : state) {
         box->state = !box->state.getValue();
-        renderer.render(scene.root);
+        renderer.render(scene.root.get());
     }
 }
 BENCHMARK(frameAfterOneState)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 void fieldToWidget(benchmark::State& state)
 {
-    KsTopLevelDialog* dialog = makeForm(1);
+    KsRef<KsTopLevelDialog> dialog = makeForm(1);
     dialog->buildDialog();
     auto* box = static_cast<KsDialogCheckBox*>(
         static_cast<KsDialogGroup*>(dialog->getChild(0))->getChild(0));
     for (auto _ : state) box->state = !box->state.getValue();
     QWidget* window = dialog->getBaseWidget();
-    dialog->unref();
+    dialog.reset();
     delete window;
 }
 BENCHMARK(fieldToWidget);
@@ -267,15 +198,4 @@ BENCHMARK(bareQtCall);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    QApplication app(argc, argv);
-    KsDebugError::setHandler([](void*, KsDebugError::Severity, const char*, const char*) {},
-                             nullptr);
-    KsFormweave::init();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    KsFormweave::finish();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }

@@ -47,11 +47,13 @@ protected:
     void update3DControl() override;
     void armSensors() override;
 
+    KsElementSensor m_stateSensor;
+
 private:
     static void finishCB3D(void* data, KsDragger* dragger);
     const KbString& shownString() const;
 
-    KsElementSensor m_stateSensor, m_onStringSensor, m_offStringSensor;
+    KsElementSensor m_onStringSensor, m_offStringSensor;
     KbVec2i32 m_onStringSize{0, 0};
     KbVec2i32 m_offStringSize{0, 0};
     SceneFrame m_frame;

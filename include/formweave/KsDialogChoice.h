@@ -83,8 +83,7 @@ protected:
 
     int m_numItems = 1;
     int m_dummyItem = 1;            ///< 1 while the only item is the filler of an empty list.
-    int m_previousNumItems = 0;     ///< In the window: the visible items at the last `changeItems`.
-    int m_previousNumItems3D = 0;   ///< The same in the scene.
+    int m_previousNumItems3D = 0;   ///< In a scene: the visible items at the last `change3DItems`.
     int m_previousSelectedItem = 0; ///< The last valid selection.
     KsElementSensor m_itemsSensor, m_selectedItemSensor;
     std::vector<SceneRow> m_rows;

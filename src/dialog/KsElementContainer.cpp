@@ -7,11 +7,19 @@
 #include <arborium/base/KsDebugError.h>
 #include <arborium/io/KsInput.h>
 #include <arborium/io/KsOutput.h>
+#include <formweave/KsTopLevelDialog.h>
 
 #include <algorithm>
 #include <string>
 
 bool ksIsBinary(KsInput* in) { return in->isBinary(); }
+
+namespace {
+
+// Not by the types of the library: a tree may outlive them.
+KsTopLevelDialog* asDialog(KsFormweave* child) { return dynamic_cast<KsTopLevelDialog*>(child); }
+
+} // namespace
 
 KsElementList::KsElementList(KsFormweave* owner, const KsElementListTraits& traits)
     : m_owner(owner), m_traits(traits)
@@ -29,7 +37,10 @@ KsElementList::Walk::~Walk() { list.m_walk = outer; }
 void KsElementList::orphanChildren()
 {
     for (int i = 0; i < m_count; ++i) {
-        if (at(i)->getParentElement() == m_owner) at(i)->setParent(nullptr);
+        KsFormweave* child = at(i);
+        if (child->getParentElement() != m_owner) continue;
+        child->setParent(nullptr);
+        if (KsTopLevelDialog* dialog = asDialog(child)) dialog->hide();
     }
 }
 
@@ -94,10 +105,11 @@ void KsElementList::place(KsFormweave* child, int index)
 
 void KsElementList::join(KsFormweave* child)
 {
+    const bool hasOwnWindow = asDialog(child);
     // What the child has of another place is built anew in this one.
-    if (child->isBuilt2D()) child->destroyWidget();
+    if (child->isBuilt2D() && !hasOwnWindow) child->destroyWidget();
     child->setParent(m_owner);
-    if (!child->isBuilt3D()) return;
+    if (!child->isBuilt3D() && !hasOwnWindow) return;
     child->change3DEnable();
     if (m_owner->isBuilt3D()) child->show3D(m_owner->showsChildren3D());
 }
@@ -106,6 +118,7 @@ int KsElementList::retire(int index)
 {
     const KsRef<KsFormweave> child(at(index));
     child->destroyWidget();
+    if (KsTopLevelDialog* dialog = asDialog(child)) dialog->hide();
     // Widgets that go may tell the application, which may change the list.
     return index < m_count && at(index) == child ? index : find(child);
 }

@@ -16,10 +16,14 @@
 #include <formweave/KsAuditor.h>
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogCheckBox.h>
+#include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogGroup.h>
 #include <formweave/KsDialogLabel.h>
+#include <formweave/KsDialogPushButton.h>
+#include <formweave/KsDialogPushButtonLauncher.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsMenuBar.h>
@@ -61,13 +65,17 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsTopComponent),
     CLASS_STEPS(KsDialogComponent),
     CLASS_STEPS(KsDialogCheckBox),
+    CLASS_STEPS(KsDialogCheckBoxLauncher),
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogRadioButtons),
+    CLASS_STEPS(KsDialogEditText),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),
     CLASS_STEPS(KsDialogLabel),
+    CLASS_STEPS(KsDialogPushButton),
+    CLASS_STEPS(KsDialogPushButtonLauncher),
     CLASS_STEPS(KsDialogSeparator),
     CLASS_STEPS(KsMenuBar),
     CLASS_STEPS(KsTopLevelDialog),

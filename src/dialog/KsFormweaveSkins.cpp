@@ -12,6 +12,8 @@
 #include <arborium/nodes/KsSeparator.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogEditText.h>
+#include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsFormweave.h>
@@ -196,6 +198,8 @@ void KsFormweave::change3DSkin()
     KsDialogCheckBox::change3DSkin();
     KsDialogComboBox::change3DSkin();
     KsDialogRadioButtons::change3DSkin();
+    KsDialogEditText::change3DSkin();
+    KsDialogPushButton::change3DSkin();
     KsDialogSeparator::change3DSkin();
     KsMenuBar::change3DSkin();
     KsTopLevelDialog::change3DSkin();

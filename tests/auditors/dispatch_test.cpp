@@ -28,20 +28,10 @@ namespace standin {
     };                                                                                             \
     KS_KIT_SOURCE(Class, Parent)
 
-STANDIN(KsDialogPushButton, KsDialogComponent, KsSFString buttonLabel;
-        , build.field("buttonLabel", buttonLabel, "");)
-STANDIN(KsDialogRadioButtons, KsDialogComponent, KsMFString items; KsSFInt32 selectedItem;
-        , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
-STANDIN(KsDialogEditText, KsDialogComponent, KsSFString editText;
-        , build.field("editText", editText, "");)
 STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field("value", value, 0);)
 STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
         , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
 STANDIN(KsTabDialog, KsDialogComponent, , )
-STANDIN(KsMenuRadioButtons, KsFormweave, KsMFString items; KsSFInt32 selectedItem;
-        , build.emptyField("items", items); build.field("selectedItem", selectedItem, 0);)
-STANDIN(KsMenuFileSelection, KsMenuPushButton, KsSFString title; KsSFFilePathString filename;
-        , build.field("title", title, ""); build.field("filename", filename, KbString());)
 
 } // namespace standin
 
@@ -116,16 +106,12 @@ protected:
                " component :\n\t\t -> ";
     }
 
-    static constexpr void (*inits[])() = {
-        &standin::KsDialogPushButton::initClass, &standin::KsDialogRadioButtons::initClass,
-        &standin::KsDialogEditText::initClass,   &standin::KsDialogIntegerSlider::initClass,
-        &standin::KsDialogRealSlider::initClass, &standin::KsTabDialog::initClass,
-        &standin::KsMenuRadioButtons::initClass, &standin::KsMenuFileSelection::initClass};
-    static constexpr void (*exits[])() = {
-        &standin::KsMenuFileSelection::exitClass,   &standin::KsMenuRadioButtons::exitClass,
-        &standin::KsTabDialog::exitClass,           &standin::KsDialogRealSlider::exitClass,
-        &standin::KsDialogIntegerSlider::exitClass, &standin::KsDialogEditText::exitClass,
-        &standin::KsDialogRadioButtons::exitClass,  &standin::KsDialogPushButton::exitClass};
+    static constexpr void (*inits[])() = {&standin::KsDialogIntegerSlider::initClass,
+                                          &standin::KsDialogRealSlider::initClass,
+                                          &standin::KsTabDialog::initClass};
+    static constexpr void (*exits[])() = {&standin::KsTabDialog::exitClass,
+                                          &standin::KsDialogRealSlider::exitClass,
+                                          &standin::KsDialogIntegerSlider::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -138,11 +124,11 @@ template <class Element> KsRef<Element> make() { return KsRef<Element>(new Eleme
 TEST_F(Dispatch, eachControlHasItsOwnOperation)
 {
     const std::pair<KsRef<KsFormweave>, const char*> controls[] = {
-        {new standin::KsDialogPushButton, "dialogPushButton"},
+        {new KsDialogPushButton, "dialogPushButton"},
         {new KsDialogCheckBox, "dialogCheckBox"},
         {new KsDialogComboBox, "dialogComboBox"},
-        {new standin::KsDialogEditText, "dialogEditText"},
-        {new standin::KsDialogRadioButtons, "dialogRadioButtons"},
+        {new KsDialogEditText, "dialogEditText"},
+        {new KsDialogRadioButtons, "dialogRadioButtons"},
         {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
         {new standin::KsDialogRealSlider, "dialogRealSlider"},
     };
@@ -156,7 +142,7 @@ TEST_F(Dispatch, menuItemsAreToldByDialogsButNotByGroups)
 {
     const std::pair<KsRef<KsFormweave>, const char*> items[] = {
         {new KsMenuCheckBox, "menuCheckBox"},
-        {new standin::KsMenuRadioButtons, "menuRadioButtons"},
+        {new KsMenuRadioButtons, "menuRadioButtons"},
         {new KsMenuPushButton, "menuPushButton"},
     };
     for (const auto& [element, operation] : items) {
@@ -167,7 +153,7 @@ TEST_F(Dispatch, menuItemsAreToldByDialogsButNotByGroups)
 
 TEST_F(Dispatch, aFileSelectionIsOneCallAndNoPushButton)
 {
-    EXPECT_EQ(asDialog(make<standin::KsMenuFileSelection>()), "menuFileSelection");
+    EXPECT_EQ(asDialog(make<KsMenuFileSelection>()), "menuFileSelection");
 }
 
 TEST_F(Dispatch, nobodyIsToldOfTabDialogsGroupsAndTheLike)
@@ -189,12 +175,12 @@ TEST_F(Dispatch, anIntegerSlidersTextEndsInAQuoteAndTheNumberDirectlyBehindIt)
 
 TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
 {
-    const auto button = make<standin::KsDialogPushButton>();
+    const auto button = make<KsDialogPushButton>();
     button->label = "l";
     button->buttonLabel = "press";
     EXPECT_EQ(report(button, "KsDialogAuditor::dialogPushButton"),
               start("KsDialogPushButton") + "label \"l\"\n\t\t -> buttonLabel \"press\"");
-    const auto text = make<standin::KsDialogEditText>();
+    const auto text = make<KsDialogEditText>();
     text->editText = "some";
     EXPECT_EQ(report(text, "KsDialogAuditor::dialogEditText"),
               start("KsDialogEditText") + "label \"\"\n\t\t -> editText \"some\"");
@@ -217,7 +203,7 @@ TEST_F(Dispatch, theTextOfASelectionHasItsNumberAndItem)
     EXPECT_EQ(report(combo, "KsDialogAuditor::dialogComboBox"), begin + "-3 : ");
     combo->selectedItem = 2;
     EXPECT_EQ(report(combo, "KsDialogAuditor::dialogComboBox"), begin + "2 : ");
-    const auto radio = make<standin::KsDialogRadioButtons>();
+    const auto radio = make<KsDialogRadioButtons>();
     EXPECT_EQ(report(radio, "KsDialogAuditor::dialogRadioButtons"),
               start("KsDialogRadioButtons") + "label \"\"\n\t\t -> selectedItem 0 : ");
 }
@@ -232,7 +218,7 @@ TEST_F(Dispatch, theTextsOfMenuItems)
     check->onString = "shown";
     EXPECT_EQ(report(check, "KsDialogAuditor::menuCheckBox"),
               start("KsMenuCheckBox") + "label \"\"\n\t\t -> onString \"shown\"");
-    const auto file = make<standin::KsMenuFileSelection>();
+    const auto file = make<KsMenuFileSelection>();
     file->label = "not shown";
     file->title = "Open";
     file->filename = KbString("scene.arb");
@@ -242,7 +228,7 @@ TEST_F(Dispatch, theTextsOfMenuItems)
 
 TEST_F(Dispatch, aConnectedMenuSelectionIsNotReported)
 {
-    const auto item = make<standin::KsMenuRadioButtons>();
+    const auto item = make<KsMenuRadioButtons>();
     item->items.set1Value(0, "one");
     EXPECT_EQ(report(item, "KsDialogAuditor::menuRadioButtons"),
               start("KsMenuRadioButtons") + "label \"\"\n\t\t -> selectedItem 0 : one");

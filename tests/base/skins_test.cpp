@@ -11,6 +11,7 @@
 #include <arborium/nodes/KsNodeList.h>
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
+#include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -56,6 +57,13 @@ const std::vector<Family>& families()
          {"DialogRadioButtonsFrame", "DialogRadioButtonsItemFrame", "DialogRadioButtonsStateOff",
           "DialogRadioButtonsStateOn"},
          &KsDialogRadioButtons::isSkinLoaded},
+        {"DialogEditText.arb",
+         &KsDialogEditText::DialogEditText,
+         {"DialogEditTextFrame", "DialogEditTextEditingFrame", "DialogEditTextDownButtonPressed",
+          "DialogEditTextDownButtonReleased", "DialogEditTextUpButtonPressed",
+          "DialogEditTextUpButtonReleased", "DialogEditTextScrollFrame",
+          "DialogEditTextCursorFrame", "DialogEditTextCaretFrame"},
+         &KsDialogEditText::isSkinLoaded},
         {"DialogSeparator.arb",
          &KsDialogSeparator::DialogSeparator,
          {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
@@ -181,6 +189,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     dialog->addChild(new KsDialogCheckBox);
     dialog->addChild(new KsDialogComboBox);
     dialog->addChild(new KsDialogRadioButtons);
+    dialog->addChild(new KsDialogEditText);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));

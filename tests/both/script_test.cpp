@@ -41,6 +41,10 @@ const Exception exceptions[] = {
      "a window takes the last item, a scene goes back to the last valid one"},
     {"DialogComboBox", "choose the only one",
      "a window writes the selection also where it stays, so that it is in files"},
+    {"DialogPushButton", "press the mouse", "a window tells at the press"},
+    {"DialogPushButton", "release it", "a scene tells at the release"},
+    {"DialogPushButton", "press it now", "in a scene only its text follows a write"},
+    {"DialogCheckBoxLauncher", "click on the label", "in a scene it is clicked wherever it is met"},
     {"DialogRadioButtons", "select too low",
      "a window repairs it to the first item, a scene to the last valid selection"},
     {"DialogRadioButtons", "choose the only one",
@@ -205,6 +209,57 @@ std::vector<Control> controls()
                   s.click(KbVec2f(Stage::viewWidth - 1, 1));
               }},
          }},
+        {"DialogPushButton",
+         "TopLevelDialog { label \"Buttons\" "
+         "DialogPushButton { auditorID \"a\" label \"A\" buttonLabel \"Press\" } "
+         "ColumnDialog { auditorID \"group\" "
+         "DialogPushButton { auditorID \"b\" label \"B\" buttonLabel \"Me\" } "
+         "DialogPushButton { auditorID \"grey\" buttonLabel \"Grey\" enable FALSE } } "
+         "DialogPushButton { auditorID \"bare\" buttonLabel \"Bare\" labelVisibility FALSE } }",
+         {
+             click<QPushButton>("press", "a", "frameSep"),
+             click<QPushButton>("press on the text", "a", "buttonLabelSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             click<QPushButton>("press in a column", "b", "frameSep"),
+             click<QPushButton>("press a disabled one", "grey", "frameSep"),
+             application("enable it", [](Stage& s) { element(s, "grey")->enable = true; }),
+             click<QPushButton>("press it now", "grey", "frameSep"),
+             click<QPushButton>("press without a label", "bare", "frameSep"),
+             {"press the mouse",
+              [](Stage& s) {
+                  QTest::mousePress(Stage::widgetOf<QPushButton>(element(s, "a")), Qt::LeftButton);
+              },
+              [](Stage& s) { s.press(s.placeOf(element(s, "a"), "frameSep")); }},
+             {"release it",
+              [](Stage& s) {
+                  QTest::mouseRelease(Stage::widgetOf<QPushButton>(element(s, "a")),
+                                      Qt::LeftButton);
+              },
+              [](Stage& s) { s.release(s.placeOf(element(s, "a"), "frameSep")); }},
+         }},
+        {"DialogCheckBoxLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogCheckBoxLauncher { auditorID \"a\" label \"A\" onString \"On\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QCheckBox>("open", "a", "stateSep"),
+             click<QCheckBox>("click in its dialog", "inner", "stateSep"),
+             click<QCheckBox>("close", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             application("make it the same again", [=](Stage& s) { box(s, "a")->state = false; }),
+             click<QCheckBox>("open again", "a", "stateSep"),
+         }},
+        {"DialogPushButtonLauncher",
+         "TopLevelDialog { label \"Launcher\" "
+         "DialogPushButtonLauncher { auditorID \"a\" label \"A\" buttonLabel \"Open\" "
+         "TopLevelDialog { auditorID \"dialog\" label \"Opened\" position3D 300 0 0 "
+         "DialogCheckBox { auditorID \"inner\" label \"Inner\" } } } }",
+         {
+             click<QPushButton>("open", "a", "frameSep"),
+             click<QPushButton>("open again", "a", "frameSep"),
+             click<QLabel>("click on the label", "a", "labelSep"),
+         }},
         {"DialogRadioButtons",
          "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
          "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] } "
@@ -261,6 +316,7 @@ public:
     explicit Recorder(Lines& out) : lines(out) {}
     void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
     void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
+    void dialogPushButton(KsDialogPushButton* node) override { note("dialogPushButton", node); }
     void dialogRadioButtons(KsDialogRadioButtons* node) override
     {
         note("dialogRadioButtons", node);

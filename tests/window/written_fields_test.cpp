@@ -156,7 +156,9 @@ const Fields repaired{"DialogComboBox.selectedItem", "DialogRadioButtons.selecte
 void expectAsRead(KsFormweave* element, const std::string& text)
 {
     const Fields changed = difference(text, written(element));
-    if (changed.empty()) EXPECT_EQ(written(element), text);
+    if (changed.empty()) {
+        EXPECT_EQ(written(element), text);
+    }
     for (const std::string& each : changed) EXPECT_EQ(repaired.count(each), 1u) << each << text;
 }
 

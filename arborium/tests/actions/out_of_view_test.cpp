@@ -214,6 +214,8 @@ TEST_F(OutOfView, whateverMovesTheListShowsAllThatIsInView)
         KsRenderAction other(viewport);
         other.apply(root.get());
         EXPECT_LE(other.getDrawList().draws.size(), render.getDrawList().draws.size()) << step;
-        if (step % 10 == 0) ASSERT_TRUE(showsAllInView()) << step;
+        if (step % 10 == 0) {
+            ASSERT_TRUE(showsAllInView()) << step;
+        }
     }
 }

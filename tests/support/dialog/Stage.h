@@ -149,6 +149,37 @@ public:
     }
     bool clickPart(KsFormweave* element, const char* part) { return click(placeOf(element, part)); }
 
+    /// A key of the keyboard goes down and up. `printable` is what it types.
+    void key(int code, char16_t printable = 0, bool shift = false)
+    {
+        for (const auto state : {KsButtonEvent::DOWN, KsButtonEvent::UP}) {
+            KsKeyboardEvent event(code, state, printable);
+            event.setShiftDown(shift);
+            m_events.setEvent(&event);
+            m_events.apply(m_scene.get());
+            m_events.setEvent(nullptr);
+        }
+    }
+    /// Types Latin-1 characters, each with its own key; a line feed is Shift and Return.
+    void type(const char* text)
+    {
+        for (; *text; ++text) {
+            const int c = static_cast<unsigned char>(*text);
+            if (c == '\n')
+                key(KsKeyboardEvent::RETURN, 0, true);
+            else
+                key(c, static_cast<char16_t>(c));
+        }
+    }
+    bool move(const KbVec2f& at)
+    {
+        const KsLocation2Event event(at);
+        m_events.setEvent(&event);
+        m_events.apply(m_scene.get());
+        m_events.setEvent(nullptr);
+        return m_events.isHandled();
+    }
+
     KsRef<KsTopLevelDialog> dialog;
 
 private:

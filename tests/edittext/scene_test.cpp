@@ -1,0 +1,656 @@
+// An edit text in a scene: real presses where it is drawn, real keys.
+
+#include "EditText.h"
+
+#include <arborium/actions/KsRayPickAction.h>
+#include <arborium/nodes/KsClipPlane.h>
+
+namespace {
+
+/// What the widths of lines are measured with.
+float lineWidth(const ShownEdit& shown, const std::string& text)
+{
+    const KsRef<KsSeparator> separator(new KsSeparator);
+    const KsRef<KsText3> line(new KsText3);
+    line->string = text.c_str();
+    separator->addChild(shown.part("textProp"));
+    separator->addChild(line.get());
+    KsGetBoundingBoxAction action(KbViewportRegion(800, 600));
+    action.apply(separator.get());
+    return action.getBoundingBox().getSize()[0];
+}
+
+/// The width at which lines are wrapped.
+float wrapWidth(const ShownEdit& shown) { return shown.width() - 6 - shown.labelZone() - 14 - 8; }
+
+std::string manyLines(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i) text += (i ? "\nline " : "line ") + std::to_string(i);
+    return text;
+}
+
+const std::string many = "multiLine TRUE width 300 fixedWidth TRUE height 100 fixedHeight TRUE ";
+
+std::string withText(const std::string& text) { return many + "editText \"" + text + "\""; }
+
+} // namespace
+
+// The form.
+
+TEST(EditText3D, aFrameOfOneLineFillsTheControlsZone)
+{
+    for (const bool withLabel : {true, false}) {
+        ShownEdit shown(std::string("label \"Title\" width 300 labelVisibility ") +
+                            (withLabel ? "TRUE" : "FALSE"),
+                        Stage::Scene);
+        const float w = shown.width() - 6 - shown.labelZone();
+        EXPECT_TRUE(shown.first<KsTranslation>("frameSep")->translation.getValue() ==
+                    KbVec3f((shown.width() - 6 - w) / 2, 0, 0));
+        EXPECT_TRUE(shown.first<KsScale>("frameSep")->scaleFactor.getValue() == KbVec3f(w, 22, 1));
+        EXPECT_EQ(Stage::shown(shown.edit, "labelSwitch"),
+                  withLabel ? KsSwitch::ALL : KsSwitch::NONE);
+        EXPECT_EQ(Stage::shown(shown.edit, "frameSwitch"), 0);
+        EXPECT_EQ(Stage::shown(shown.edit, "scrollVSwitch"), KsSwitch::NONE);
+        EXPECT_EQ(Stage::shown(shown.edit, "scrollHSwitch"), KsSwitch::NONE);
+    }
+}
+
+TEST(EditText3D, manyLinesLeaveRoomForTheScrollBars)
+{
+    ShownEdit shown("label \"Title\" wrapLine FALSE " + many, Stage::Scene);
+    const float w = shown.width() - 6 - shown.labelZone(), h = shown.height() - 6;
+    EXPECT_EQ(shown.height(), 100);
+    EXPECT_TRUE(shown.first<KsTranslation>("frameSep")->translation.getValue() ==
+                KbVec3f((shown.width() - 6 - w - 14) / 2, 7, 0));
+    EXPECT_TRUE(shown.first<KsScale>("frameSep")->scaleFactor.getValue() ==
+                KbVec3f(w - 14, h - 14, 1));
+    EXPECT_EQ(Stage::shown(shown.edit, "scrollVSwitch"), KsSwitch::ALL);
+    EXPECT_EQ(Stage::shown(shown.edit, "scrollHSwitch"), KsSwitch::ALL);
+    // The bars, their buttons and what lies between them.
+    const auto place = [&](const char* part) {
+        return shown.first<KsTranslation>(part)->translation.getValue();
+    };
+    const float x = (shown.width() - 20) / 2, y = (h - 14) / 2;
+    EXPECT_TRUE(place("upSep") == KbVec3f(x, y, 0));
+    EXPECT_TRUE(place("downSep") == KbVec3f(x, -y + 14, 0));
+    EXPECT_TRUE(place("scrollVSep") == KbVec3f(x, 7, 0));
+    EXPECT_TRUE(shown.trackV() == KbVec3f(14, h - 28 - 14, 1));
+    const float cx = place("frameSep")[0], fw = w - 14 - 14;
+    EXPECT_TRUE(place("leftSep") == KbVec3f(cx - fw / 2, -y, 0));
+    EXPECT_TRUE(place("rightSep") == KbVec3f(cx + fw / 2, -y, 0));
+    EXPECT_TRUE(place("scrollHSep") == KbVec3f(cx, -y, 0));
+    EXPECT_TRUE(shown.trackH() == KbVec3f(fw - 14, 14, 1));
+    EXPECT_TRUE(shown.first<KsScale>("upSep")->scaleFactor.getValue() == KbVec3f(14, 14, 1));
+    EXPECT_EQ(shown.first<KsScale>("upSep"), shown.first<KsScale>("rightSep")) << "one for all";
+    // Wrapped, the bar below is gone and the other one has its room.
+    shown.edit->wrapLine = true;
+    EXPECT_EQ(Stage::shown(shown.edit, "scrollHSwitch"), KsSwitch::NONE);
+    EXPECT_TRUE(shown.first<KsScale>("frameSep")->scaleFactor.getValue() == KbVec3f(w - 14, h, 1));
+    EXPECT_TRUE(place("downSep") == KbVec3f(x, -y, 0));
+    EXPECT_TRUE(shown.trackV() == KbVec3f(14, h - 28, 1));
+}
+
+TEST(EditText3D, itsBarsAndFrameTouchButDoNotOverlap)
+{
+    ShownEdit shown("label \"Title\" wrapLine FALSE " + many, Stage::Scene);
+    shown.draw();
+    const KbBox3f frame = shown.boxOf(shown.edit, "frameSep");
+    const KbBox3f up = shown.boxOf(shown.edit, "upSep"), down = shown.boxOf(shown.edit, "downSep");
+    const KbBox3f track = shown.boxOf(shown.edit, "scrollVBack");
+    const KbBox3f left = shown.boxOf(shown.edit, "leftSep");
+    EXPECT_NEAR(frame.getMax()[0], up.getMin()[0], 0.6);
+    EXPECT_NEAR(frame.getMax()[1], up.getMax()[1], 1e-3);
+    EXPECT_NEAR(track.getMax()[1], up.getMin()[1], 1e-3);
+    EXPECT_NEAR(track.getMin()[1], down.getMax()[1], 1e-3);
+    EXPECT_NEAR(down.getMin()[1], frame.getMin()[1], 1e-3);
+    EXPECT_NEAR(left.getMax()[1], frame.getMin()[1], 1e-3);
+    EXPECT_NEAR(left.getMin()[0], frame.getMin()[0], 1e-3);
+}
+
+TEST(EditText3D, theTextIsFrontFacesOnlyInTheOrderOfItsNodes)
+{
+    ShownEdit shown("", Stage::Scene);
+    const KsGroup* text = shown.part("textSep");
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(ksCast<KsClipPlane>(text->getChild(i))) << i;
+    EXPECT_TRUE(ksCast<KsTranslation>(text->getChild(4)));
+    EXPECT_TRUE(ksCast<KsTranslation>(text->getChild(5)));
+    EXPECT_EQ(text->getChild(6), shown.part("textProp"));
+    EXPECT_EQ(text->getChild(7), shown.text3D());
+    EXPECT_EQ(text->getNumChildren(), 8);
+    EXPECT_EQ(shown.text3D()->parts.getValue(), KsText3::FRONT);
+    const float a = -shown.width() / 2 + 3 + shown.labelZone() / 2 + 4;
+    const auto plane = [&](int i) {
+        return static_cast<KsClipPlane*>(text->getChild(i))->plane.getValue();
+    };
+    EXPECT_TRUE(plane(0) == KbPlane(KbVec3f(1, 0, 0), a));
+    EXPECT_TRUE(plane(1) == KbPlane(KbVec3f(-1, 0, 0), a));
+    EXPECT_TRUE(plane(2) == KbPlane(KbVec3f(0, 1, 0), -7));
+    EXPECT_TRUE(plane(3) == KbPlane(KbVec3f(0, -1, 0), -7));
+}
+
+TEST(EditText3D, shortTextBeginsAtTheLeftAndLongTextEndsAtTheRight)
+{
+    ShownEdit shown("width 120 fixedWidth TRUE editText \"short\"", Stage::Scene);
+    const float e = shown.width() - 6 - shown.labelZone();
+    EXPECT_EQ(shown.textPlace()[0], static_cast<float>(static_cast<int>(4 - e / 2)));
+    const std::string text = "a text that is a good deal longer than its frame";
+    shown.edit->editText = text.c_str();
+    const float t = lineWidth(shown, text), a = e - 8;
+    ASSERT_GT(t, a);
+    EXPECT_EQ(shown.textPlace()[0], static_cast<float>(static_cast<int>(-4 - a / 2 - (t - a))));
+    shown.startTyping();
+    shown.type("!");
+    const float t2 = lineWidth(shown, text + "!");
+    EXPECT_EQ(shown.textPlace()[0], static_cast<float>(static_cast<int>(-4 - a / 2 - (t2 - a))));
+    shown.edit->editText = "short";
+    EXPECT_EQ(shown.textPlace()[0], static_cast<float>(static_cast<int>(4 - e / 2)));
+}
+
+TEST(EditText3D, theFirstOfManyLinesBeginsInTheUpperLeftCorner)
+{
+    ShownEdit shown(withText("one"), Stage::Scene);
+    const KbVec3f frame = shown.first<KsScale>("frameSep")->scaleFactor;
+    const KbBox3f box = shown.textBox(), edge = shown.boxOf(shown.edit, "frameSep");
+    EXPECT_FLOAT_EQ(shown.textPlace()[0], 4 - frame[0] / 2);
+    EXPECT_NEAR(box.getMin()[0], edge.getMin()[0] + 4, 1e-2);
+    EXPECT_NEAR(box.getMax()[1], edge.getMax()[1] - 4, 1e-2);
+    EXPECT_GT(box.getMin()[2], edge.getMax()[2]);
+}
+
+// Typing.
+
+TEST(EditText3D, aPressOnTheTextStartsTypingAndReturnEndsIt)
+{
+    ShownEdit shown("editText \"lamp\"");
+    shown.type("x");
+    EXPECT_EQ(shown.text(), "lamp");
+    EXPECT_FALSE(shown.isEditing());
+    shown.startTyping();
+    EXPECT_TRUE(shown.isEditing());
+    shown.type("s");
+    EXPECT_EQ(shown.text(), "lamps");
+    EXPECT_EQ(shown.line()->text(), "lamps");
+    EXPECT_EQ(shown.shownLines(), Strings{"lamps"});
+    EXPECT_TRUE(shown.listener.texts.empty());
+    shown.key(KsKeyboardEvent::RETURN);
+    EXPECT_FALSE(shown.isEditing());
+    EXPECT_EQ(shown.listener.texts, Strings{"lamps"});
+    shown.type("x");
+    EXPECT_EQ(shown.text(), "lamps");
+}
+
+TEST(EditText3D, anotherElementThatTakesTheActivityEndsTypingAndTellsOnceMore)
+{
+    ShownEdit shown;
+    shown.startTyping();
+    shown.type("a");
+    shown.key(KsKeyboardEvent::RETURN);
+    EXPECT_EQ(shown.listener.texts.size(), 1u);
+    shown.clickPart(shown.find<KsDialogCheckBox>("other"), "stateSep");
+    EXPECT_EQ(shown.listener.texts, (Strings{"a", "a"}));
+    shown.startTyping();
+    shown.clickPart(shown.find<KsDialogCheckBox>("other"), "stateSep");
+    EXPECT_FALSE(shown.isEditing());
+    EXPECT_EQ(shown.listener.texts.size(), 3u);
+    shown.clickPart(shown.find<KsDialogCheckBox>("other"), "stateSep");
+    EXPECT_EQ(shown.listener.texts.size(), 3u);
+}
+
+TEST(EditText3D, withoutTrigOnEnterEachKeyTellsOnceAndReturnTellsNothing)
+{
+    for (const auto road : {Stage::Scene, Stage::Both}) {
+        ShownEdit shown("trigOnEnter FALSE", road);
+        shown.startTyping();
+        shown.type("ab");
+        EXPECT_EQ(shown.listener.texts, (Strings{"a", "ab"}));
+        shown.key(KsKeyboardEvent::BACKSPACE);
+        EXPECT_EQ(shown.listener.texts, (Strings{"a", "ab", "a"}));
+        shown.key(KsKeyboardEvent::RETURN);
+        EXPECT_FALSE(shown.isEditing());
+        EXPECT_EQ(shown.listener.texts.size(), 3u);
+    }
+}
+
+TEST(EditText3D, aPressOnReadOnlyTextStartsNothing)
+{
+    ShownEdit shown("editable FALSE editText \"fixed\"");
+    shown.startTyping();
+    EXPECT_FALSE(shown.isEditing());
+    shown.type("x");
+    EXPECT_EQ(shown.text(), "fixed");
+    shown.edit->editable = true;
+    shown.startTyping();
+    EXPECT_TRUE(shown.isEditing());
+    shown.edit->editable = false;
+    EXPECT_FALSE(shown.isEditing());
+    shown.type("x");
+    EXPECT_EQ(shown.text(), "fixed");
+}
+
+TEST(EditText3D, theKeysOfThePadTypeTheirDigits)
+{
+    ShownEdit shown;
+    shown.startTyping();
+    for (int key = KsKeyboardEvent::PAD_7; key <= KsKeyboardEvent::PAD_DELETE; ++key)
+        shown.key(key);
+    EXPECT_EQ(shown.text(), "7486293150.");
+    for (const int key : {KsKeyboardEvent::TAB, KsKeyboardEvent::LEFT_ARROW, KsKeyboardEvent::END,
+                          KsKeyboardEvent::DELETE_KEY, KsKeyboardEvent::PAD_ENTER,
+                          KsKeyboardEvent::LEFT_SHIFT, KsKeyboardEvent::ESCAPE})
+        shown.key(key, u'?');
+    EXPECT_EQ(shown.text(), "7486293150.");
+    shown.key('a');
+    EXPECT_EQ(shown.text(), "7486293150.") << "a key without a character";
+    shown.key('A', u'A', true);
+    shown.key(0xfc, u'\u00fc');
+    shown.key(0x20ac, u'\u20ac');
+    EXPECT_EQ(shown.edit->editText.getValue(), KbString("7486293150.A\xfc?"));
+}
+
+TEST(EditText3D, shiftAndReturnBreaksTheLine)
+{
+    ShownEdit shown(many);
+    shown.startTyping();
+    shown.type("one\ntwo");
+    EXPECT_EQ(shown.text(), "one\ntwo");
+    EXPECT_EQ(shown.shownLines(), (Strings{"one", "two"}));
+    EXPECT_EQ(shown.lines()->toPlainText(), "one\ntwo");
+    EXPECT_TRUE(shown.isEditing());
+    EXPECT_TRUE(shown.listener.texts.empty());
+}
+
+TEST(EditText3D, inAFrameOfOneLineABreakShowsTheLastLineAlone)
+{
+    ShownEdit shown("width 200 editText \"a long first line\"", Stage::Scene);
+    shown.startTyping();
+    shown.type("\nb");
+    EXPECT_EQ(shown.text(), "a long first line\nb");
+    EXPECT_EQ(shown.shownLines(), (Strings{"a long first line", "b"}));
+    const KbBox3f box = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
+    const float lineHeight = box.getSize()[1] / 2;
+    EXPECT_NEAR(box.getMin()[1] + lineHeight / 2, frame.getCenter()[1], 0.1);
+    auto* top = static_cast<KsClipPlane*>(shown.part("textSep")->getChild(3));
+    EXPECT_TRUE(top->on) << "what is above it is cut off";
+    for (int i = 0; i < 2; ++i) shown.key(KsKeyboardEvent::BACKSPACE);
+    EXPECT_EQ(shown.text(), "a long first line");
+    EXPECT_EQ(shown.shownLines(), Strings{"a long first line"});
+    EXPECT_FALSE(top->on);
+    EXPECT_NEAR(shown.textBox().getCenter()[1], frame.getCenter()[1], 0.1);
+}
+
+TEST(EditText3D, backspaceTakesTheLastCharacterThenTheLineThenTheBreak)
+{
+    ShownEdit shown(withText("ab\nc"), Stage::Scene);
+    shown.startTyping();
+    const auto back = [&] { shown.key(KsKeyboardEvent::BACKSPACE); };
+    back();
+    EXPECT_EQ(shown.text(), "ab\n");
+    EXPECT_EQ(shown.shownLines(), (Strings{"ab", ""}));
+    back();
+    EXPECT_EQ(shown.text(), "ab");
+    EXPECT_EQ(shown.shownLines(), Strings{"ab"});
+    back();
+    EXPECT_EQ(shown.shownLines(), Strings{"a"});
+    back();
+    EXPECT_EQ(shown.text(), "");
+    shown.type("x");
+    EXPECT_EQ(shown.shownLines(), Strings{"x"});
+}
+
+TEST(EditText3D, backspaceOnNothingChangesNothingButTellsAsTypingDoes)
+{
+    for (const char* fields : {"trigOnEnter FALSE", "trigOnEnter FALSE multiLine TRUE"}) {
+        ShownEdit shown(fields);
+        shown.startTyping();
+        shown.key(KsKeyboardEvent::BACKSPACE);
+        EXPECT_EQ(shown.text(), "");
+        EXPECT_EQ(shown.listener.texts, Strings{""});
+        shown.type("a");
+        EXPECT_EQ(shown.shownLines(), Strings{"a"});
+    }
+    ShownEdit shown;
+    shown.startTyping();
+    shown.key(KsKeyboardEvent::BACKSPACE);
+    EXPECT_TRUE(shown.listener.texts.empty());
+}
+
+TEST(EditText3D, theTextMayBeEditedBeforeThereIsAScene)
+{
+    ShownEdit shown("", Stage::Window);
+    shown.edit->insertCharTo3DText('a');
+    shown.edit->insertCharTo3DText('b');
+    shown.edit->removeCharIn3DText();
+    shown.edit->move3DCursor(3);
+    EXPECT_EQ(shown.text(), "a");
+    EXPECT_EQ(shown.line()->text(), "a");
+}
+
+// Wrapping.
+
+TEST(EditText3D, onlyTheCharacterThatPassesTheWidthGoesToTheNextLine)
+{
+    ShownEdit shown(many, Stage::Scene);
+    shown.startTyping();
+    std::string typed;
+    while (shown.shownLines().size() < 2 && typed.size() < 200) {
+        shown.type("w");
+        typed += 'w';
+    }
+    ASSERT_LT(typed.size(), 200u);
+    EXPECT_EQ(shown.shownLines(), (Strings{std::string(typed.size() - 1, 'w'), "w"}))
+        << "in the middle of a word";
+    EXPECT_LE(lineWidth(shown, shown.shownLines()[0]), wrapWidth(shown));
+    EXPECT_GT(lineWidth(shown, typed), wrapWidth(shown));
+    EXPECT_EQ(shown.text(), typed) << "wrapping is of the lines alone";
+    // A wrapped line goes as soon as its last character does.
+    shown.key(KsKeyboardEvent::BACKSPACE);
+    EXPECT_EQ(shown.shownLines(), Strings{std::string(typed.size() - 1, 'w')});
+}
+
+TEST(EditText3D, theLinesTogetherAreTheText)
+{
+    std::string text;
+    for (int i = 0; i < 40; ++i) text += "some words " + std::to_string(i) + " ";
+    ShownEdit shown(withText(text), Stage::Scene);
+    std::string joined;
+    for (const std::string& line : shown.shownLines()) {
+        EXPECT_LE(lineWidth(shown, line), wrapWidth(shown));
+        joined += line;
+    }
+    EXPECT_GT(shown.shownLines().size(), 5u);
+    EXPECT_EQ(joined, text);
+    shown.edit->wrapLine = false;
+    EXPECT_EQ(shown.shownLines(), Strings{text});
+    shown.edit->multiLine = false;
+    EXPECT_EQ(shown.shownLines(), Strings{text});
+    shown.edit->multiLine = true;
+    shown.edit->wrapLine = true;
+    EXPECT_GT(shown.shownLines().size(), 5u);
+}
+
+TEST(EditText3D, escapesAndBreaksMakeLines)
+{
+    ShownEdit shown(withText("one\\\\ntwo\n\nfour\\\\\\\\"), Stage::Scene);
+    EXPECT_EQ(shown.shownLines(), (Strings{"one", "two", "", "four\\"}));
+}
+
+// The application writes.
+
+TEST(EditText3D, afterATextOfTheApplicationTypingGoesOnInTheLineThatItWasOn)
+{
+    ShownEdit shown(withText("one\ntwo"), Stage::Scene);
+    shown.edit->editText = "a\nb\nc\nd";
+    EXPECT_EQ(shown.shownLines(), (Strings{"a", "b", "c", "d"}));
+    shown.startTyping();
+    shown.type("x");
+    EXPECT_EQ(shown.shownLines(), (Strings{"a", "bx", "c", "d"}));
+    EXPECT_EQ(shown.text(), "a\nb\nc\ndx");
+    shown.edit->editText = "short";
+    shown.type("x");
+    EXPECT_EQ(shown.shownLines(), Strings{"shortx"}) << "in range";
+}
+
+TEST(EditText3D, afterATextOfTheApplicationTheBarsFollowAtTheNextLine)
+{
+    ShownEdit shown(many, Stage::Scene);
+    const float full = shown.trackV()[1];
+    EXPECT_EQ(shown.thumbSizeV()[1], full);
+    shown.edit->editText = manyLines(30).c_str();
+    EXPECT_EQ(shown.shownLines().size(), 30u);
+    EXPECT_EQ(shown.thumbSizeV()[1], full);
+    shown.startTyping();
+    shown.type("x");
+    EXPECT_EQ(shown.thumbSizeV()[1], full) << "the same line";
+    shown.type("\n");
+    EXPECT_LT(shown.thumbSizeV()[1], full / 2);
+}
+
+// The scroll bars.
+
+TEST(EditText3D, theThumbsSizeIsThatOfWhatIsSeen)
+{
+    ShownEdit shown("wrapLine FALSE " + withText(manyLines(20) + "\n" + std::string(90, 'w')),
+                    Stage::Scene);
+    const KbVec3f text = shown.textBox().getSize();
+    const float T = shown.trackV()[1], C = T / text[1] * (shown.height() - 14);
+    EXPECT_NEAR(shown.thumbSizeV()[1], C, 1e-2);
+    EXPECT_NEAR(shown.first<KsTranslation>("cursorVSep")->translation.getValue()[1], 0, 1e-6);
+    const float U = shown.trackH()[0];
+    const float e = shown.width() - 6 - shown.labelZone();
+    EXPECT_NEAR(shown.thumbSizeH()[0], U / text[0] * (e - 8 - 14), 1e-2);
+    EXPECT_TRUE(shown.scroll() == KbVec3f(0, 0, 0));
+}
+
+TEST(EditText3D, anArrowMovesTheTextByALineWhenItIsLetGo)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    const float B = shown.textBox().getSize()[1];
+    const float T = shown.trackV()[1], C = shown.thumbSizeV()[1];
+    const float s = B * (T - C) / (30 * (B - (shown.height() - 14)));
+    const KbVec2f down = shown.placeOf(shown.edit, "downSep");
+    shown.press(down);
+    EXPECT_EQ(Stage::shown(shown.edit, "downSwitch"), 1);
+    EXPECT_EQ(shown.thumbV()[1], 0);
+    shown.release(down);
+    EXPECT_EQ(Stage::shown(shown.edit, "downSwitch"), 0);
+    EXPECT_NEAR(shown.thumbV()[1], -s, 1e-3);
+    EXPECT_NEAR(shown.scroll()[1], s * B / (T - 8), 1e-2);
+    shown.click(down);
+    EXPECT_NEAR(shown.thumbV()[1], -2 * s, 1e-3);
+    shown.clickPart(shown.edit, "upSep");
+    EXPECT_NEAR(shown.thumbV()[1], -s, 1e-3);
+    EXPECT_EQ(Stage::shown(shown.edit, "upSwitch"), 0);
+    for (int i = 0; i < 3; ++i) shown.clickPart(shown.edit, "upSep");
+    EXPECT_EQ(shown.thumbV()[1], 0);
+    for (int i = 0; i < 60; ++i) shown.click(down);
+    EXPECT_NEAR(shown.thumbV()[1], C - T, 1e-3) << "and no further";
+    EXPECT_TRUE(shown.listener.texts.empty() || shown.edit->trigOnEnter);
+}
+
+TEST(EditText3D, arrowsToTheSidesShowThePressAndScrollNothing)
+{
+    ShownEdit shown("wrapLine FALSE " + withText(std::string(200, 'w')), Stage::Scene);
+    for (const auto& [sep, part] :
+         {std::pair("leftSep", "leftSwitch"), std::pair("rightSep", "rightSwitch")}) {
+        const KbVec2f at = shown.placeOf(shown.edit, sep);
+        shown.press(at);
+        EXPECT_EQ(Stage::shown(shown.edit, part), 1);
+        shown.release(at);
+        EXPECT_EQ(Stage::shown(shown.edit, part), 0);
+    }
+    EXPECT_TRUE(shown.thumbH() == KbVec3f(0, 0, 0));
+    EXPECT_TRUE(shown.scroll() == KbVec3f(0, 0, 0));
+}
+
+TEST(EditText3D, aDraggedThumbMovesTheTextUpAndStopsAtTheEnds)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    const float B = shown.textBox().getSize()[1];
+    const float T = shown.trackV()[1], C = shown.thumbSizeV()[1];
+    const KbVec2f at = shown.placeOf(shown.edit, "cursorVSep");
+    shown.press(at);
+    shown.move(at - KbVec2f(0, 10));
+    EXPECT_NEAR(shown.thumbV()[1], -10, 1e-2);
+    EXPECT_NEAR(shown.scroll()[1], 10 * B / (T - 8), 0.1);
+    shown.move(at - KbVec2f(30, 500));
+    EXPECT_NEAR(shown.thumbV()[1], C - T, 1e-3);
+    shown.move(at + KbVec2f(0, 500));
+    EXPECT_EQ(shown.thumbV()[1], 0);
+    shown.move(at - KbVec2f(0, 5));
+    shown.release(at - KbVec2f(0, 5));
+    EXPECT_NEAR(shown.thumbV()[1], -5, 1e-2);
+    // The next drag begins where it stands.
+    const KbVec2f there = shown.placeOf(shown.edit, "cursorVSep");
+    EXPECT_NEAR(there[1], at[1] - 5, 1e-2);
+    shown.press(there);
+    shown.move(there - KbVec2f(0, 4));
+    shown.release(there);
+    EXPECT_NEAR(shown.thumbV()[1], -9, 1e-2);
+}
+
+TEST(EditText3D, aThumbIsDraggedSidewaysToo)
+{
+    ShownEdit shown("wrapLine FALSE " + withText(std::string(100, 'w')), Stage::Scene);
+    const float t = shown.textBox().getSize()[0];
+    const float U = shown.trackH()[0], D = shown.thumbSizeH()[0];
+    const KbVec2f at = shown.placeOf(shown.edit, "cursorHSep");
+    shown.press(at);
+    shown.move(at + KbVec2f(12, 40));
+    EXPECT_NEAR(shown.thumbH()[0], 12, 1e-2);
+    EXPECT_NEAR(shown.scroll()[0], -12 * t / (U - 8), 0.1);
+    EXPECT_EQ(shown.scroll()[1], 0);
+    shown.move(at + KbVec2f(900, 0));
+    EXPECT_NEAR(shown.thumbH()[0], U - D, 1e-2);
+    shown.move(at - KbVec2f(900, 0));
+    EXPECT_EQ(shown.thumbH()[0], 0);
+    shown.release(at);
+}
+
+TEST(EditText3D, aDraggedThumbEndsTypingAndTellsAtEachMove)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    shown.startTyping();
+    shown.type("x");
+    const KbVec2f at = shown.placeOf(shown.edit, "cursorVSep");
+    shown.press(at);
+    EXPECT_TRUE(shown.isEditing()) << "the press alone does not";
+    shown.move(at - KbVec2f(0, 1));
+    EXPECT_FALSE(shown.isEditing());
+    shown.move(at - KbVec2f(0, 2));
+    shown.release(at);
+    EXPECT_EQ(shown.listener.texts.size(), 2u);
+    shown.type("y");
+    EXPECT_EQ(shown.text(), manyLines(30) + "x");
+    EXPECT_EQ(EditState::m_lastActive, nullptr);
+}
+
+TEST(EditText3D, theViewFollowsTheLineThatIsTypedOn)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    shown.startTyping();
+    const auto lastLineIsSeen = [&] {
+        const KbBox3f text = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
+        return text.getMin()[1] > frame.getMin()[1] + 3 && text.getMin()[1] < frame.getMax()[1];
+    };
+    EXPECT_FALSE(lastLineIsSeen());
+    shown.type("x");
+    EXPECT_TRUE(lastLineIsSeen());
+    EXPECT_LT(shown.thumbV()[1], 0);
+    shown.type("\n\n\nxyz\n");
+    EXPECT_TRUE(lastLineIsSeen());
+    // Whoever drags the thumb away wants to see something else.
+    const KbVec2f at = shown.placeOf(shown.edit, "cursorVSep");
+    shown.press(at);
+    shown.move(at + KbVec2f(0, 500));
+    shown.release(at);
+    EXPECT_FALSE(lastLineIsSeen());
+    shown.startTyping();
+    shown.type("x");
+    EXPECT_FALSE(lastLineIsSeen());
+    shown.type("y");
+    EXPECT_TRUE(lastLineIsSeen());
+    // Lines that go take the view along.
+    for (int i = 0; i < 300; ++i) shown.key(KsKeyboardEvent::BACKSPACE);
+    EXPECT_EQ(shown.text(), "");
+    EXPECT_TRUE(lastLineIsSeen());
+    EXPECT_NEAR(shown.scroll()[1], 0, 1e-3);
+}
+
+TEST(EditText3D, aLongLineThatIsNotWrappedIsFollowedToItsEnd)
+{
+    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    shown.startTyping();
+    for (int i = 0; i < 80; ++i) shown.type("w");
+    const KbBox3f text = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
+    EXPECT_GT(text.getSize()[0], frame.getSize()[0]);
+    EXPECT_NEAR(text.getMax()[0], frame.getMax()[0] - 4, 0.5);
+    EXPECT_GT(shown.thumbH()[0], 0);
+    shown.type("\na");
+    EXPECT_EQ(shown.scroll()[0], 0);
+    EXPECT_EQ(shown.thumbH()[0], 0);
+}
+
+// What is outside the frame.
+
+TEST(EditText3D, textOutsideTheFrameIsNotPicked)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    const KbBox3f text = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
+    ASSERT_LT(text.getMin()[1], frame.getMin()[1] - 100);
+    const KbVec2f below(text.getMin()[0] + 4, frame.getMin()[1] - 60 + Stage::viewHeight);
+    shown.click(below);
+    EXPECT_FALSE(shown.isEditing());
+    const KbVec2f inside(text.getMin()[0] + 4, frame.getMin()[1] + 20 + Stage::viewHeight);
+    shown.click(inside);
+    EXPECT_TRUE(shown.isEditing());
+}
+
+// Labels, skins, files and lifetime.
+
+TEST(EditText3D, theLabelIsAlignedInItsZoneAndMayBeHidden)
+{
+    ShownEdit shown("label \"A\"", Stage::Scene);
+    shown.find<KsDialogCheckBox>("other")->label = "A longer label";
+    const auto x = [&] {
+        return shown.last<KsTranslation>("labelSwitch")->translation.getValue()[0];
+    };
+    shown.edit->labelAlignment = KsFormweave::LEFT;
+    EXPECT_FLOAT_EQ(x(), 3 - shown.width() / 2);
+    const float before = shown.first<KsScale>("frameSep")->scaleFactor.getValue()[0];
+    const float zone = shown.labelZone();
+    shown.edit->labelVisibility = false;
+    EXPECT_EQ(Stage::shown(shown.edit, "labelSwitch"), KsSwitch::NONE);
+    EXPECT_FLOAT_EQ(shown.first<KsScale>("frameSep")->scaleFactor.getValue()[0], before + zone);
+    shown.edit->labelVisibility = true;
+    EXPECT_FLOAT_EQ(shown.first<KsScale>("frameSep")->scaleFactor.getValue()[0], before);
+}
+
+TEST(EditText3D, aPressOnTheLabelDoesNotStartTyping)
+{
+    ShownEdit shown("label \"Title\"", Stage::Scene);
+    shown.clickPart(shown.edit, "labelSep");
+    EXPECT_FALSE(shown.isEditing());
+}
+
+TEST(EditText3D, anotherSkinKeepsTheTextAndItsPlace)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    shown.startTyping();
+    shown.type("x");
+    KsFormweave::setSkin(FORMWEAVE_SKIN_DIR "/dark");
+    EXPECT_EQ(shown.shownLines().size(), 30u);
+    const KbBox3f text = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
+    EXPECT_NEAR(text.getMin()[0], frame.getMin()[0] + 4, 1e-2);
+    EXPECT_GT(text.getMin()[2], frame.getMax()[2]);
+    shown.type("y");
+    EXPECT_EQ(shown.text(), manyLines(30) + "xy");
+    KsFormweave::setSkin(FORMWEAVE_SKIN_DIR "/default");
+}
+
+TEST(EditText3D, anAuditorMayLetTheEditorGo)
+{
+    for (const int key : {static_cast<int>('a'), static_cast<int>(KsKeyboardEvent::RETURN),
+                          static_cast<int>(KsKeyboardEvent::BACKSPACE)}) {
+        for (const bool enter : {false, true}) {
+            ShownEdit shown(enter ? many : many + "trigOnEnter FALSE", Stage::Scene);
+            const KsRef<KsTopLevelDialog> keep(shown.dialog);
+            shown.listener.then = [&](KsDialogEditText* edit) { keep->removeChild(edit); };
+            shown.startTyping();
+            shown.key(key, key < 256 ? u'a' : u'\0');
+            if (enter) shown.clickPart(shown.find<KsDialogCheckBox>("other"), "stateSep");
+            EXPECT_EQ(shown.listener.texts.size(),
+                      !enter && key == KsKeyboardEvent::RETURN ? 0u : 1u);
+        }
+    }
+}
+
+TEST(EditText3D, itDiesWhileItIsTypedIn)
+{
+    ShownEdit shown(many, Stage::Scene);
+    shown.startTyping();
+    shown.dialog->removeChild(shown.edit);
+    shown.type("x");
+    EXPECT_TRUE(shown.listener.texts.empty());
+    EXPECT_EQ(EditState::m_lastActive, nullptr);
+}
