@@ -14,6 +14,11 @@
 #include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
+#include <formweave/KsMenuBar.h>
+#include <formweave/KsMenuCheckBox.h>
+#include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuRadioButtons.h>
+#include <formweave/KsMenuSeparator.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QDir>
