@@ -3,6 +3,7 @@
 #include "Window.h"
 
 #include <arborium/base/KsDBImpl.h>
+#include <formweave/KsMenuBar.h>
 
 namespace {
 
