@@ -16,6 +16,7 @@
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
+#include <formweave/KsDialogSlider.h>
 #include <formweave/KsFormweave.h>
 #include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuCheckBox.h>
@@ -201,6 +202,7 @@ void KsFormweave::change3DSkin()
     KsDialogEditText::change3DSkin();
     KsDialogPushButton::change3DSkin();
     KsDialogSeparator::change3DSkin();
+    KsDialogSlider::change3DSkin();
     KsMenuBar::change3DSkin();
     KsTopLevelDialog::change3DSkin();
     refreshAll3DSkins();

@@ -28,9 +28,6 @@ namespace standin {
     };                                                                                             \
     KS_KIT_SOURCE(Class, Parent)
 
-STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field("value", value, 0);)
-STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
-        , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
 STANDIN(KsTabDialog, KsDialogComponent, , )
 
 } // namespace standin
@@ -106,12 +103,8 @@ protected:
                " component :\n\t\t -> ";
     }
 
-    static constexpr void (*inits[])() = {&standin::KsDialogIntegerSlider::initClass,
-                                          &standin::KsDialogRealSlider::initClass,
-                                          &standin::KsTabDialog::initClass};
-    static constexpr void (*exits[])() = {&standin::KsTabDialog::exitClass,
-                                          &standin::KsDialogRealSlider::exitClass,
-                                          &standin::KsDialogIntegerSlider::exitClass};
+    static constexpr void (*inits[])() = {&standin::KsTabDialog::initClass};
+    static constexpr void (*exits[])() = {&standin::KsTabDialog::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -129,8 +122,8 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
         {new KsDialogComboBox, "dialogComboBox"},
         {new KsDialogEditText, "dialogEditText"},
         {new KsDialogRadioButtons, "dialogRadioButtons"},
-        {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
-        {new standin::KsDialogRealSlider, "dialogRealSlider"},
+        {new KsDialogIntegerSlider, "dialogIntegerSlider"},
+        {new KsDialogRealSlider, "dialogRealSlider"},
     };
     for (const auto& [element, operation] : controls) {
         EXPECT_EQ(asGroup(element), operation);
@@ -166,7 +159,7 @@ TEST_F(Dispatch, nobodyIsToldOfTabDialogsGroupsAndTheLike)
 
 TEST_F(Dispatch, anIntegerSlidersTextEndsInAQuoteAndTheNumberDirectlyBehindIt)
 {
-    const auto slider = make<standin::KsDialogIntegerSlider>();
+    const auto slider = make<KsDialogIntegerSlider>();
     slider->label = "a";
     slider->value = 7;
     EXPECT_EQ(report(slider, "KsDialogAuditor::dialogIntegerSlider"),
@@ -184,7 +177,7 @@ TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
     text->editText = "some";
     EXPECT_EQ(report(text, "KsDialogAuditor::dialogEditText"),
               start("KsDialogEditText") + "label \"\"\n\t\t -> editText \"some\"");
-    const auto slider = make<standin::KsDialogRealSlider>();
+    const auto slider = make<KsDialogRealSlider>();
     slider->value = 1.5f;
     slider->format = "%.2f m";
     EXPECT_EQ(report(slider, "KsDialogAuditor::dialogRealSlider"),

@@ -12,6 +12,7 @@
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditText.h>
+#include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsMenuBar.h>
@@ -69,6 +70,10 @@ const std::vector<Family>& families()
           "DialogEditTextUpButtonReleased", "DialogEditTextScrollFrame",
           "DialogEditTextCursorFrame", "DialogEditTextCaretFrame"},
          &KsDialogEditText::isSkinLoaded},
+        {"DialogPushButton.arb",
+         &KsDialogPushButton::DialogPushButton,
+         {"DialogPushButtonReleased", "DialogPushButtonPressed"},
+         &KsDialogPushButton::isSkinLoaded},
         {"DialogSeparator.arb",
          &KsDialogSeparator::DialogSeparator,
          {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
