@@ -371,7 +371,7 @@ TEST_F(Window, aMenuBarCountsInTheHeightButNotInTheSpacing)
     dialog->rowSpacing = 10;
     KsDialogCheckBox* boxes[] = {box("a"), box("b")};
     for (KsDialogCheckBox* each : boxes) {
-        each->maxHeight = 30;
+        each->maxHeight = 60;
         dialog->addChild(each);
     }
     auto* bar = new KsMenuBar;
@@ -381,7 +381,7 @@ TEST_F(Window, aMenuBarCountsInTheHeightButNotInTheSpacing)
     dialog->buildDialog();
     EXPECT_EQ(dialog->height, 19 + boxes[0]->height + boxes[1]->height + 10);
     EXPECT_EQ(dialog->minHeight, 25 + 25 + 10) << "its minimum is 0";
-    EXPECT_EQ(dialog->maxHeight, 30 + 30 + 10) << "it cannot grow";
+    EXPECT_EQ(dialog->maxHeight, 60 + 60 + 10) << "it cannot grow";
     QPointer<QWidget> window = dialog->getBaseWidget();
     letGo(dialog);
     delete window;
