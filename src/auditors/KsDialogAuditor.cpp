@@ -2,6 +2,7 @@
 
 #include <formweave/KsDialogAuditor.h>
 
+#include <arborium/base/KbNumber.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/base/KsPreferences.h>
 #include <arborium/fields/KsMField.h>
@@ -72,8 +73,10 @@ KbString selectionOf(const KsFormweave* node)
 KbString formattedNumberOf(const KsFormweave* node)
 {
     const auto* value = ksCast<KsSFFloat>(node->getField("value"));
-    return KbString::toString_l(textOf(node, "format"),
-                                value ? static_cast<double>(value->getValue()) : 0.0, "%3f");
+    // As the slider itself prints it.
+    KbNumberFormat format;
+    if (!format.parse(textOf(node, "format").toLatin1())) format.parse("%.3f");
+    return KbString(format.print(value ? static_cast<double>(value->getValue()) : 0.0));
 }
 
 void appendQuoted(KbString& text, const KsFormweave* node, const char* field)

@@ -14,6 +14,7 @@
 #include <arborium/nodes/KsTranslation.h>
 #include <formweave/KsColumnDialog.h>
 #include <formweave/KsDialogChoice.h>
+#include <formweave/KsDialogSlider.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -46,7 +47,8 @@ bool isStack(const KsFormweave* node)
 // Classes of which only others derive; a file may hold them all the same.
 bool isBaseOfControls(KsType type)
 {
-    return type == KsDialogComponent::getClassTypeId() || type == KsDialogChoice::getClassTypeId();
+    return type == KsDialogComponent::getClassTypeId() ||
+           type == KsDialogChoice::getClassTypeId() || type == KsDialogSlider::getClassTypeId();
 }
 
 // A class that only others derive from, met in a file, shows nothing in a scene.

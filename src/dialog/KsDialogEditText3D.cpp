@@ -2,6 +2,7 @@
 
 #include "KsLayouts.h"
 #include "KsSkinFamily.h"
+#include "KsTypedKey.h"
 
 #include <arborium/actions/KsHandleEventAction.h>
 #include <arborium/actions/KsState.h>
@@ -53,7 +54,6 @@ constexpr float thumbSlack = 8; // of a thumb's way, which the text is moved bey
 constexpr float leastSize = 1;
 
 /// The keys of the numeric pad, in the order of their codes.
-constexpr char padKeys[] = "7486293150.";
 
 float heightOf(const KbBox3f& box) { return box.getMax()[1] - box.getMin()[1]; }
 float widthOf(const KbBox3f& box) { return box.getMax()[0] - box.getMin()[0]; }
@@ -456,23 +456,21 @@ void KsDialogEditText::follow3DTyping()
 void KsDialogEditText::processKeyEvents(void* data, KsEventCallback* callback)
 {
     auto* self = static_cast<KsDialogEditText*>(data);
-    const auto* event = static_cast<const KsKeyboardEvent*>(callback->getEvent());
-    if (self->m_editMode != 1 || !event || event->getState() != KsButtonEvent::DOWN) return;
+    if (self->m_editMode != 1) return;
     if (self->m_pickStyle->style.getValue() == KsPickStyle::UNPICKABLE) return; // disabled
     const KsKeepAlive keep(self);
-    const int key = event->getKey();
-    if (key == KsKeyboardEvent::RETURN) {
+    const KsEvent* event = callback->getEvent();
+    const KsTypedKey key = ksTypedKey(event);
+    switch (key.kind) {
+    case KsTypedKey::Nothing: break;
+    case KsTypedKey::Character: self->insertCharTo3DText(key.character); break;
+    case KsTypedKey::Backspace: self->removeCharIn3DText(); break;
+    case KsTypedKey::Return:
         if (event->wasShiftDown())
             self->insertCharTo3DText('\n');
         else
             self->finish3DEditing();
-    } else if (key == KsKeyboardEvent::BACKSPACE) {
-        self->removeCharIn3DText();
-    } else if (key >= KsKeyboardEvent::PAD_7 && key <= KsKeyboardEvent::PAD_DELETE) {
-        self->insertCharTo3DText(padKeys[key - KsKeyboardEvent::PAD_7]);
-    } else if (key <= 65280 && event->getPrintableCharacter()) {
-        const char16_t c = event->getPrintableCharacter();
-        self->insertCharTo3DText(c < 0x100 ? static_cast<char>(c) : '?');
+        break;
     }
 }
 

@@ -19,12 +19,15 @@
 #include <formweave/KsDialogCheckBoxLauncher.h>
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogComboBox.h>
+#include <formweave/KsDialogCustom.h>
 #include <formweave/KsDialogEditText.h>
 #include <formweave/KsDialogGroup.h>
+#include <formweave/KsDialogIntegerSlider.h>
 #include <formweave/KsDialogLabel.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogPushButtonLauncher.h>
 #include <formweave/KsDialogRadioButtons.h>
+#include <formweave/KsDialogRealSlider.h>
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -55,6 +58,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogChoice),
     CLASS_STEPS(KsDialogComboBox),
     CLASS_STEPS(KsDialogRadioButtons),
+    CLASS_STEPS(KsDialogCustom),
     CLASS_STEPS(KsDialogEditText),
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
@@ -63,6 +67,9 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogPushButton),
     CLASS_STEPS(KsDialogPushButtonLauncher),
     CLASS_STEPS(KsDialogSeparator),
+    CLASS_STEPS(KsDialogSlider),
+    CLASS_STEPS(KsDialogIntegerSlider),
+    CLASS_STEPS(KsDialogRealSlider),
     CLASS_STEPS(KsTopLevelDialog),
 };
 // clang-format on

@@ -16,6 +16,7 @@
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
+#include <formweave/KsDialogSlider.h>
 #include <formweave/KsFormweave.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -189,6 +190,7 @@ void KsFormweave::change3DSkin()
     KsDialogEditText::change3DSkin();
     KsDialogPushButton::change3DSkin();
     KsDialogSeparator::change3DSkin();
+    KsDialogSlider::change3DSkin();
     KsTopLevelDialog::change3DSkin();
     refreshAll3DSkins();
 }

@@ -28,9 +28,6 @@ namespace standin {
     };                                                                                             \
     KS_KIT_SOURCE(Class, Parent)
 
-STANDIN(KsDialogIntegerSlider, KsDialogComponent, KsSFInt32 value;, build.field("value", value, 0);)
-STANDIN(KsDialogRealSlider, KsDialogComponent, KsSFFloat value; KsSFString format;
-        , build.field("value", value, 0.0f); build.field("format", format, "%3f");)
 STANDIN(KsTabDialog, KsDialogComponent, , )
 STANDIN(KsMenuCheckBox, KsFormweave, KsSFString onString; KsSFString offString;
         , build.field("onString", onString, ""); build.field("offString", offString, "");)
@@ -114,15 +111,13 @@ protected:
     }
 
     static constexpr void (*inits[])() = {
-        &standin::KsDialogIntegerSlider::initClass, &standin::KsDialogRealSlider::initClass,
-        &standin::KsTabDialog::initClass,           &standin::KsMenuCheckBox::initClass,
-        &standin::KsMenuRadioButtons::initClass,    &standin::KsMenuPushButton::initClass,
+        &standin::KsTabDialog::initClass, &standin::KsMenuCheckBox::initClass,
+        &standin::KsMenuRadioButtons::initClass, &standin::KsMenuPushButton::initClass,
         &standin::KsMenuFileSelection::initClass};
     static constexpr void (*exits[])() = {
-        &standin::KsMenuFileSelection::exitClass,  &standin::KsMenuPushButton::exitClass,
-        &standin::KsMenuRadioButtons::exitClass,   &standin::KsMenuCheckBox::exitClass,
-        &standin::KsTabDialog::exitClass,          &standin::KsDialogRealSlider::exitClass,
-        &standin::KsDialogIntegerSlider::exitClass};
+        &standin::KsMenuFileSelection::exitClass, &standin::KsMenuPushButton::exitClass,
+        &standin::KsMenuRadioButtons::exitClass, &standin::KsMenuCheckBox::exitClass,
+        &standin::KsTabDialog::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -140,8 +135,8 @@ TEST_F(Dispatch, eachControlHasItsOwnOperation)
         {new KsDialogComboBox, "dialogComboBox"},
         {new KsDialogEditText, "dialogEditText"},
         {new KsDialogRadioButtons, "dialogRadioButtons"},
-        {new standin::KsDialogIntegerSlider, "dialogIntegerSlider"},
-        {new standin::KsDialogRealSlider, "dialogRealSlider"},
+        {new KsDialogIntegerSlider, "dialogIntegerSlider"},
+        {new KsDialogRealSlider, "dialogRealSlider"},
     };
     for (const auto& [element, operation] : controls) {
         EXPECT_EQ(asGroup(element), operation);
@@ -177,7 +172,7 @@ TEST_F(Dispatch, nobodyIsToldOfTabDialogsGroupsAndTheLike)
 
 TEST_F(Dispatch, anIntegerSlidersTextEndsInAQuoteAndTheNumberDirectlyBehindIt)
 {
-    const auto slider = make<standin::KsDialogIntegerSlider>();
+    const auto slider = make<KsDialogIntegerSlider>();
     slider->label = "a";
     slider->value = 7;
     EXPECT_EQ(report(slider, "KsDialogAuditor::dialogIntegerSlider"),
@@ -195,7 +190,7 @@ TEST_F(Dispatch, theTextsOfControlsHoldTheirCurrentFields)
     text->editText = "some";
     EXPECT_EQ(report(text, "KsDialogAuditor::dialogEditText"),
               start("KsDialogEditText") + "label \"\"\n\t\t -> editText \"some\"");
-    const auto slider = make<standin::KsDialogRealSlider>();
+    const auto slider = make<KsDialogRealSlider>();
     slider->value = 1.5f;
     slider->format = "%.2f m";
     EXPECT_EQ(report(slider, "KsDialogAuditor::dialogRealSlider"),

@@ -7,10 +7,13 @@
 #include "Session.h"
 
 #include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/base/KbNumber.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <arborium/qt/KsQt.h>
 #include <arborium/qt/KsQtViewer.h>
 #include <formweave/KsDialogAuditor.h>
+#include <formweave/KsDialogIntegerSlider.h>
+#include <formweave/KsDialogRealSlider.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsTopLevelDialog.h>
 
@@ -31,9 +34,23 @@ class ActionPrinter : public KsDialogAuditor {
 public:
     void dialogCheckBox(KsDialogCheckBox* checkBox) override
     {
-        const KbString& id = checkBox->auditorID.getValue();
-        std::printf("%s: %s\n", (id.isEmpty() ? checkBox->label.getValue() : id).toUtf8().c_str(),
-                    checkBox->state ? "on" : "off");
+        print(checkBox, checkBox->state ? "on" : "off");
+    }
+    void dialogIntegerSlider(KsDialogIntegerSlider* slider) override
+    {
+        print(slider, KbNumber::toString(slider->value.getValue()));
+    }
+    void dialogRealSlider(KsDialogRealSlider* slider) override
+    {
+        print(slider, KbNumber::toString(slider->value.getValue()));
+    }
+
+private:
+    static void print(const KsFormweave* element, const std::string& what)
+    {
+        const KbString& id = element->auditorID.getValue();
+        std::printf("%s: %s\n", (id.isEmpty() ? element->label.getValue() : id).toUtf8().c_str(),
+                    what.c_str());
         std::fflush(stdout);
     }
 };
