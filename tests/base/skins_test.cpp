@@ -200,6 +200,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     dialog->addChild(new KsDialogComboBox);
     dialog->addChild(new KsDialogRadioButtons);
     dialog->addChild(new KsDialogEditText);
+    dialog->addChild(new KsDialogPushButton);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));
@@ -645,11 +646,14 @@ TEST_F(Skins, everyDeliveredSkinHasEveryPartInItsPlace)
                 const bool ball = family.parts[i].find("RadioButtonsState") != std::string::npos;
                 // The arrow of an open menu is pressed into its row.
                 const bool arrow = family.parts[i] == "MenuPopupPressedShape";
-                const float lowest = ball ? -half : arrow ? -0.2001f : 0;
+                // A push button at rest floats above its plane.
+                const bool floats = family.parts[i] == "DialogPushButtonReleased";
                 EXPECT_TRUE(extent.getMin()[0] >= -half && extent.getMax()[0] <= half &&
                             extent.getMin()[1] >= -half && extent.getMax()[1] <= half &&
-                            extent.getMin()[2] >= lowest &&
-                            extent.getMax()[2] <= 1.0001f)
+                            extent.getMin()[2] >= (ball    ? -half
+                                                   : arrow ? -0.2001f
+                                                           : 0) &&
+                            extent.getMax()[2] <= (floats ? 1.5001f : 1.0001f))
                     << path << " " << family.parts[i];
             }
         }
