@@ -13,6 +13,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <algorithm>
@@ -75,6 +76,16 @@ const Kind kinds[] = {
          line->setFrameShape(QFrame::HLine);
          inner->addWidget(line);
          return static_cast<QWidget*>(cell);
+     }},
+    {"DialogRealSlider", "value 0.5",
+     [](QWidget* parent, int i) {
+         QCheckBox* box = nullptr;
+         QWidget* cell = labelled(parent, i, box);
+         auto* bar = new QFrame(cell);
+         bar->setMinimumWidth(60);
+         cell->layout()->addWidget(bar);
+         cell->layout()->addWidget(named(new QLineEdit("0.500", cell)));
+         return cell;
      }},
     {"DialogComboBox", "items [ \"red\", \"green\", \"blue\" ]",
      [](QWidget* parent, int i) {

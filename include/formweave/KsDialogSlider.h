@@ -124,6 +124,7 @@ protected:
     void update3DControl() override;
     void armSensors() override;
     bool validateNewFieldValue(KsField* field, const void* newValue) override;
+    bool readInstance(KsInput* in, unsigned short flags) override;
 
     void create3DDialogSlider() { create3DControl(); }
     void update3DSlider() { update3DControl(); }
@@ -166,6 +167,8 @@ private:
         m_continuousTriggerSensor, m_toggleVisibleSensor, m_fixedLimitsSensor, m_formatSensor;
     QPointer<KsDialogCustomSlider> m_bar; ///< Owned by the relay.
     bool m_relayIsMade = true;            ///< FALSE while its content is being set.
+
+    const KsInput* m_input = nullptr; ///< While the node is being read.
 
     int m_barWidth3D = 0;
     KbVec3f m_cursorStart{0, 0, 0};

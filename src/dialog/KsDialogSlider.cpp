@@ -13,6 +13,7 @@
 #include <arborium/base/KbNumber.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/events/KsEvent.h>
+#include <arborium/io/KsInput.h>
 #include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
@@ -105,12 +106,22 @@ bool KsDialogSlider::validateNewFieldValue(KsField* field, const void* newValue)
         // Taken all the same: a file is written as it was read.
         const auto& text = *static_cast<const KbString*>(newValue);
         KbNumberFormat parsed;
-        if (!parsed.parse(text.toLatin1()))
+        if (!parsed.parse(text.toLatin1())) {
+            const std::string place = m_input ? m_input->getPlace() + ": " : std::string();
             KsDebugError::post("KsDialogSlider::format",
-                               "\"%s\" is no format of one number; the default is used",
-                               text.toUtf8().c_str());
+                               "%s\"%s\" is no format of one number; the default is used",
+                               place.c_str(), text.toUtf8().c_str());
+        }
     }
     return KsDialogComponent::validateNewFieldValue(field, newValue);
+}
+
+bool KsDialogSlider::readInstance(KsInput* in, unsigned short flags)
+{
+    m_input = in;
+    const bool read = KsDialogComponent::readInstance(in, flags);
+    m_input = nullptr;
+    return read;
 }
 
 void KsDialogSlider::armSensors()

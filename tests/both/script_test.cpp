@@ -35,6 +35,10 @@ struct Exception {
 };
 
 const Exception exceptions[] = {
+    {"DialogSlider", "type what stands there",
+     "a scene reports each Return in a slider's text, a window only one that changes the value"},
+    {"DialogSlider", "type beyond fixed limits",
+     "a slider's text in a scene reaches the value as it was typed"},
     {"DialogCheckBox", "press, and let go elsewhere",
      "a scene tells a click by where the press was, a widget also by where it ends"},
     {"DialogComboBox", "select what is not there",
@@ -118,6 +122,69 @@ Step choose(const char* name, const char* id, int index)
             }};
 }
 
+QWidget* barOf(KsDialogComponent* slider)
+{
+    for (QObject* child : slider->getWidget()->children()) {
+        if (auto* bar = dynamic_cast<KsDialogCustomSlider*>(child)) return bar->getWidget();
+    }
+    return nullptr;
+}
+
+/// Moves the cursor of a slider from one position to another; a click where the two are the same.
+Step slide(const char* name, const char* id, float from, float to)
+{
+    return {name,
+            [=](Stage& stage) {
+                QWidget* bar = barOf(element(stage, id));
+                ASSERT_TRUE(bar);
+                constexpr int end = 6; // half a cursor
+                const auto at = [&](float position) {
+                    const auto travel = static_cast<float>(bar->width() - 1 - 2 * end);
+                    return QPoint(end + qRound(position * travel), 3);
+                };
+                QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, at(from));
+                if (from != to) {
+                    QMouseEvent move(QEvent::MouseMove, at(to), Qt::NoButton, Qt::LeftButton, {});
+                    QApplication::sendEvent(bar, &move);
+                }
+                QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, at(to));
+            },
+            [=](Stage& stage) {
+                stage.draw();
+                const KbBox3f bar = stage.boxOf(element(stage, id), "frameSep");
+                const float left = bar.getMin()[0] + 5; // half a cursor
+                const float travel = bar.getSize()[0] - 10;
+                // The cursor stands on the lower half of the bar.
+                const float y = from == to ? bar.getMax()[1] - 2 : bar.getMin()[1] + 3;
+                const auto at = [&](float position) {
+                    return KbVec2f(left + position * travel, y + Stage::viewHeight);
+                };
+                stage.press(at(from));
+                stage.move(at(to));
+                stage.release(at(to));
+            }};
+}
+
+/// Types a number into a slider, with Return.
+Step enter(const char* name, const char* id, const char* text)
+{
+    return {name,
+            [=](Stage& stage) {
+                auto* edit = Stage::widgetOf<QLineEdit>(element(stage, id));
+                ASSERT_TRUE(edit);
+                edit->setFocus();
+                edit->selectAll();
+                QTest::keyClicks(edit, text);
+                QTest::keyClick(edit, Qt::Key_Return);
+            },
+            [=](Stage& stage) {
+                stage.clickPart(element(stage, id), "edtFrmSep");
+                for (int i = 0; i < 20; ++i) stage.key(KsKeyboardEvent::BACKSPACE);
+                stage.type(text);
+                stage.key(KsKeyboardEvent::RETURN);
+            }};
+}
+
 std::vector<Control> controls()
 {
     const auto radio = [](Stage& stage, const char* id) {
@@ -129,7 +196,44 @@ std::vector<Control> controls()
     const auto combo = [](Stage& stage, const char* id) {
         return static_cast<KsDialogComboBox*>(element(stage, id));
     };
+    const auto whole = [](Stage& stage, const char* id) {
+        return static_cast<KsDialogIntegerSlider*>(element(stage, id));
+    };
     return {
+        {"DialogSlider",
+         "TopLevelDialog { label \"Sliders\" "
+         "DialogIntegerSlider { auditorID \"a\" label \"A\" max 10 value 2 width 300 } "
+         "DialogRealSlider { auditorID \"real\" label \"Real\" max 4 width 300 } "
+         "ColumnDialog { auditorID \"group\" DialogIntegerSlider { auditorID \"b\" label \"B\" "
+         "max 10 fixedLimits TRUE continuousTrigger TRUE width 300 } } "
+         "DialogIntegerSlider { auditorID \"grey\" max 10 enable FALSE width 300 } }",
+         {
+             slide("click on the bar", "a", 0.7f, 0.7f),
+             slide("click where the cursor is now", "a", 0.7f, 0.7f),
+             slide("drag", "a", 0.7f, 0.3f),
+             slide("drag beyond the end", "a", 0.3f, 1.4f),
+             click<QLabel>("click on the label", "a", "labelSep"),
+             click<QCheckBox>("make it continuous", "a", "checkSep"),
+             slide("drag it now", "a", 1, 0.5f),
+             click<QCheckBox>("no longer continuous", "a", "checkSep"),
+             slide("click in a column", "b", 0.9f, 0.9f),
+             slide("drag in a column", "b", 0.9f, 0),
+             enter("type", "a", "4"),
+             enter("type what stands there", "a", "4"),
+             enter("type beyond the limits", "a", "20"),
+             enter("type within fixed limits", "b", "6"),
+             enter("type beyond fixed limits", "b", "50"),
+             application("make it the same again", [=](Stage& s) { whole(s, "b")->value = 3; }),
+             enter("type a real number", "real", "1.5"),
+             slide("to the end of the real numbers", "real", 1, 1),
+             slide("click on a disabled one", "grey", 0.5f, 0.5f),
+             application("enable it", [=](Stage& s) { whole(s, "grey")->enable = true; }),
+             slide("click there now", "grey", 0.5f, 0.5f),
+             application("write the value", [=](Stage& s) { whole(s, "a")->value = 5; }),
+             application("move a limit", [=](Stage& s) { whole(s, "a")->max = 10; }),
+             application("move a limit past the value", [=](Stage& s) { whole(s, "a")->min = 6; }),
+             slide("drag after that", "a", 0, 0.5f),
+         }},
         {"DialogCheckBox",
          "TopLevelDialog { label \"Boxes\" "
          "DialogCheckBox { auditorID \"a\" label \"A\" onString \"On\" offString \"Off\" } "
@@ -315,6 +419,11 @@ class Recorder : public KsDialogAuditor {
 public:
     explicit Recorder(Lines& out) : lines(out) {}
     void dialogCheckBox(KsDialogCheckBox* node) override { note("dialogCheckBox", node); }
+    void dialogIntegerSlider(KsDialogIntegerSlider* node) override
+    {
+        note("dialogIntegerSlider", node);
+    }
+    void dialogRealSlider(KsDialogRealSlider* node) override { note("dialogRealSlider", node); }
     void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
     void dialogPushButton(KsDialogPushButton* node) override { note("dialogPushButton", node); }
     void dialogRadioButtons(KsDialogRadioButtons* node) override

@@ -3,6 +3,7 @@
 #include "Sliders.h"
 
 #include <arborium/actions/KsWriteAction.h>
+#include <arborium/io/KsInput.h>
 #include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 
@@ -605,6 +606,27 @@ TEST(Slider, aBadFormatIsReportedKeptAndReplacedInWhatIsShown)
         EXPECT_NE(written(real.slider).find(std::string("format \"") + format + "\""),
                   std::string::npos);
     }
+}
+
+TEST(Slider, aBadFormatInAFileIsReportedWithItsPlace)
+{
+    const Library library;
+    const std::string text = "Separator {\n  DialogRealSlider {\n    format \"%n\"\n  }\n}";
+    ExpectedMessages messages("KsDialogSlider::format", "<buffer>:3:12: \"%n\"");
+    KsInput in;
+    in.setBuffer(text.data(), text.size());
+    const KsRef<KsSeparator> root(KsDB::readAll(&in));
+    EXPECT_TRUE(root) << "the file is taken all the same";
+}
+
+TEST(Slider, aBadFormatOfTheApplicationIsReported)
+{
+    const Library library;
+    const KsRef<KsDialogRealSlider> slider(new KsDialogRealSlider);
+    slider->format = "%5.1f";
+    ExpectedMessages messages("KsDialogSlider::format", "\"%s\" is no format");
+    slider->format = "%s";
+    EXPECT_EQ(slider->format, KbString("%s"));
 }
 
 TEST(Slider, whatIsPrintedIsCutAt95Characters)

@@ -148,6 +148,19 @@ TEST_F(Tool, checkTellsAllErrorsOfAllFilesWithTheirPlaces)
     EXPECT_TRUE(lines[2].startsWith(missing)) << qPrintable(lines[2]);
 }
 
+TEST_F(Tool, checkTellsWhereAFormatIsBad)
+{
+    const QString bad = write("format.arb", "#Arborium V2.1 ascii\nRowDialog {\n"
+                                            "  DialogRealSlider { format \"%.2f m\" }\n"
+                                            "  DialogIntegerSlider { format \"%d%s\" }\n}\n");
+    const Result result = run({"check", bad});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.out.startsWith(bad + ":4:32: ")) << qPrintable(result.out);
+    EXPECT_TRUE(result.out.contains("\"%d%s\"")) << qPrintable(result.out);
+    EXPECT_EQ(result.out.count(bad), 1) << qPrintable(result.out);
+    EXPECT_EQ(result.out.count('\n'), 1) << qPrintable(result.out);
+}
+
 TEST_F(Tool, checkSpeaksOfEmptyAndBinaryFilesAndDirectories)
 {
     for (const QString& path :

@@ -4,6 +4,8 @@
 #include <arborium/io/KsDB.h>
 #include <arborium/io/KsInput.h>
 
+#include <cstring>
+
 namespace {
 
 // While one lives, messages of the library become errors of the file that is read.
@@ -24,7 +26,11 @@ private:
         auto* self = static_cast<MessageCollector*>(data);
         // What cannot be opened is among the input's errors already.
         if (!self->m_in.isOpen()) return;
-        self->m_errors.push_back(self->m_in.getPlace() + ": " + where + ": " + message);
+        // Some messages begin with the place themselves.
+        const std::string place = self->m_in.getPlace() + ": ";
+        const bool isPlaced = std::strncmp(message, place.c_str(), place.size()) == 0;
+        self->m_errors.push_back(place + where + ": " +
+                                 (isPlaced ? message + place.size() : message));
     }
 
     const KsInput& m_in;
