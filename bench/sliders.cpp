@@ -13,7 +13,6 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 
@@ -47,7 +46,8 @@ protected:
         painter.fillRect(QRect(6, height() / 2 - 5, width() - 12, 10), gradient);
         const int x = width() / 2, y = height() / 2;
         painter.setBrush(QColor(0xAA, 0xAA, 0xAA));
-        painter.drawPolygon(QPolygon{QPoint(x - 6, y + 11), QPoint(x, y), QPoint(x + 6, y + 11)});
+        const QPoint triangle[] = {{x - 6, y + 11}, {x, y}, {x + 6, y + 11}};
+        painter.drawPolygon(triangle, 3);
         painter.setPen(Qt::white);
         painter.drawLine(x - 5, y + 10, x, y + 1);
         painter.setPen(QColor(0x55, 0x55, 0x55));

@@ -5,6 +5,9 @@
 KsDialogQSlider::KsDialogQSlider(QWidget* parent, KsDialogSlider* node)
     : KsRelayFrame(parent, node, "KsDialogQSlider")
 {
+    // Qt leaves an order alone that is right when the window's last widget leads to its first one.
+    QWidget anchor(this);
+    anchor.setFocusPolicy(Qt::StrongFocus);
     m_edit = new QLineEdit(this);
     adoptControl(m_edit, "LineEditWidget");
     m_slider = new KsDialogCustomSlider(this);
@@ -12,7 +15,7 @@ KsDialogQSlider::KsDialogQSlider(QWidget* parent, KsDialogSlider* node)
     createLabel();
     m_toggle = new QCheckBox(this);
     adopt(m_toggle, "ToggleWidget");
-    // As they stand from left to right.
+    // The Tab key goes from left to right.
     setTabOrder(m_toggle, m_slider->getWidget());
     setTabOrder(m_slider->getWidget(), m_edit);
     connect(m_toggle, "2stateChanged(int)", this, "1eventNotify(int)");

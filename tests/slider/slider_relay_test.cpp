@@ -74,3 +74,22 @@ TEST(SliderRelay, tabGoesFromLeftToRight)
     QTest::keyClick(shown.bar(), Qt::Key_Tab);
     EXPECT_TRUE(shown.edit()->hasFocus());
 }
+
+TEST(SliderRelay, tabEntersAWindowAtTheLeftEndOfItsFirstSlider)
+{
+    Stage stage("TopLevelDialog { DialogIntegerSlider { auditorID \"a\" } "
+                "DialogIntegerSlider { auditorID \"b\" } }",
+                Stage::Window);
+    const auto* first = stage.find<KsDialogIntegerSlider>("a");
+    const auto* second = stage.find<KsDialogIntegerSlider>("b");
+    std::vector<const QWidget*> order;
+    const QWidget* window = stage.dialog->getBaseWidget();
+    for (const QWidget* w = window->nextInFocusChain(); w != window; w = w->nextInFocusChain()) {
+        if (w->focusPolicy() & Qt::TabFocus) order.push_back(w);
+    }
+    ASSERT_EQ(order.size(), 6u);
+    EXPECT_EQ(order[0], Stage::widgetOf<QCheckBox>(first));
+    EXPECT_EQ(order[2], Stage::widgetOf<QLineEdit>(first));
+    EXPECT_EQ(order[3], Stage::widgetOf<QCheckBox>(second));
+    EXPECT_EQ(order[5], Stage::widgetOf<QLineEdit>(second));
+}
