@@ -21,6 +21,7 @@
 #include <formweave/KsMenuPushButton.h>
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QDir>
@@ -71,6 +72,12 @@ const std::vector<Family>& families()
           "DialogEditTextUpButtonReleased", "DialogEditTextScrollFrame",
           "DialogEditTextCursorFrame", "DialogEditTextCaretFrame"},
          &KsDialogEditText::isSkinLoaded},
+        {"TabDialog.arb",
+         &KsTabDialog::TabDialog,
+         {"TabDialogSelectedTabFrame", "TabDialogUnselectedTabFrame", "TabDialogLeftButtonPressed",
+          "TabDialogLeftButtonReleased", "TabDialogRightButtonPressed",
+          "TabDialogRightButtonReleased", "TabDialogFrame"},
+         &KsTabDialog::isSkinLoaded},
         {"DialogPushButton.arb",
          &KsDialogPushButton::DialogPushButton,
          {"DialogPushButtonReleased", "DialogPushButtonPressed"},
@@ -205,6 +212,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     dialog->addChild(new KsDialogComboBox);
     dialog->addChild(new KsDialogRadioButtons);
     dialog->addChild(new KsDialogEditText);
+    dialog->addChild(new KsTabDialog);
     dialog->addChild(new KsDialogPushButton);
     dialog->addChild(new KsDialogIntegerSlider);
     dialog->addChild(new KsDialogSeparator);
