@@ -27,7 +27,7 @@ char* KsTabDialog::TabDialog = const_cast<char*>(
         "  Material { diffuseColor 0.7 0.7 0.7 } Translation { translation 0 -0.2 0.4 }\n"
         "  Cube { width 1 height 1 depth 0.8 }\n"
         "  Translation { translation 0 0 0.4 }\n")
-        KS_SKIN_PART("TabDialogFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 0.7")) KS_SKIN_PART(
+        KS_SKIN_PART(
             "_TabDialogButtonPressed_",
             KS_SKIN_BEVEL("0.5 0.5 0.5", "1 1 1", "0.2 0.2 0.2", "0.7 0.7 0.7", "0.7 0.7 0.7"))
             KS_SKIN_PART(
@@ -38,7 +38,8 @@ char* KsTabDialog::TabDialog = const_cast<char*>(
                         KS_SKIN_PART("TabDialogRightButtonPressed",
                                      "  USE _TabDialogButtonPressed_\n")
                             KS_SKIN_PART("TabDialogRightButtonReleased",
-                                         "  USE _TabDialogButtonReleased_\n"));
+                                         "  USE _TabDialogButtonReleased_\n")
+                                KS_SKIN_PART("TabDialogFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 0.7")));
 
 namespace {
 
