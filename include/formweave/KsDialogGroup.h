@@ -62,13 +62,16 @@ public:
 
 protected:
     KsDialogGroup();
+    /// For a class that tells of its children in its own name.
+    explicit KsDialogGroup(const KsElementListTraits& traits);
     ~KsDialogGroup() override;
 
     void childrenChanged() override;
     void updateChildrenSizeDB() { m_sizeDB.setCount(m_elements.count()); }
     void setScrollProperties() {}
     void updateGroupWidgetScrollPosition() {}
-    void createGroupWidget();
+    /// Window, at the first build: makes the frame in which the children stand.
+    virtual void createGroupWidget();
     /// Gives the group's frame the limits that the last layout found.
     void limitGroupWidget();
     /// Where the children's origin stands in 3D: on top of the group's frame.

@@ -15,6 +15,8 @@ struct KsElementListTraits {
     KsType (*childType)();       ///< What the class holds.
     const char* getChildWarning; ///< Ends the message of a `getChild` out of range.
     bool hidesChildrenOnSync;    ///< Children stay on this side when a cluster is brought in step.
+    /// In messages of an index to insert at or to get that is out of range; null: `className`.
+    const char* indexClassName = nullptr;
 };
 
 /// The child elements of a container: the first entries of its `KsChildList`, in front of the kit's
@@ -81,7 +83,13 @@ private:
     };
 
     bool mayTake(KsFormweave* child, const char* operation) const;
-    void post(const char* operation, int index, int last, const char* end = "") const;
+    void post(const char* operation, int index, int last) const;
+    void postAt(const char* className, const char* operation, int index, int last,
+                const char* end = "") const;
+    const char* indexClassName() const
+    {
+        return m_traits.indexClassName ? m_traits.indexClassName : m_traits.className;
+    }
     void place(KsFormweave* child, int index);
     /// Moves every walk that stands at or behind `index`.
     void shiftWalks(int index, int by);

@@ -42,6 +42,7 @@
 #include <formweave/KsMenuRadioButtonsAuditor.h>
 #include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTabDialogAuditor.h>
 #include <formweave/KsTopComponent.h>
 #include <formweave/KsTopLevelDialog.h>

@@ -16,6 +16,7 @@
 #include <formweave/KsDialogChoice.h>
 #include <formweave/KsDialogSlider.h>
 #include <formweave/KsRowDialog.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QApplication>
@@ -369,7 +370,7 @@ void KsDialogComponent::createComponentWidget(QWidget* parent)
 {
     m_widget = parent;
     const bool inColumn = m_parent && (m_parent->isOfType(KsColumnDialog::getClassTypeId()) ||
-                                       m_parent->isOfType(KsType::fromName("TabDialog")));
+                                       m_parent->isOfType(KsTabDialog::getClassTypeId()));
     KsRoomForLayout room = ksFindLayout(m_parent, this, parent);
     if (inColumn) {
         m_layout = new QVBoxLayout;

@@ -19,7 +19,10 @@ const KsElementListTraits traits{"KsDialogGroup", &KsDialogComponent::getClassTy
 
 } // namespace
 
-KsDialogGroup::KsDialogGroup() : KsElementContainer<KsDialogComponent, KsDialogComponent>(traits)
+KsDialogGroup::KsDialogGroup() : KsDialogGroup(traits) {}
+
+KsDialogGroup::KsDialogGroup(const KsElementListTraits& listTraits)
+    : KsElementContainer<KsDialogComponent, KsDialogComponent>(listTraits)
 {
     KsInstanceBuilder build(classRecord, this);
     build.enums("ScrollVisibility", {{"NEVER", NEVER}, {"ALWAYS", ALWAYS}, {"AUTO", AUTO}});
@@ -42,11 +45,17 @@ void KsDialogGroup::applyAuditors() { ksApplyAuditors(this, m_elements); }
 
 void KsDialogGroup::applyAuditor(KsFormweave* node)
 {
-    if (getAuditorListLength()) {
-        forEachAuditor([node](KsAuditor* auditor) {
-            ksTellComponent(static_cast<KsDialogAuditor*>(auditor), node);
-        });
-    } else if (m_parent) {
+    const KsKeepAlive keep(this);
+    bool heard = false;
+    // A tab dialog has auditors that listen to it alone.
+    forEachAuditor([&](KsAuditor* auditor) {
+        auto* listener = dynamic_cast<KsDialogAuditor*>(auditor);
+        if (!listener) return;
+        heard = true;
+        ksTellComponent(listener, node);
+    });
+    if (heard) return;
+    if (m_parent) {
         m_parent->applyAuditor(node);
     } else if (m_defaultAuditor) {
         ksTellComponent(m_defaultAuditor.get(), node);

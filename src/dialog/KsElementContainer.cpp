@@ -58,9 +58,15 @@ int KsElementList::find(const KsNode* child) const
     return -1;
 }
 
-void KsElementList::post(const char* operation, int index, int last, const char* end) const
+void KsElementList::post(const char* operation, int index, int last) const
 {
-    const std::string where = std::string(m_traits.className) + "::" + operation;
+    postAt(m_traits.className, operation, index, last);
+}
+
+void KsElementList::postAt(const char* className, const char* operation, int index, int last,
+                           const char* end) const
+{
+    const std::string where = std::string(className) + "::" + operation;
     KsDebugError::post(where.c_str(), "Index %d is out of range %d - %d%s", index, 0, last, end);
 }
 
@@ -134,7 +140,7 @@ bool KsElementList::insert(KsFormweave* child, int index)
 {
     if (!mayTake(child, "insertChild")) return false;
     if (index < 0 || index > m_count) {
-        post("insertChild", index, m_count);
+        postAt(indexClassName(), "insertChild", index, m_count);
         return false;
     }
     place(child, index);
@@ -144,7 +150,7 @@ bool KsElementList::insert(KsFormweave* child, int index)
 KsFormweave* KsElementList::get(int index) const
 {
     if (index >= m_count) {
-        post("getChild", index, m_count, m_traits.getChildWarning);
+        postAt(indexClassName(), "getChild", index, m_count, m_traits.getChildWarning);
         return nullptr;
     }
     return index < 0 ? nullptr : at(index);

@@ -37,6 +37,7 @@
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <iterator>
@@ -77,6 +78,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogGroup),
     CLASS_STEPS(KsColumnDialog),
     CLASS_STEPS(KsRowDialog),
+    CLASS_STEPS(KsTabDialog),
     CLASS_STEPS(KsDialogLabel),
     CLASS_STEPS(KsDialogPushButton),
     CLASS_STEPS(KsDialogPushButtonLauncher),

@@ -24,6 +24,7 @@
 #include <formweave/KsMenuPushButton.h>
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <cstring>
@@ -200,6 +201,7 @@ void KsFormweave::change3DSkin()
     KsDialogComboBox::change3DSkin();
     KsDialogRadioButtons::change3DSkin();
     KsDialogEditText::change3DSkin();
+    KsTabDialog::change3DSkin();
     KsDialogPushButton::change3DSkin();
     KsDialogSeparator::change3DSkin();
     KsDialogSlider::change3DSkin();

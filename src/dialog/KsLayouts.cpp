@@ -1,8 +1,10 @@
 #include "KsLayouts.h"
 
+#include <arborium/base/KsDebugError.h>
 #include <arborium/base/KsLimits.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsElementContainer.h>
+#include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QBoxLayout>
@@ -20,18 +22,32 @@ template <class Visit> void forEachComponent(const KsElementList& children, Visi
 
 } // namespace
 
+bool KsLayoutDepth::isTooDeep(const char* operation) const
+{
+    const int limit = KsLimits::current().layoutNesting2D;
+    if (!m_added || s_depth <= limit) return false;
+    KsDebugError::post(operation,
+                       "Groups stand more than %d deep in each other; what is below is not built",
+                       limit);
+    return true;
+}
+
 KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidget* widget)
 {
     KsRoomForLayout room;
     if (auto* top = ksCast<KsTopLevelDialog>(container))
         room.layout = static_cast<QBoxLayout*>(top->getLayout());
+    else if (auto* tabs = ksCast<KsTabDialog>(container))
+        room.layout =
+            static_cast<QBoxLayout*>(tabs->getLayout(tabs->getElements()->indexOf(element)));
     else if (auto* component = ksCast<KsDialogComponent>(container))
         room.layout = static_cast<QBoxLayout*>(component->getLayout());
     else if (widget)
         room.layout = qobject_cast<QBoxLayout*>(widget->layout());
 
     const KsElementList* siblings = container ? container->getElements() : nullptr;
-    if (!room.layout || !siblings) return room;
+    // A page has a layout of its own.
+    if (!room.layout || !siblings || ksCast<KsTabDialog>(container)) return room;
     const int place = siblings->indexOf(element);
     // In a first build the ones before this one fill the layout exactly.
     if (place < 0 || place >= room.layout->count()) return room;

@@ -26,6 +26,23 @@ KsRoomForLayout ksFindLayout(KsFormweave* container, KsFormweave* element, QWidg
 /// What of a size Qt can paint: a window is one image, and painting fails beyond 2 GB of it.
 QSize ksPaintableSize(const KbVec2i32& size);
 
+/// Layouts that stand in each other while a window is built. Showing a window costs Qt time in the
+/// square of their depth. A scene has no limit of its own.
+class KsLayoutDepth {
+public:
+    /// `added`: by the container that is being built; 0 in a scene.
+    explicit KsLayoutDepth(int added) : m_added(added) { s_depth += added; }
+    ~KsLayoutDepth() { s_depth -= m_added; }
+    KsLayoutDepth(const KsLayoutDepth&) = delete;
+    KsLayoutDepth& operator=(const KsLayoutDepth&) = delete;
+    /// Posts a message in the name of `operation` if so.
+    bool isTooDeep(const char* operation) const;
+
+private:
+    inline static int s_depth = 0;
+    const int m_added;
+};
+
 /// Limits of a widget; a maximum of 0 or less is none.
 void ksLimitWidget(QWidget* widget, const KbVec2i32& min, const KbVec2i32& max);
 

@@ -3,8 +3,6 @@
 #include "KsLayouts.h"
 
 #include <arborium/base/KsDBImpl.h>
-#include <arborium/base/KsDebugError.h>
-#include <arborium/base/KsLimits.h>
 
 #include <QBoxLayout>
 #include <QFrame>
@@ -15,21 +13,6 @@ namespace {
 
 constexpr int border = 3; // of the edge style, on each side
 constexpr int open = KsSizeDB::openLimit;
-
-// Showing a window costs Qt time in the square of the depth of its layouts. A scene has no limit of
-// its own.
-class LayoutDepth {
-public:
-    explicit LayoutDepth(bool inWindow) : m_added(inWindow ? 1 : 0) { s_depth += m_added; }
-    ~LayoutDepth() { s_depth -= m_added; }
-    LayoutDepth(const LayoutDepth&) = delete;
-    LayoutDepth& operator=(const LayoutDepth&) = delete;
-    bool isTooDeep() const { return m_added && s_depth > KsLimits::current().layoutNesting2D; }
-
-private:
-    inline static int s_depth = 0;
-    const int m_added;
-};
 
 } // namespace
 
@@ -67,14 +50,8 @@ void KsStackDialog::changeEdgeStyle()
 
 void KsStackDialog::buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D)
 {
-    const LayoutDepth depth(build2D);
-    if (depth.isTooDeep()) {
-        KsDebugError::post("KsStackDialog::buildWidget",
-                           "Groups stand more than %d deep in each other; what is below is not "
-                           "built",
-                           KsLimits::current().layoutNesting2D);
-        return;
-    }
+    const KsLayoutDepth depth(build2D ? 1 : 0);
+    if (depth.isTooDeep("KsStackDialog::buildWidget")) return;
     updateChildrenSizeDB();
     if (build2D) {
         const bool first = !existWidget(m_widget);

@@ -1,5 +1,4 @@
 // By which operation a container tells of an element, and what the operations say by default.
-// Elements of classes that do not exist yet have stand-ins with the fields that are looked at.
 
 #include "MessageGuard.h"
 
@@ -8,29 +7,6 @@
 #include <formweave/formweave.h>
 
 #include <gtest/gtest.h>
-
-namespace standin {
-
-#define STANDIN(Class, Parent, declarations, definitions)                                          \
-    class Class : public Parent {                                                                  \
-        KS_KIT_HEADER(Class);                                                                      \
-                                                                                                   \
-    public:                                                                                        \
-        Class()                                                                                    \
-        {                                                                                          \
-            KsInstanceBuilder build(classRecord, this);                                            \
-            definitions                                                                            \
-        }                                                                                          \
-        declarations                                                                               \
-                                                                                                   \
-            protected : ~Class() override                                                          \
-        {}                                                                                         \
-    };                                                                                             \
-    KS_KIT_SOURCE(Class, Parent)
-
-STANDIN(KsTabDialog, KsDialogComponent, , )
-
-} // namespace standin
 
 namespace {
 
@@ -65,7 +41,6 @@ protected:
     void SetUp() override
     {
         KsFormweave::init();
-        for (void (*init)() : inits) init();
         dialog = new KsTopLevelDialog;
         group = new KsRowDialog;
     }
@@ -73,7 +48,6 @@ protected:
     {
         dialog.reset();
         group.reset();
-        for (void (*exit)() : exits) exit();
         KsFormweave::finish();
     }
     // The operations that tell of the element, of a group's auditor and of a dialog's.
@@ -102,9 +76,6 @@ protected:
         return std::string("WARNING ! The DialogAuditor does not define the ") + className +
                " component :\n\t\t -> ";
     }
-
-    static constexpr void (*inits[])() = {&standin::KsTabDialog::initClass};
-    static constexpr void (*exits[])() = {&standin::KsTabDialog::exitClass};
 
     KsRef<KsTopLevelDialog> dialog;
     KsRef<KsRowDialog> group;
@@ -151,8 +122,8 @@ TEST_F(Dispatch, aFileSelectionIsOneCallAndNoPushButton)
 
 TEST_F(Dispatch, nobodyIsToldOfTabDialogsGroupsAndTheLike)
 {
-    EXPECT_EQ(asDialog(make<standin::KsTabDialog>()), "");
-    EXPECT_EQ(asGroup(make<standin::KsTabDialog>()), "");
+    EXPECT_EQ(asDialog(make<KsTabDialog>()), "");
+    EXPECT_EQ(asGroup(make<KsTabDialog>()), "");
     EXPECT_EQ(asDialog(make<KsColumnDialog>()), "");
     EXPECT_EQ(asDialog(nullptr), "");
 }

@@ -153,7 +153,8 @@ protected:
 const Fields repaired{"DialogComboBox.selectedItem", "DialogRadioButtons.selectedItem",
                       "DialogIntegerSlider.value",   "DialogIntegerSlider.min",
                       "DialogIntegerSlider.max",     "DialogRealSlider.value",
-                      "DialogRealSlider.min",        "DialogRealSlider.max"};
+                      "DialogRealSlider.min",        "DialogRealSlider.max",
+                      "TabDialog.selectedPage"};
 
 // What was built in a scene writes what was read, but for repairs.
 void expectAsRead(KsFormweave* element, const std::string& text)
