@@ -13,6 +13,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <algorithm>
@@ -81,6 +82,13 @@ const Kind kinds[] = {
          QComboBox* combo = nullptr;
          QWidget* cell = labelled(parent, i, combo);
          combo->addItems({"red", "green", "blue"});
+         return cell;
+     }},
+    {"DialogEditText", "editText \"some text\"",
+     [](QWidget* parent, int i) {
+         QLineEdit* edit = nullptr;
+         QWidget* cell = labelled(parent, i, edit);
+         edit->setText("some text");
          return cell;
      }},
     {"DialogRadioButtons", "items [ \"red\", \"green\", \"blue\" ]",
