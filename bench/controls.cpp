@@ -94,6 +94,13 @@ const Kind kinds[] = {
          combo->addItems({"red", "green", "blue"});
          return cell;
      }},
+    {"DialogEditText", "editText \"some text\"",
+     [](QWidget* parent, int i) {
+         QLineEdit* edit = nullptr;
+         QWidget* cell = labelled(parent, i, edit);
+         edit->setText("some text");
+         return cell;
+     }},
     {"DialogRadioButtons", "items [ \"red\", \"green\", \"blue\" ]",
      [](QWidget* parent, int i) {
          auto* cell = new QFrame(parent);

@@ -79,9 +79,9 @@ void KsDialogQEditText::changeEditText(const QString& newText)
     if (m_line) m_line->setText(wanted);
     if (!m_multi) return;
     // What is typed elsewhere at the end must not lay out the whole text.
-    if (wanted.startsWith(present)) {
+    if (!present.isEmpty() && wanted.startsWith(present)) {
         cursorAtEnd(m_multi).insertText(wanted.mid(present.size()));
-    } else if (present.startsWith(wanted)) {
+    } else if (!wanted.isEmpty() && present.startsWith(wanted)) {
         QTextCursor cursor = cursorAtEnd(m_multi);
         cursor.setPosition(wanted.size(), QTextCursor::KeepAnchor);
         cursor.removeSelectedText();

@@ -53,6 +53,20 @@ const Exception exceptions[] = {
      "a window repairs it to the first item, a scene to the last valid selection"},
     {"DialogRadioButtons", "choose the only one",
      "a window writes the selection also where it stays, so that it is in files"},
+    {"DialogEditText", "type behind Enter", "in a scene Enter ends the typing"},
+    {"DialogEditText", "write the text of an eager one",
+     "a window tells of what the application writes as of what is typed"},
+    {"DialogEditText", "click on an eager one",
+     "a scene tells when an editor that was clicked on loses the keyboard"},
+    {"DialogEditText", "click on another",
+     "a scene tells when an editor that was clicked on loses the keyboard"},
+    {"DialogEditText", "click on one to be read",
+     "a scene tells when an editor that was clicked on loses the keyboard"},
+    {"DialogEditText", "click on a disabled one",
+     "a scene tells when an editor that was clicked on loses the keyboard"},
+    {"DialogEditText", "break the line",
+     "in a window each Return is Enter, in a scene Shift makes "
+     "it a break and nothing else"},
 };
 
 // ---- actions --------------------------------------------------------------------------------
@@ -185,8 +199,45 @@ Step enter(const char* name, const char* id, const char* text)
             }};
 }
 
+/// The widget that takes the keys.
+QWidget* editorOf(Stage& stage, const char* id)
+{
+    QWidget* line = Stage::widgetOf<QLineEdit>(element(stage, id));
+    return line ? line : Stage::widgetOf<QTextEdit>(element(stage, id));
+}
+
+/// A click on the editor, at the end of what stands there.
+Step startTyping(const char* name, const char* id)
+{
+    return {name,
+            [=](Stage& stage) {
+                QWidget* editor = editorOf(stage, id);
+                ASSERT_TRUE(editor);
+                QTest::mouseClick(editor, Qt::LeftButton);
+                if (auto* line = qobject_cast<QLineEdit*>(editor)) line->end(false);
+                if (auto* lines = qobject_cast<QTextEdit*>(editor))
+                    lines->moveCursor(QTextCursor::End);
+            },
+            [=](Stage& stage) { stage.clickPart(element(stage, id), "frameSep"); }};
+}
+
+Step type(const char* name, const char* id, const char* text)
+{
+    return {name, [=](Stage& stage) { QTest::keyClicks(editorOf(stage, id), text); },
+            [=](Stage& stage) { stage.type(text); }};
+}
+
+Step key(const char* name, const char* id, Qt::Key inWindow, int inScene, bool shiftInScene = false)
+{
+    return {name, [=](Stage& stage) { QTest::keyClick(editorOf(stage, id), inWindow); },
+            [=](Stage& stage) { stage.key(inScene, 0, shiftInScene); }};
+}
+
 std::vector<Control> controls()
 {
+    const auto edit = [](Stage& stage, const char* id) {
+        return static_cast<KsDialogEditText*>(element(stage, id));
+    };
     const auto radio = [](Stage& stage, const char* id) {
         return static_cast<KsDialogRadioButtons*>(element(stage, id));
     };
@@ -390,6 +441,43 @@ std::vector<Control> controls()
              application("select too high", [=](Stage& s) { radio(s, "b")->selectedItem = 7; }),
              application("fill an empty one", [=](Stage& s) { radio(s, "empty")->addItem("e"); }),
              choose("choose the only one", "empty", 0),
+         }},
+        {"DialogEditText",
+         "TopLevelDialog { label \"Texts\" "
+         "DialogEditText { auditorID \"a\" label \"A\" editText \"la\" } "
+         "DialogEditText { auditorID \"eager\" label \"B\" trigOnEnter FALSE } "
+         "DialogEditText { auditorID \"many\" label \"C\" multiLine TRUE } "
+         "DialogEditText { auditorID \"fixed\" label \"D\" editable FALSE editText \"x\" } "
+         "DialogEditText { auditorID \"grey\" label \"E\" enable FALSE } }",
+         {
+             startTyping("click", "a"),
+             type("type", "a", "mps"),
+             key("take one off", "a", Qt::Key_Backspace, KsKeyboardEvent::BACKSPACE),
+             key("Enter", "a", Qt::Key_Return, KsKeyboardEvent::RETURN),
+             type("type behind Enter", "a", "x"),
+             application("write the text", [=](Stage& s) { edit(s, "a")->editText = "new"; }),
+             startTyping("click on an eager one", "eager"),
+             type("type in it", "eager", "1,5"),
+             key("take one off there", "eager", Qt::Key_Backspace, KsKeyboardEvent::BACKSPACE),
+             application("write the text of an eager one",
+                         [=](Stage& s) { edit(s, "eager")->editText = "set"; }),
+             type("type behind the write", "eager", "."),
+             startTyping("click on one of many lines", "many"),
+             type("type a line", "many", "one"),
+             key("break the line", "many", Qt::Key_Return, KsKeyboardEvent::RETURN, true),
+             type("type the next", "many", "two"),
+             key("take one off the last line", "many", Qt::Key_Backspace,
+                 KsKeyboardEvent::BACKSPACE),
+             startTyping("click on another", "a"),
+             type("type there", "a", "er"),
+             key("Enter again", "a", Qt::Key_Return, KsKeyboardEvent::RETURN),
+             startTyping("click on one to be read", "fixed"),
+             type("type in one to be read", "fixed", "no"),
+             startTyping("click on a disabled one", "grey"),
+             type("type in a disabled one", "grey", "no"),
+             application("enable it", [=](Stage& s) { edit(s, "grey")->enable = true; }),
+             startTyping("click on it now", "grey"),
+             type("type in it now", "grey", "yes"),
          }}};
 }
 
@@ -425,6 +513,7 @@ public:
     }
     void dialogRealSlider(KsDialogRealSlider* node) override { note("dialogRealSlider", node); }
     void dialogComboBox(KsDialogComboBox* node) override { note("dialogComboBox", node); }
+    void dialogEditText(KsDialogEditText* node) override { note("dialogEditText", node); }
     void dialogPushButton(KsDialogPushButton* node) override { note("dialogPushButton", node); }
     void dialogRadioButtons(KsDialogRadioButtons* node) override
     {

@@ -3,7 +3,9 @@
 #include "EditText.h"
 
 #include <arborium/actions/KsRayPickAction.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/nodes/KsClipPlane.h>
+#include <arborium/nodes/KsTransform.h>
 
 namespace {
 
@@ -653,4 +655,101 @@ TEST(EditText3D, itDiesWhileItIsTypedIn)
     shown.type("x");
     EXPECT_TRUE(shown.listener.texts.empty());
     EXPECT_EQ(EditState::m_lastActive, nullptr);
+}
+
+// Bad input.
+
+TEST(EditText3D, aTextOfTenMegabytesIsShownAndTypedIn)
+{
+    std::string text;
+    while (text.size() < 10u << 20) text += "a line of some length, as texts have\n";
+    ShownEdit shown(many, Stage::Scene);
+    shown.edit->editText = text.c_str();
+    EXPECT_LE(shown.shownLines().size(), static_cast<std::size_t>(KsLimits::current().textLines));
+    shown.startTyping();
+    shown.type("x");
+    EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()) + 1);
+    // One stretch without a break.
+    shown.edit->editText = std::string(10u << 20, 'w').c_str();
+    shown.type("x");
+    shown.draw();
+    // Nothing but breaks.
+    shown.edit->editText = std::string(10u << 20, '\n').c_str();
+    EXPECT_LE(shown.shownLines().size(), static_cast<std::size_t>(KsLimits::current().textLines));
+}
+
+TEST(EditText3D, noRoomAtAllIsBorne)
+{
+    for (const int size : {1, 8, 30, 40}) {
+        const std::string s = std::to_string(size);
+        ShownEdit shown("label \"L\" multiLine TRUE editText \"some words without end\" fixedWidth "
+                        "TRUE fixedHeight TRUE width " +
+                            s + " height " + s,
+                        Stage::Scene);
+        for (const bool wrap : {true, false}) {
+            shown.edit->wrapLine = wrap;
+            shown.edit->draggerStartCallback3D();
+            shown.edit->insertCharTo3DText('x');
+            shown.edit->insertCharTo3DText('\n');
+            shown.edit->move3DCursor(-5);
+            shown.edit->removeCharIn3DText();
+            for (const KbVec3f& v : {shown.scroll(), shown.textPlace(), shown.thumbV(),
+                                     shown.thumbH(), shown.thumbSizeV(), shown.thumbSizeH()})
+                EXPECT_TRUE(v.isFinite());
+        }
+        EXPECT_TRUE(shown.draw().getMin().isFinite());
+    }
+}
+
+TEST(EditText3D, anEmptyTextHasFullThumbsAndNothingToScroll)
+{
+    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    EXPECT_EQ(shown.thumbSizeV()[1], shown.trackV()[1]);
+    EXPECT_EQ(shown.thumbSizeH()[0], shown.trackH()[0]);
+    shown.clickPart(shown.edit, "downSep");
+    const KbVec2f at = shown.placeOf(shown.edit, "cursorHSep");
+    shown.press(at);
+    shown.move(at + KbVec2f(40, 0));
+    shown.release(at);
+    EXPECT_TRUE(shown.scroll() == KbVec3f(0, 0, 0));
+}
+
+TEST(EditText3D, aPanelThatIsTurnedIsScrolledAlongItsOwnTrack)
+{
+    ShownEdit shown(withText(manyLines(30)), Stage::Scene);
+    auto* scene = new KsSeparator;
+    const KsRef<KsSeparator> hold(scene);
+    auto* camera = new KsOrthographicCamera;
+    camera->position = KbVec3f(0, 0, 500);
+    camera->height = 1200;
+    camera->nearDistance = 1;
+    camera->farDistance = 1000;
+    scene->addChild(camera);
+    auto* turn = new KsTransform;
+    turn->rotation = KbRotation(KbVec3f(0, 0, 1), 1.5707963f);
+    scene->addChild(turn);
+    scene->addChild(shown.dialog.get());
+    const KbViewportRegion view(1200, 1200);
+    KsGetBoundingBoxAction boxes(view);
+    boxes.apply(scene);
+    KsSearchAction search;
+    search.setSearchingAll(true);
+    search.setNode(shown.part("cursorVSep"));
+    search.apply(scene);
+    ASSERT_TRUE(search.getPath());
+    boxes.apply(search.getPath());
+    const KbVec3f middle = boxes.getBoundingBox().getCenter();
+    const KbVec2f at(middle[0] + 600, middle[1] + 600);
+    KsHandleEventAction events(view);
+    const auto send = [&](const KsEvent& event) {
+        events.setEvent(&event);
+        events.apply(scene);
+        events.setEvent(nullptr);
+    };
+    send(KsMouseButtonEvent(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN, at));
+    // What is down in the panel is to the right on the screen.
+    send(KsLocation2Event(at + KbVec2f(10, 25)));
+    EXPECT_NEAR(shown.thumbV()[1], -10, 0.05);
+    send(KsMouseButtonEvent(KsMouseButtonEvent::BUTTON1, KsButtonEvent::UP, at));
+    search.reset();
 }

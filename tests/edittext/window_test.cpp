@@ -2,6 +2,8 @@
 
 #include "EditText.h"
 
+#include <arborium/actions/KsWriteAction.h>
+#include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 
 namespace {
@@ -485,4 +487,44 @@ TEST(EditText, withoutAuditorsOfItsOwnTheDialogHears)
     shown.edit->applyDlgCptAuditor();
     EXPECT_EQ(all.told, shown.edit);
     shown.dialog->removeAuditor(&all);
+}
+
+// Bad input and files.
+
+TEST(EditText, aTextOfTenMegabytesIsBorneByAWindow)
+{
+    std::string text;
+    while (text.size() < 10u << 20) text += "a line of some length, as texts have\n";
+    ShownEdit shown("multiLine TRUE", Stage::Window);
+    shown.edit->editText = text.c_str();
+    EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()));
+    QTest::keyClicks(shown.lines(), "x");
+    EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()) + 1);
+}
+
+TEST(EditText, whatIsWrittenReadsBackAsTheSame)
+{
+    const std::string file =
+        "#Arborium V2.1 ascii utf8\n\nDialogEditText {\n    label \"T\"\n"
+        "    editText \"one\\\\ntwo \\\"three\\\"\nfour\"\n    editable FALSE\n"
+        "    trigOnEnter FALSE\n    isNumeric TRUE\n    multiLine TRUE\n    wrapLine FALSE\n}\n";
+    const Library library;
+    std::string last = file;
+    for (int i = 0; i < 2; ++i) {
+        KsInput in;
+        in.setBuffer(last.data(), last.size());
+        const KsRef<KsSeparator> root(KsDB::readAll(&in));
+        ASSERT_TRUE(root && root->getNumChildren() == 1);
+        auto* edit = ksCast<KsDialogEditText>(root->getChild(0));
+        ASSERT_TRUE(edit);
+        EXPECT_EQ(edit->editText.getValue(), "one\\ntwo \"three\"\nfour");
+        EXPECT_FALSE(edit->editable || edit->trigOnEnter || edit->wrapLine);
+        EXPECT_TRUE(edit->isNumeric && edit->multiLine);
+        KsOutput out;
+        KsWriteAction write(&out);
+        write.apply(edit);
+        const std::string written = out.getBuffer();
+        EXPECT_TRUE(i == 0 || written == last) << written;
+        last = written;
+    }
 }

@@ -16,11 +16,14 @@ KS_NODE_SOURCE(KsText3, KsShape)
 struct KsText3::Measured {
     KbString fontName;
     KsTextMetrics metrics;
-    float step; // from one base line to the next
+    float step;                  // from one base line to the next
+    std::vector<KbString> lines; // as they were measured; of a single line nothing is kept
     std::vector<float> widths;
     float widest = 0;
-    KsMeshPtr mesh;
+    KsMeshPtr mesh; // of the lines from `meshFirst` up to `meshEnd`
+    std::size_t meshFirst = 0, meshEnd = 0;
     bool hasMesh = false;
+    bool isStale = false;
 };
 
 namespace {
@@ -109,16 +112,33 @@ std::vector<float> KsText3::getPrefixWidths(const KbString& line, const KsFontSt
 
 const KsText3::Measured& KsText3::measure(const KbString& fontName)
 {
-    if (m_measured && m_measured->fontName == fontName) return *m_measured;
+    const bool sameFont = m_measured && m_measured->fontName == fontName;
+    if (sameFont && !m_measured->isStale) return *m_measured;
     auto measured = std::make_unique<Measured>();
     measured->fontName = fontName;
     measured->metrics = KsTextLayout::getMetrics(fontName);
     const float factor = std::isfinite(spacing.getValue()) ? spacing.getValue() : 1;
     const auto largest = static_cast<float>(KsLimits::current().maxSize);
     measured->step = std::min(std::max(factor, -largest), largest) * measured->metrics.lineHeight;
-    for (const KbString& line : string.values()) {
-        measured->widths.push_back(KsTextLayout::getWidth(fontName, line));
+    // A text that is typed in changes in one line: the others are not laid out again.
+    std::vector<KbString> formerLines;
+    std::vector<float> formerWidths;
+    if (sameFont) {
+        formerLines.swap(m_measured->lines);
+        formerWidths.swap(m_measured->widths);
+    }
+    const std::vector<KbString>& lines = string.values();
+    measured->widths.reserve(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const bool same = i < formerLines.size() && formerLines[i] == lines[i];
+        measured->widths.push_back(same ? formerWidths[i]
+                                        : KsTextLayout::getWidth(fontName, lines[i]));
         measured->widest = std::max(measured->widest, measured->widths.back());
+        if (lines.size() < 2) continue;
+        if (same)
+            measured->lines.push_back(std::move(formerLines[i]));
+        else
+            measured->lines.push_back(lines[i]);
     }
     if (measured->widths.empty()) measured->widths.push_back(0);
     m_measured = std::move(measured);
@@ -160,18 +180,57 @@ KbBox3f KsText3::getBox(const KsState* state)
     return box;
 }
 
+std::pair<std::size_t, std::size_t> KsText3::findSeenLines(const Measured& measured,
+                                                           const KsState* state) const
+{
+    const std::size_t count = measured.widths.size();
+    const std::vector<KbPlane>& planes = state->clipPlanes.get();
+    constexpr std::size_t few = 64; // are drawn as a whole
+    if (count <= few || planes.empty() || parts.getValue() != FRONT) return {0, count};
+    std::size_t first = 0, end = count;
+    const KbMatrix& matrix = state->modelMatrix.get();
+    const float size = usableSize(state->font.get().size);
+    const float left = startOf(measured.widest, justification.getValue()) * size;
+    const float right = left + measured.widest * size;
+    for (const KbPlane& plane : planes) {
+        // The distance from the plane is linear in the text's x and y.
+        const auto distance = [&](float x, float y) {
+            KbVec3f point;
+            matrix.multVecMatrix(KbVec3f(x, y, 0), point);
+            return plane.getDistance(point);
+        };
+        const float origin = distance(0, 0);
+        const float perY = distance(0, 1) - origin;
+        const float most = std::max(distance(left, 0), distance(right, 0));
+        const auto isSeen = [&](std::size_t line) {
+            const KbBox3f box = lineBox(measured, line, size);
+            return !(most + std::max(perY * box.getMin()[1], perY * box.getMax()[1]) < 0);
+        };
+        while (first < end && !isSeen(first)) ++first;
+        while (end > first && !isSeen(end - 1)) --end;
+    }
+    return {first, end};
+}
+
 KsShape::Form KsText3::getForm(const KsState* state)
 {
     const KsFontState& font = state->font.get();
     measure(font.name);
     Measured& measured = *m_measured;
-    if (!measured.hasMesh) {
+    auto [first, end] = findSeenLines(measured, state);
+    const bool isThere = measured.hasMesh && first >= measured.meshFirst && end <= measured.meshEnd;
+    if (!isThere && (first < end || !measured.hasMesh)) {
         measured.hasMesh = true;
+        measured.mesh.reset();
+        // As much again on either side, so that a text that is scrolled is not made at each step.
+        const std::size_t more = end - first;
+        measured.meshFirst = first - std::min(first, more);
+        measured.meshEnd = std::min(end + more, measured.widths.size());
         std::vector<KsTextLine> lines;
-        for (int i = 0; i < string.getNum(); ++i) {
-            const auto at = static_cast<std::size_t>(i);
-            if (measured.widths[at] > 0)
-                lines.push_back({string[i], startOf(measured.widths[at], justification.getValue()),
+        for (std::size_t i = measured.meshFirst; i < measured.meshEnd; ++i) {
+            if (measured.widths[i] > 0)
+                lines.push_back({string[static_cast<int>(i)],
+                                 startOf(measured.widths[i], justification.getValue()),
                                  -measured.step * static_cast<float>(i)});
         }
         if (!lines.empty()) measured.mesh = sharedMesh(font.name, lines, parts.getValue());
@@ -182,7 +241,11 @@ KsShape::Form KsText3::getForm(const KsState* state)
 
 void KsText3::markChanged()
 {
-    m_measured.reset();
+    if (m_measured) {
+        m_measured->isStale = true;
+        m_measured->hasMesh = false;
+        m_measured->mesh.reset();
+    }
     KsShape::markChanged();
 }
 

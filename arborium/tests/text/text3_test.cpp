@@ -3,9 +3,11 @@
 #include <arborium/actions/KsRenderAction.h>
 #include <arborium/actions/KsState.h>
 #include <arborium/base/KsLimits.h>
+#include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsText3.h>
+#include <arborium/nodes/KsTranslation.h>
 
 #include <gtest/gtest.h>
 
@@ -357,4 +359,68 @@ TEST_F(Text, thousandsOfLinesMakeFewVertices)
     ASSERT_TRUE(mesh());
     EXPECT_LT(mesh()->positions.size(), 60u * 23);
     EXPECT_TRUE(mesh()->normals.empty());
+}
+
+TEST_F(Text, isMeasuredRightAfterLinesChangedMovedAndWent)
+{
+    const auto widest = [&] { return box().getSize()[0]; };
+    const auto widthOf = [&](const char* line) { return KsText3::getLineWidth(line, fontState); };
+    text->string.assign({"one", "the longest of them", "three"});
+    EXPECT_FLOAT_EQ(widest(), widthOf("the longest of them"));
+    text->string.set1Value(2, "one that is even longer now than that one was");
+    EXPECT_FLOAT_EQ(widest(), widthOf("one that is even longer now than that one was"));
+    text->string.deleteValues(2, 1);
+    EXPECT_FLOAT_EQ(widest(), widthOf("the longest of them"));
+    text->string.deleteValues(1, 1);
+    EXPECT_FLOAT_EQ(widest(), widthOf("one"));
+    text->string.assign({"the longest of them", "one"});
+    EXPECT_FLOAT_EQ(widest(), widthOf("the longest of them"));
+    font->name = KbName("DejaVu Sans Mono");
+    fontState.name = KbString("DejaVu Sans Mono");
+    EXPECT_FLOAT_EQ(widest(), widthOf("the longest of them")) << "another font, other widths";
+}
+
+TEST_F(Text, ofALongTextBehindClipPlanesOnlyLinesNearThoseThatAreSeenAreMade)
+{
+    constexpr int count = 1000;
+    std::vector<KbString> lines;
+    for (int i = 0; i < count; ++i) lines.push_back(KbString("line ") + KbString(i));
+    text->string.assign(lines);
+    const KsMeshPtr whole = mesh();
+    const float step = KsText3::getExtents(fontState).lineHeight;
+    auto* top = new KsClipPlane;
+    auto* bottom = new KsClipPlane;
+    auto* scroll = new KsTranslation;
+    root->insertChild(top, 0);
+    root->insertChild(bottom, 1);
+    root->insertChild(scroll, 2);
+    const auto show = [&](float from, float to) {
+        top->plane = KbPlane(KbVec3f(0, -1, 0), -to);
+        bottom->plane = KbPlane(KbVec3f(0, 1, 0), from);
+    };
+    const auto covers = [&](const KsMeshPtr& made, float from, float to) {
+        const KbBox3f& box = made->box;
+        return box.getMin()[1] * 11 <= from && box.getMax()[1] * 11 >= to;
+    };
+    show(-20 * step, 0);
+    text->string.assign(lines); // what was made of it is let go
+    const KsMeshPtr first = mesh();
+    ASSERT_TRUE(first);
+    EXPECT_LT(first->indices.size(), whole->indices.size() / 10);
+    EXPECT_TRUE(covers(first, -20 * step, 0));
+    // A little way down there is nothing to make.
+    scroll->translation = KbVec3f(0, 3 * step, 0);
+    EXPECT_EQ(mesh(), first);
+    scroll->translation = KbVec3f(0, 500 * step, 0);
+    const KsMeshPtr middle = mesh();
+    ASSERT_TRUE(middle);
+    EXPECT_NE(middle, first);
+    EXPECT_LT(middle->indices.size(), whole->indices.size() / 10);
+    EXPECT_TRUE(covers(middle, -520 * step, -500 * step));
+    scroll->translation = KbVec3f(0, 2000 * step, 0);
+    EXPECT_EQ(mesh(), middle) << "nothing is seen, and nothing is made for it";
+    // Without a plane in front of it the text is whole again.
+    top->on = false;
+    bottom->on = false;
+    EXPECT_EQ(mesh()->indices.size(), whole->indices.size());
 }

@@ -15,7 +15,7 @@ struct ARBORIUM_API KsLimits {
     std::int32_t nameBytes = 1024;
     std::int64_t valuesPerField = 4LL << 20;
     std::int32_t captionChars = 64 * 1024; ///< Shown of one caption or label.
-    std::int32_t textLines = 250000;       ///< Shown of one text that is edited in a scene.
+    std::int32_t textLines = 100000;       ///< Shown of one text that is edited in a scene.
     std::int32_t listItems = 100000;       ///< Items of one list.
     std::int32_t layoutNesting2D = 128;    ///< Layouts inside each other in a window.
     std::int32_t maxSize = 1000000;        ///< Absolute value of a size or position.

@@ -3,6 +3,7 @@
 #include <arborium/fields/KsMField.h>
 #include <arborium/nodes/KsShape.h>
 
+#include <utility>
 #include <vector>
 
 struct KsFontState;
@@ -59,6 +60,9 @@ private:
     struct Measured;
     const Measured& measure(const KbString& fontName);
     KbBox3f lineBox(const Measured& measured, std::size_t line, float size) const;
+    /// The lines that clip planes leave, as first and end: of a long text only these are made.
+    std::pair<std::size_t, std::size_t> findSeenLines(const Measured& measured,
+                                                      const KsState* state) const;
 
     // For size 1, so that texts of all sizes share what was made of them.
     std::unique_ptr<Measured> m_measured;
