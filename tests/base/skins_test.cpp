@@ -12,6 +12,7 @@
 #include <formweave/KsDialogComboBox.h>
 #include <formweave/KsDialogComponent.h>
 #include <formweave/KsDialogEditText.h>
+#include <formweave/KsDialogIntegerSlider.h>
 #include <formweave/KsDialogPushButton.h>
 #include <formweave/KsDialogRadioButtons.h>
 #include <formweave/KsDialogSeparator.h>
@@ -78,6 +79,10 @@ const std::vector<Family>& families()
          &KsDialogSeparator::DialogSeparator,
          {"DialogSeparatorVertical", "DialogSeparatorHorizontal"},
          &KsDialogSeparator::isSkinLoaded},
+        {"DialogSlider.arb",
+         &KsDialogSlider::DialogSlider,
+         {"DialogSliderFrame", "DialogSliderCursor"},
+         &KsDialogSlider::isSkinLoaded},
         {"TopLevelDialog.arb",
          &KsTopLevelDialog::TopLevelDialog,
          {"TopLevelDialogFrame", "TopLevelDialogMinReleased", "TopLevelDialogMinPressed"},
@@ -201,6 +206,7 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     dialog->addChild(new KsDialogRadioButtons);
     dialog->addChild(new KsDialogEditText);
     dialog->addChild(new KsDialogPushButton);
+    dialog->addChild(new KsDialogIntegerSlider);
     dialog->addChild(new KsDialogSeparator);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));

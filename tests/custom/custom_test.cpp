@@ -44,8 +44,9 @@ TEST(Custom, isAnEmptyFrameWithALayoutOfItsOwn)
 
 TEST(Custom, fixedSizesAreTheGreatestOnesToo)
 {
-    Shown shown(Stage::Window, "TopLevelDialog { DialogCustom { auditorID \"c\" width 120 height 60 "
-                               "fixedWidth TRUE fixedHeight TRUE } }");
+    Shown shown(Stage::Window,
+                "TopLevelDialog { DialogCustom { auditorID \"c\" width 120 height 60 "
+                "fixedWidth TRUE fixedHeight TRUE } }");
     EXPECT_EQ(shown.host()->maximumSize(), QSize(120, 60));
 }
 

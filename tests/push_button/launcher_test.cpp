@@ -47,14 +47,6 @@ public:
     {
         dialog->addAuditor(&listener);
     }
-    ~Launch()
-    {
-        QList<QPointer<QWidget>> windows;
-        for (int i = 0; i < launcher->getNumChildren(); ++i)
-            windows << QPointer<QWidget>(launcher->getChild(i)->getBaseWidget());
-        dropDialog();
-        for (const auto& each : windows) delete each;
-    }
     KsTopLevelDialog* child(int i) const { return launcher->getChild(i); }
     QWidget* window(int i) const { return child(i)->getBaseWidget(); }
     bool isOpen(int i) const { return window(i) && window(i)->isVisible(); }

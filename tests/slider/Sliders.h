@@ -180,7 +180,10 @@ public:
         release(start + KbVec2f(by, 0));
     }
 
-    float position() const { return static_cast<const KsDialogSlider*>(slider)->*&OpenSlider::m_position; }
+    float position() const
+    {
+        return static_cast<const KsDialogSlider*>(slider)->*&OpenSlider::m_position;
+    }
     int editZone() const { return slider->*&OpenSlider::m_editZoneWidth; }
     int editMode() const { return slider->*&OpenSlider::m_editMode; }
     int labelWidth() const { return (slider->*&OpenSlider::m_labelSize)[0]; }

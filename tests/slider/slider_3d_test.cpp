@@ -26,7 +26,8 @@ TEST(SliderInAScene, standsInItsZones)
     EXPECT_EQ(shown.child<KsScale>("frameSep", 0)->scaleFactor, KbVec3f(bar, 20, 1));
     EXPECT_EQ(shown.child<KsTranslation>("sliderSep", 0)->translation,
               KbVec3f(x + 20 - w / 2 + bar / 2, 0, 0));
-    EXPECT_EQ(shown.child<KsTranslation>("cursorSep", 1)->translation, KbVec3f(-bar / 2 + 5, -5, 0));
+    EXPECT_EQ(shown.child<KsTranslation>("cursorSep", 1)->translation,
+              KbVec3f(-bar / 2 + 5, -5, 0));
     EXPECT_EQ(shown.child<KsScale>("cursorSep", 2)->scaleFactor, KbVec3f(10, 10, 1));
     EXPECT_FLOAT_EQ(shown.cursor3D(), (bar - 10) * 0.4f);
     EXPECT_EQ(shown.child<KsTranslation>("edtSwtch", 1)->translation,
@@ -67,8 +68,7 @@ TEST(SliderInAScene, itsNodesStandInTheirOrder)
     EXPECT_EQ(order("sliderSep"), "Translation Separator Transform Separator ");
     EXPECT_EQ(order("frameSep"), "Scale Group ");
     EXPECT_EQ(order("cursorSep"), "Translation Translation Scale Group ");
-    EXPECT_EQ(order("edtSwtch"),
-              "EventCallback Translation Separator Transform Separator ");
+    EXPECT_EQ(order("edtSwtch"), "EventCallback Translation Separator Transform Separator ");
     EXPECT_EQ(order("edtFrmSep"), "Scale Switch ");
     EXPECT_EQ(order("editTextSep"), "Translation Group Text3 ");
     EXPECT_EQ(Stage::shown(shown.slider, "edtFrmSwtch"), 0);

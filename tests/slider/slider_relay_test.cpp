@@ -18,9 +18,9 @@ TEST(SliderRelay, holdsItsWidgetsUnderTheirNames)
     EXPECT_EQ(widgets,
               (QObjectList{shown.edit(), shown.bar(), shown.labelWidget(), shown.toggle()}));
     const QString font = KsFormweave::getFormweaveFont().toString();
-    for (const QWidget* widget : {static_cast<QWidget*>(shown.edit()),
-                                  static_cast<QWidget*>(shown.labelWidget()),
-                                  static_cast<QWidget*>(shown.toggle())})
+    for (const QWidget* widget :
+         {static_cast<QWidget*>(shown.edit()), static_cast<QWidget*>(shown.labelWidget()),
+          static_cast<QWidget*>(shown.toggle())})
         EXPECT_EQ(widget->font().toString(), font);
 }
 

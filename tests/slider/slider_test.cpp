@@ -265,8 +265,8 @@ TEST(Slider, aPressOnTheCursorAloneChangesNoRealValueByALastDigit)
         ShownReal shown(std::string("min -1 max 1 value ") + value);
         const float before = shown.slider->value;
         // On the cursor's tip, where nothing jumps.
-        const QPoint place = shown.barPlace(shown.slider->getValue()) +
-                             QPoint(0, shown.bar()->height() / 2);
+        const QPoint place =
+            shown.barPlace(shown.slider->getValue()) + QPoint(0, shown.bar()->height() / 2);
         QTest::mouseClick(shown.bar(), Qt::LeftButton, Qt::NoModifier, place);
         EXPECT_EQ(shown.slider->value, before);
         EXPECT_TRUE(shown.listener.values.empty());

@@ -60,7 +60,7 @@ bool change(KsField* field, int variant = 0)
     const auto* flagField = ksCast<KsSFBool>(field);
     const bool flag = flagField && *flagField;
     return put<KsSFBool>(field, !flag) || put<KsSFInt32>(field, 37 + variant) ||
-           put<KsSFFloat>(field, 0.1f) || put<KsSFString>(field, u"\"é\" \\n {}\n#\t\u0416") ||
+           put<KsSFFloat>(field, 0.1f) || put<KsSFString>(field, u"\"é\" %d \\n {}\n#\t\u0416") ||
            put<KsSFFilePathString>(field, "a b.txt") ||
            put<KsSFVec2i32>(field, KbVec2i32(-3, 40)) ||
            put<KsSFVec3f>(field, KbVec3f(1.5f, -2, 1e-7f)) ||
@@ -149,8 +149,11 @@ protected:
     }
 };
 
-// A build repairs a selection that no item has.
-const Fields repaired{"DialogComboBox.selectedItem", "DialogRadioButtons.selectedItem"};
+// A build repairs a selection that no item has, and brings a value and its limits together.
+const Fields repaired{"DialogComboBox.selectedItem", "DialogRadioButtons.selectedItem",
+                      "DialogIntegerSlider.value",   "DialogIntegerSlider.min",
+                      "DialogIntegerSlider.max",     "DialogRealSlider.value",
+                      "DialogRealSlider.min",        "DialogRealSlider.max"};
 
 // What was built in a scene writes what was read, but for repairs.
 void expectAsRead(KsFormweave* element, const std::string& text)

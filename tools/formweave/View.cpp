@@ -12,9 +12,9 @@
 #include <arborium/qt/KsQt.h>
 #include <arborium/qt/KsQtViewer.h>
 #include <formweave/KsDialogAuditor.h>
+#include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsDialogIntegerSlider.h>
 #include <formweave/KsDialogRealSlider.h>
-#include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QFile>

@@ -55,13 +55,15 @@ public:
             dialog->show();
             QApplication::setActiveWindow(dialog->getBaseWidget());
             QApplication::processEvents();
-            m_window = dialog->getBaseWidget();
         }
     }
     ~Stage()
     {
         dropDialog();
-        delete m_window.data();
+        // A window outlives its dialog; so do those of dialogs that a launcher opened.
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->objectName() == "KsTopLevelDialog") delete window;
+        }
         settle();
         m_scene.reset();
         KsFormweave::finish();
@@ -197,5 +199,4 @@ private:
     KsSearchAction m_search;
     KsRef<KsSeparator> m_scene;
     KsOrthographicCamera* m_camera = nullptr;
-    QPointer<QWidget> m_window;
 };

@@ -27,6 +27,6 @@ protected:
 private:
     KbBox3f m_box; // in the space in which the separator stands
     bool m_boxKept = false;
-    bool m_holdsCamera = false; // known while the box is kept
+    bool m_holdsCamera = false;      // known while the box is kept
     std::uint64_t m_drawVersion = 0; // another one whenever a render action met a change below
 };
