@@ -32,12 +32,14 @@
 #include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuCheckBox.h>
 #include <formweave/KsMenuCheckBoxAuditor.h>
+#include <formweave/KsMenuCheckBoxLauncher.h>
 #include <formweave/KsMenuFileSelection.h>
 #include <formweave/KsMenuFileSelectionAuditor.h>
 #include <formweave/KsMenuItem.h>
 #include <formweave/KsMenuPopup.h>
 #include <formweave/KsMenuPushButton.h>
 #include <formweave/KsMenuPushButtonAuditor.h>
+#include <formweave/KsMenuPushButtonLauncher.h>
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuRadioButtonsAuditor.h>
 #include <formweave/KsMenuSeparator.h>

@@ -31,9 +31,11 @@
 #include <formweave/KsDialogSeparator.h>
 #include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuCheckBox.h>
+#include <formweave/KsMenuCheckBoxLauncher.h>
 #include <formweave/KsMenuFileSelection.h>
 #include <formweave/KsMenuPopup.h>
 #include <formweave/KsMenuPushButton.h>
+#include <formweave/KsMenuPushButtonLauncher.h>
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
 #include <formweave/KsRowDialog.h>
@@ -61,9 +63,11 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsFormweave),
     CLASS_STEPS(KsMenuItem),
     CLASS_STEPS(KsMenuCheckBox),
+    CLASS_STEPS(KsMenuCheckBoxLauncher),
     CLASS_STEPS(KsMenuPopup),
     CLASS_STEPS(KsMenuPushButton),
     CLASS_STEPS(KsMenuFileSelection),
+    CLASS_STEPS(KsMenuPushButtonLauncher),
     CLASS_STEPS(KsMenuRadioButtons),
     CLASS_STEPS(KsMenuSeparator),
     CLASS_STEPS(KsTopComponent),

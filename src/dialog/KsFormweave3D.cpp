@@ -16,7 +16,7 @@
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
-#include <formweave/KsFormweave.h>
+#include <formweave/KsTopLevelDialog.h>
 
 #include <algorithm>
 
@@ -181,5 +181,11 @@ void KsFormweave::pressedCB(void* data, KsEventCallback* node)
     auto* element = static_cast<KsFormweave*>(data);
     if (m_lastActive != element || !isPress(node->getEvent())) return;
     const KsPickedPoint* hit = node->getPickedPoint();
-    if (!hit || !hit->getPath()->containsNode(element)) set3DCurrentActive(nullptr);
+    const KsPath* path = hit ? hit->getPath() : nullptr;
+    int index = path ? path->findNode(element) : -1;
+    // A panel that is launched from within the element is elsewhere.
+    while (const KsNode* below = index < 0 ? nullptr : path->getNode(++index)) {
+        if (below->isOfType(KsTopLevelDialog::getClassTypeId())) index = -1;
+    }
+    if (index < 0) set3DCurrentActive(nullptr);
 }
