@@ -291,8 +291,8 @@ void KsElementList::rayPick(KsRayPickAction* action)
 {
     KsChildList* list = m_owner->getChildren();
     const int before = KsFormweave::countPickedPoints(action);
+    // Each once: a second look at the last one, where nothing was met, would double the visits with
+    // each level.
     list->traverse(action, 0, m_count);
-    if (action->getPickedPointsListLength() == 0 && m_count > 0)
-        list->traverse(action, m_count - 1, m_count - 1);
     KsFormweave::addKitDetails(action, KsFormweave::getClassTypeId(), before);
 }

@@ -143,6 +143,7 @@ void KsMenuBar::createMenuBar(QWidget* parent)
     m_isBuilding2D = true;
     const QPointer<QMenuBar> earlier = m_menuBar;
     m_menuBar = new QMenuBar(parent ? parent : window);
+    setWidgetFont(m_menuBar);
     window->layout()->setMenuBar(m_menuBar);
     changeEnable();
     int index = 0;

@@ -158,7 +158,10 @@ void KsMenuPopup::buildMenu(void* parentMenu, int build2D, int position)
 void KsMenuPopup::insertMenuItem()
 {
     const bool isNew = !m_menu;
-    if (isNew) m_menu = new QMenu;
+    if (isNew) {
+        m_menu = new QMenu;
+        setWidgetFont(m_menu);
+    }
     joinParentMenu();
     if (!isNew) return;
     changeLabel();
@@ -388,10 +391,14 @@ void KsMenuPopup::set3DInactive()
 
 void KsMenuPopup::refresh3DSkin()
 {
-    m_3DDepth = -1;
     KsMenuItem::refresh3DSkin();
     forEachChild([](KsMenuItem* child) { child->refresh3DSkin(); });
     if (!is3DLive()) return;
+    // The column stands on the title as it is closed.
+    KsNode* look = getAnyPart("frameSwitch", false);
+    setSwitchValue(look, 0);
+    m_3DDepth = compute3DDepth(getAnyPart("frameSep", false));
+    setSwitchValue(look, m_childrenShown);
     update3DChildren();
     change3DPosition();
 }

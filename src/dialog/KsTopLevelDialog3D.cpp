@@ -173,7 +173,7 @@ void KsTopLevelDialog::update3DChildren()
 {
     computeNewChildrenHeight(m_size3D);
     KbVec3f origin = childrenOrigin();
-    const KsTopComponent* menuBar = widgetHasMenuBar();
+    KsMenuBar* menuBar = widgetHasMenuBar();
     const int room = ksBounded(margin);
     KbVec2i32 place(room, room);
     KbVec2i32 childSize(ksBounded(std::int64_t(m_size3D[0]) - 2 * room), 0);
@@ -191,15 +191,19 @@ void KsTopLevelDialog::update3DChildren()
         if (const auto* built = ksCast<KsSFInt32>(child->getField("height")))
             place[1] = ksBounded(std::int64_t(place[1]) + built->getValue() + rowSpacing);
     });
+    if (menuBar) menuBar->change3DPosition();
 }
 
 void KsTopLevelDialog::update3DChildrenPosition()
 {
     KbVec3f origin = childrenOrigin();
+    KsMenuBar* menuBar = widgetHasMenuBar();
     forEachChild([&](KsTopComponent* child) {
         child->set3DParentTranslation(origin);
-        child->change3DPosition();
+        if (child != menuBar) child->change3DPosition();
     });
+    // Open menus stand in front of all others: where these are now.
+    if (menuBar) menuBar->change3DPosition();
 }
 
 void KsTopLevelDialog::change3DPosition()

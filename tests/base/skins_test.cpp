@@ -216,6 +216,14 @@ TEST_F(Skins, withoutAnySkinTheBuiltInLooksAreUsed)
     dialog->addChild(new KsDialogPushButton);
     dialog->addChild(new KsDialogIntegerSlider);
     dialog->addChild(new KsDialogSeparator);
+    auto* bar = new KsMenuBar;
+    auto* menu = new KsMenuPopup;
+    bar->addChild(menu);
+    menu->addChild(new KsMenuPushButton);
+    menu->addChild(new KsMenuCheckBox);
+    menu->addChild(new KsMenuRadioButtons);
+    menu->addChild(new KsMenuSeparator);
+    dialog->addChild(bar);
     EXPECT_FALSE(measure(dialog.get()).isEmpty());
     EXPECT_TRUE(colorOf("DialogComponentEdgeStyleNone") == KbColor(0.75f, 0.75f, 0.75f));
     EXPECT_TRUE(colorOf("DialogCheckBoxStateOff") == KbColor(1, 1, 1));
