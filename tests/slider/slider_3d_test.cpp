@@ -98,7 +98,7 @@ TEST(SliderInAScene, theEndsOfTheBarAreTheEndsOfTheRange)
     const float y = bar.getMax()[1] - 2 + Stage::viewHeight;
     shown.click({bar.getMin()[0] + 1, y});
     EXPECT_EQ(shown.position(), 0);
-    EXPECT_EQ(shown.slider->value, 0);
+    EXPECT_EQ(shown.slider->value, 0.0f);
     shown.click({bar.getMax()[0] - 1, y});
     EXPECT_EQ(shown.position(), 1);
     shown.click({bar.getMin()[0] + 4, y});
@@ -352,8 +352,8 @@ TEST(SliderInAScene, aNumberTypedBeyondALimitMovesIt)
     shown.clear3D();
     shown.type3D("50");
     shown.enter3D();
-    EXPECT_EQ(shown.slider->max, 50);
-    EXPECT_EQ(shown.slider->value, 50);
+    EXPECT_EQ(shown.slider->max, 50.0f);
+    EXPECT_EQ(shown.slider->value, 50.0f);
     EXPECT_EQ(shown.position(), 1);
     EXPECT_EQ(shown.text2D(), "50.000");
     EXPECT_EQ(shown.text3D(), "50.000");

@@ -176,8 +176,8 @@ TEST(Slider, aValueBeyondTheLimitsIsKeptAndMovesThePositionBeyondTheEnds)
 {
     ShownReal shown("max 10 value 3");
     shown.slider->value = 15;
-    EXPECT_EQ(shown.slider->value, 15);
-    EXPECT_EQ(shown.slider->max, 10);
+    EXPECT_EQ(shown.slider->value, 15.0f);
+    EXPECT_EQ(shown.slider->max, 10.0f);
     EXPECT_FLOAT_EQ(shown.position(), 1.5f);
     EXPECT_FLOAT_EQ(shown.slider->getValue(), 1.5f);
     EXPECT_EQ(shown.text2D(), "15.000");
@@ -387,7 +387,7 @@ TEST(Slider, aTypedValueBeyondAFixedLimitIsRewritten)
     ShownReal real("max 10 value 3 fixedLimits TRUE");
     real.type2D("12.5");
     EXPECT_EQ(real.text2D(), "10.000");
-    EXPECT_EQ(real.slider->value, 10);
+    EXPECT_EQ(real.slider->value, 10.0f);
 }
 
 TEST(Slider, aFractionTypedIntoAWholeSliderIsRewritten)
