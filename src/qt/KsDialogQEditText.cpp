@@ -123,11 +123,11 @@ void KsDialogQEditText::takeOver(const KsDialogQEditText& earlier)
 
 bool KsDialogQEditText::eventFilter(QObject* object, QEvent* event)
 {
-    if (!m_multi || object != m_multi) return KsRelayFrame::eventFilter(object, event);
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) eventEnterPressed();
-    }
+    // Other events come while the editor dies, too.
+    if (event->type() != QEvent::KeyPress || object != m_multi)
+        return KsRelayFrame::eventFilter(object, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) eventEnterPressed();
     return false;
 }
 

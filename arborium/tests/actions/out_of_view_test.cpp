@@ -59,7 +59,7 @@ protected:
         std::size_t at = 0;
         for (const KsDraw& draw : all.draws) {
             const bool isThere = at < list.draws.size() && list.draws[at].matrix == draw.matrix;
-            KbBox3f box(-1, -1, -1, 1, 1, 1);
+            KbBox3f box = draw.mesh->box;
             box.transform(draw.matrix);
             if (!isThere && list.viewVolume.intersect(box))
                 return testing::AssertionFailure() << "draw " << at << " is missing";
@@ -194,9 +194,11 @@ TEST_F(OutOfView, whateverMovesTheListShowsAllThatIsInView)
         addTo<TestShape>(group);
     }
     const auto anywhere = [&](int reach) {
-        return KbVec3f(static_cast<float>(number(2 * reach) - reach),
-                       static_cast<float>(number(2 * reach) - reach),
-                       static_cast<float>(number(reach) - reach / 2));
+        // One after the other: arguments have no order.
+        const int x = number(2 * reach) - reach;
+        const int y = number(2 * reach) - reach;
+        const int z = number(reach) - reach / 2;
+        return KbVec3f(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
     };
     for (int step = 0; step < 300; ++step) {
         const auto at = static_cast<std::size_t>(number(static_cast<int>(places.size())));

@@ -61,8 +61,11 @@ public:
     {
         dropDialog();
         // A window outlives its dialog; so do those of dialogs that a launcher opened.
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == "KsTopLevelDialog") delete window;
+        // One may hold another.
+        std::vector<QPointer<QWidget>> windows;
+        for (QWidget* window : QApplication::topLevelWidgets()) windows.emplace_back(window);
+        for (const QPointer<QWidget>& window : windows) {
+            if (window && window->objectName() == "KsTopLevelDialog") delete window;
         }
         settle();
         m_scene.reset();
