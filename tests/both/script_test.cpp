@@ -5,6 +5,9 @@
 #include <arborium/io/KsOutput.h>
 #include <dialog/Stage.h>
 
+#include <QMenu>
+#include <QMenuBar>
+
 #include <algorithm>
 #include <set>
 #include <sstream>
@@ -108,6 +111,33 @@ Step chooseFromList(const char* name, const char* id, int item)
                 if (Stage::shown(box, "itemsSwitch") != KsSwitch::ALL) return;
                 const KbVec2f first = stage.placeOf(box, "itemStrucSep");
                 stage.click(KbVec2f(first[0], first[1] - 22.0f * static_cast<float>(item)));
+            }};
+}
+
+/// Opens the menu "m" and picks an entry: in a window by its text, in a scene by its id.
+Step pick(const char* name, const char* text, const char* id)
+{
+    return {name,
+            [text](Stage& stage) {
+                auto* bar = stage.dialog->getBaseWidget()->findChild<QMenuBar*>();
+                ASSERT_TRUE(bar);
+                QAction* title = bar->actions().value(0);
+                QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier,
+                                  bar->actionGeometry(title).center());
+                QMenu* menu = title->menu();
+                for (QAction* entry : menu->actions()) {
+                    if (entry->text() == text)
+                        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                                          menu->actionGeometry(entry).center());
+                }
+                menu->hide();
+            },
+            [id](Stage& stage) {
+                auto* entry = stage.find<KsFormweave>(id);
+                ASSERT_TRUE(entry) << id;
+                stage.clickPart(stage.find<KsFormweave>("m"), "frameSep");
+                stage.clickPart(entry, "geomSwitch");
+                stage.click(KbVec2f(Stage::viewWidth - 1, 1));
             }};
 }
 
@@ -415,6 +445,23 @@ std::vector<Control> controls()
              click<QPushButton>("open again", "a", "frameSep"),
              click<QLabel>("click on the label", "a", "labelSep"),
          }},
+        {"Menu",
+         "TopLevelDialog { width 200 height 60 MenuBar { MenuPopup { auditorID \"m\" label \"M\" "
+         "MenuPushButton { auditorID \"push\" label \"Push\" } "
+         "MenuCheckBox { auditorID \"check\" label \"Off\" onString \"On\" } "
+         "MenuSeparator { } "
+         "MenuRadioButtons { auditorID \"radio\" items [ \"1\", \"2\", \"3\" ] } "
+         "MenuPushButton { auditorID \"grey\" label \"Grey\" enable FALSE } } } }",
+         {
+             pick("pick the button", "Push", "push"),
+             pick("check the box", "Off", "check"),
+             pick("uncheck it", "On", "check"),
+             pick("pick the middle row", "2", "radio"),
+             pick("pick it again", "2", "radio"),
+             pick("pick a disabled one", "Grey", "grey"),
+             application("enable it", [](Stage& s) { s.find<KsFormweave>("grey")->enable = true; }),
+             pick("pick it now", "Grey", "grey"),
+         }},
         {"DialogRadioButtons",
          "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
          "DialogRadioButtons { auditorID \"a\" label \"A\" items [ \"1\", \"2\", \"3\" ] } "
@@ -519,6 +566,10 @@ public:
     {
         note("dialogRadioButtons", node);
     }
+
+    void menuPushButton(KsMenuPushButton* node) override { note("menuPushButton", node); }
+    void menuCheckBox(KsMenuCheckBox* node) override { note("menuCheckBox", node); }
+    void menuRadioButtons(KsMenuRadioButtons* node) override { note("menuRadioButtons", node); }
 
     Lines& lines;
 

@@ -14,10 +14,12 @@
 #include <arborium/nodes/KsSwitch.h>
 #include <formweave/formweave.h>
 
+#include <QPointer>
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 /// Starts the library and ends it. A pixel of the scene's view is a unit.
 class Stage {
