@@ -43,6 +43,7 @@
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuRadioButtonsAuditor.h>
 #include <formweave/KsMenuSeparator.h>
+#include <formweave/KsMessageDialog.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTabDialog.h>
 #include <formweave/KsTabDialogAuditor.h>

@@ -38,6 +38,7 @@
 #include <formweave/KsMenuPushButtonLauncher.h>
 #include <formweave/KsMenuRadioButtons.h>
 #include <formweave/KsMenuSeparator.h>
+#include <formweave/KsMessageDialog.h>
 #include <formweave/KsRowDialog.h>
 #include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -92,6 +93,7 @@ constexpr ClassSteps classes[] = {
     CLASS_STEPS(KsDialogRealSlider),
     CLASS_STEPS(KsMenuBar),
     CLASS_STEPS(KsTopLevelDialog),
+    CLASS_STEPS(KsMessageDialog),
 };
 // clang-format on
 #undef CLASS_STEPS

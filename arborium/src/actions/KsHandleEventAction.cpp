@@ -23,8 +23,12 @@ struct KsHandleEventAction::Passage {
     bool wasDelivered = false;
     std::unique_ptr<KsRayPickAction> pick;
     KsRef<KsFullPath> deferred;
-    Passage* outer = nullptr;
+    Passage* outer = nullptr;      ///< Of the same action.
+    Passage* outerOfAll = nullptr; ///< Of any.
+    KsHandleEventAction* action = nullptr;
 };
+
+KsHandleEventAction::Passage* KsHandleEventAction::s_innermost = nullptr;
 
 namespace {
 
@@ -79,6 +83,12 @@ KsNode* KsHandleEventAction::getGrabber() const
     return m_grab ? m_grab->path->getTail() : nullptr;
 }
 
+void KsHandleEventAction::releaseAllGrabs()
+{
+    for (Passage* passage = s_innermost; passage; passage = passage->outerOfAll)
+        passage->action->releaseGrabber();
+}
+
 const KsPickedPoint* KsHandleEventAction::getPickedPoint()
 {
     if (!m_passage || !m_passage->root || !m_event) return nullptr;
@@ -117,6 +127,9 @@ void KsHandleEventAction::pass(KsNode* root, KsPath* path)
     passage.isKeyboard = m_event->isOfType(KsKeyboardEvent::getClassTypeId());
     passage.outer = m_passage;
     m_passage = &passage;
+    passage.action = this;
+    passage.outerOfAll = s_innermost;
+    s_innermost = &passage;
 
     bool isDone = false;
     if (m_grab && !passage.isKeyboard) {
@@ -135,6 +148,7 @@ void KsHandleEventAction::pass(KsNode* root, KsPath* path)
 
     m_handled = passage.isHandled;
     m_passage = passage.outer;
+    s_innermost = passage.outerOfAll;
     // The event of an inner event loop is gone now.
     if (m_passage) m_event = m_passage->event;
 }
