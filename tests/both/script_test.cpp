@@ -70,6 +70,8 @@ const Exception exceptions[] = {
     {"DialogEditText", "break the line",
      "in a window each Return is Enter, in a scene Shift makes "
      "it a break and nothing else"},
+    {"TabDialog", "select too high",
+     "a window shows the last page then, a scene goes back to the last valid one"},
 };
 
 // ---- actions --------------------------------------------------------------------------------
@@ -263,10 +265,44 @@ Step key(const char* name, const char* id, Qt::Key inWindow, int inScene, bool s
             [=](Stage& stage) { stage.key(inScene, 0, shiftInScene); }};
 }
 
+/// A click on a tab, where it is not cut off.
+Step openPage(const char* name, const char* id, int index)
+{
+    return {
+        name,
+        [id, index](Stage& stage) {
+            auto* tabs = Stage::widgetOf<QTabWidget>(element(stage, id));
+            ASSERT_TRUE(tabs);
+            const QRect tab = tabs->tabBar()->tabRect(index);
+            Stage::clickWidget(tabs->tabBar(), tab.center());
+        },
+        [id, index](Stage& stage) {
+            stage.draw();
+            auto* all = static_cast<KsGroup*>(element(stage, id)->getAnyPart("pagesSep", false));
+            std::vector<KsNode*> tabs;
+            for (int i = 0; i < all->getNumChildren(); ++i)
+                if (ksCast<KsSwitch>(all->getChild(i))) tabs.push_back(all->getChild(i));
+            ASSERT_LT(static_cast<std::size_t>(index), tabs.size());
+            KsSearchAction search;
+            search.setNode(tabs[static_cast<std::size_t>(index)]);
+            search.setSearchingAll(true);
+            search.apply(stage.dialog.get());
+            ASSERT_TRUE(search.getPath());
+            KsGetBoundingBoxAction action(KbViewportRegion(Stage::viewWidth, Stage::viewHeight));
+            action.apply(search.getPath());
+            const KbBox3f box = action.getBoundingBox();
+            ASSERT_FALSE(box.isEmpty());
+            stage.click(KbVec2f(box.getMin()[0] + 4, box.getCenter()[1] + Stage::viewHeight));
+        }};
+}
+
 std::vector<Control> controls()
 {
     const auto edit = [](Stage& stage, const char* id) {
         return static_cast<KsDialogEditText*>(element(stage, id));
+    };
+    const auto tabs = [](Stage& stage, const char* id) {
+        return static_cast<KsTabDialog*>(element(stage, id));
     };
     const auto radio = [](Stage& stage, const char* id) {
         return static_cast<KsDialogRadioButtons*>(element(stage, id));
@@ -393,6 +429,48 @@ std::vector<Control> controls()
                   s.clickPart(combo(s, "b"), "frameSep");
                   s.click(KbVec2f(Stage::viewWidth - 1, 1));
               }},
+         }},
+        {"TabDialog",
+         "TopLevelDialog { label \"Pages\" TabDialog { auditorID \"t\" width 400 "
+         "RowDialog { label \"One\" DialogCheckBox { auditorID \"a\" label \"A\" } } "
+         "RowDialog { label \"Two\" DialogCheckBox { auditorID \"b\" label \"B\" } } "
+         "TabDialog { label \"Three\" auditorID \"in\" selectedPage 1 "
+         "DialogCheckBox { auditorID \"x\" label \"X\" } "
+         "DialogCheckBox { auditorID \"y\" label \"Y\" } } } }",
+         {
+             click<QCheckBox>("click on the first page", "a", "stateSep"),
+             openPage("open another", "t", 1),
+             openPage("open it again", "t", 1),
+             click<QCheckBox>("click on it", "b", "stateSep"),
+             openPage("open the one with tabs", "t", 2),
+             click<QCheckBox>("click on a page of the page", "y", "stateSep"),
+             openPage("open a page of the page", "in", 0),
+             click<QCheckBox>("click on that", "x", "stateSep"),
+             application("select a page", [=](Stage& s) { tabs(s, "t")->selectedPage = 0; }),
+             click<QCheckBox>("click on what it shows", "a", "stateSep"),
+             application("disable it", [=](Stage& s) { tabs(s, "t")->enable = false; }),
+             openPage("open a page of a disabled one", "t", 1),
+             application("enable it", [=](Stage& s) { tabs(s, "t")->enable = true; }),
+             openPage("open a page now", "t", 1),
+             application("insert a page in front",
+                         [=](Stage& s) {
+                             auto* page = new KsDialogCheckBox;
+                             page->label = "Zero";
+                             page->auditorID = "z";
+                             tabs(s, "t")->insertChild(page, 0);
+                         }),
+             openPage("open what is new", "t", 0),
+             click<QCheckBox>("click on what is new", "z", "stateSep"),
+             application("remove it", [=](Stage& s) { tabs(s, "t")->removeChild(0); }),
+             openPage("open the last", "t", 2),
+             application("remove the last", [=](Stage& s) { tabs(s, "t")->removeChild(2); }),
+             application("select too low", [=](Stage& s) { tabs(s, "t")->selectedPage = -2; }),
+             application("select the last", [=](Stage& s) { tabs(s, "t")->selectedPage = 1; }),
+             application("select the first", [=](Stage& s) { tabs(s, "t")->selectedPage = 0; }),
+             application("select too high", [=](Stage& s) { tabs(s, "t")->selectedPage = 9; }),
+             openPage("open the first", "t", 0),
+             openPage("open the second", "t", 1),
+             click<QCheckBox>("click at last", "b", "stateSep"),
          }},
         {"DialogPushButton",
          "TopLevelDialog { label \"Buttons\" "
