@@ -134,6 +134,18 @@ TEST_F(Tool, checkIsSilentAboutAGoodFile)
     EXPECT_EQ(result.err, "");
 }
 
+TEST_F(Tool, checkHasNothingToSayOfTheExamples)
+{
+    QStringList arguments{"check"};
+    QDirIterator files(FORMWEAVE_SOURCE_DIR "/examples", {"*.arb"}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) arguments << files.next();
+    EXPECT_GT(arguments.size(), 10);
+    const Result result = run(arguments);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+}
+
 TEST_F(Tool, checkTellsAllErrorsOfAllFilesWithTheirPlaces)
 {
     const QString bad = write("bad.arb", broken);
