@@ -202,6 +202,18 @@ TEST_F(Tool, treeListsTheElementsWithTheSizesOfTheLayout)
     EXPECT_GT(match.captured(2).toInt(), 10);
 }
 
+TEST_F(Tool, treeTellsTheSizesInTheDialogsOfALauncherToo)
+{
+    const QString path = write(
+        "launcher.arb", "#Arborium V2.1 ascii\n"
+                        "TopLevelDialog { DialogPushButtonLauncher { TopLevelDialog {\n"
+                        "  label \"Inner\" width 300 DialogCheckBox { label \"In\" } } } }\n");
+    const Result result = run({"tree", path});
+    EXPECT_EQ(result.status, 0) << qPrintable(result.err);
+    const QRegularExpression inner("\n      DialogCheckBox  label \"In\"  300 x \\d+\n");
+    EXPECT_TRUE(inner.match(result.out).hasMatch()) << qPrintable(result.out);
+}
+
 TEST_F(Tool, anIdChoosesTheElement)
 {
     const QString two = write("two.arb", "#Arborium V2.1 ascii\n"

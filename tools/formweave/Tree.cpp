@@ -52,6 +52,14 @@ void print(const KsFormweave* element, int depth)
     for (int i = 0; below && i < below->count(); ++i) print(below->at(i), depth + 1);
 }
 
+// A layout gives the sizes only to what is shown: the dialogs of launchers too.
+void showDialogs(KsFormweave* element)
+{
+    if (auto* dialog = ksCast<KsTopLevelDialog>(element)) dialog->show();
+    const KsElementList* below = element->getElements();
+    for (int i = 0; below && i < below->count(); ++i) showDialogs(below->at(i));
+}
+
 } // namespace
 
 int runTree(const Arguments& arguments)
@@ -65,6 +73,7 @@ int runTree(const Arguments& arguments)
     for (KsFormweave* element : elements) {
         ElementWindow window(element);
         window.show();
+        showDialogs(element);
         QApplication::processEvents();
         print(element, 0);
     }
