@@ -44,6 +44,7 @@ struct Kind {
     const char* type;
     const char* fields; ///< In a file, beside the label.
     QWidget* (*byHand)(QWidget* parent, int i);
+    bool labelled = true;
 };
 
 const Kind kinds[] = {
@@ -76,7 +77,8 @@ const Kind kinds[] = {
          line->setFrameShape(QFrame::HLine);
          inner->addWidget(line);
          return static_cast<QWidget*>(cell);
-     }},
+     },
+     false},
     {"DialogRealSlider", "value 0.5",
      [](QWidget* parent, int i) {
          QCheckBox* box = nullptr;
@@ -133,8 +135,9 @@ std::string formOf(const Kinds& all, int count, int perRow)
         if (perRow > 1) text += "ColumnDialog {\n";
         for (int k = 0; k < perRow && i < count; ++k, ++i) {
             const Kind& kind = *all[static_cast<std::size_t>(i) % all.size()];
-            text += std::string(kind.type) + " { label \"Label " + std::to_string(i) + "\" " +
-                    kind.fields + " }\n";
+            text += std::string(kind.type) + " { ";
+            if (kind.labelled) text += "label \"Label " + std::to_string(i) + "\" ";
+            text += std::string(kind.fields) + " }\n";
         }
         if (perRow > 1) text += "}\n";
     }

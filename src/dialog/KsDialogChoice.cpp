@@ -119,8 +119,11 @@ void KsDialogChoice::repairSelection()
     const auto isValid = [this](int index) { return index >= 0 && index < getVisibleCount(); };
     if (!isValid(selectedItem)) {
         if (!isValid(m_previousSelectedItem)) m_previousSelectedItem = 0;
-        if (selectedItem != m_previousSelectedItem)
+        if (selectedItem != m_previousSelectedItem) {
             ksWriteSilently(m_selectedItemSensor, selectedItem, m_previousSelectedItem);
+            // The window may have shown the invalid one as it was.
+            if (isBuilt2D()) changeSelectedItem();
+        }
     }
     m_previousSelectedItem = selectedItem;
 }
@@ -136,6 +139,7 @@ void KsDialogChoice::eventNotify(unsigned int value, unsigned long long)
         selectedItem = static_cast<int>(value);
         applyDlgCptAuditor();
     }
+    if (selectedItem != static_cast<int>(value) && isBuilt2D()) changeSelectedItem();
     if (isBuilt3D()) change3DSelectedItem();
 }
 

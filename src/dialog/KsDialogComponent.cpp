@@ -130,9 +130,9 @@ void KsDialogComponent::changeEdgeStyle()
 {
     auto* frame = qobject_cast<QFrame*>(m_widget.data());
     if (!frame) return;
-    const int style = edgeStyle;
-    frame->setFrameShadow(style == SHADOW_OUT ? QFrame::Raised : QFrame::Sunken);
-    frame->setFrameShape(style != NONE ? QFrame::StyledPanel : QFrame::NoFrame);
+    const int shape = edgeStyle != NONE ? QFrame::StyledPanel : QFrame::NoFrame;
+    const int shadow = edgeStyle == SHADOW_OUT ? QFrame::Raised : QFrame::Sunken;
+    frame->setFrameStyle(shape | shadow); // at once: each of the two measures the frame anew
 }
 
 void KsDialogComponent::changeWidth()

@@ -12,6 +12,7 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <QHash>
 #include <QString>
 #include <QWidget>
 #include <algorithm>
@@ -26,6 +27,37 @@ QFont& font()
 }
 
 constexpr int labelMargin = 3;
+
+// What the lines of labels took in the shared font: a layout asks for each label several times, and
+// to shape a line costs more than all else that a small control needs.
+class LineWidths {
+public:
+    int of(const QString& line)
+    {
+        if (line.size() > longestKept) return measured(line);
+        const auto kept = m_widths.constFind(line);
+        if (kept != m_widths.constEnd()) return *kept;
+        if (m_widths.size() >= mostKept) m_widths.clear();
+        return *m_widths.insert(line, measured(line));
+    }
+    void clear() { m_widths.clear(); }
+
+private:
+    static int measured(const QString& line)
+    {
+        return QFontMetrics(font()).horizontalAdvance(line);
+    }
+
+    static constexpr int longestKept = 100;
+    static constexpr int mostKept = 2000;
+    QHash<QString, int> m_widths;
+};
+
+LineWidths& lineWidths()
+{
+    static LineWidths& shared = *new LineWidths;
+    return shared;
+}
 
 // Which escapes a text gets depends on the kind of its element. The kinds are asked for by name,
 // so that a kind that is not registered is simply never met.
@@ -107,17 +139,20 @@ KbVec2i32 KsFormweave::getLabelPixelSize(KbString label, KsFormweave* node)
 {
     if (label.isEmpty()) return {0, 0};
     const QString text = toQString(ksShownText(convertToCString(label, node)));
-    const QFontMetrics metrics(font());
+    const int lineHeight = QFontMetrics(font()).height();
     const int lines = isOneLineEditText(node) ? 1 : text.count('\n') + 1;
-    if (lines < 2)
-        return {metrics.horizontalAdvance(text) + labelMargin, metrics.height() + labelMargin};
+    if (lines < 2) return {lineWidths().of(text) + labelMargin, lineHeight + labelMargin};
     int widest = 0;
     for (const QStringRef& line : text.splitRef('\n'))
-        widest = std::max(widest, metrics.horizontalAdvance(line.toString()));
-    return {widest + labelMargin, metrics.height() * lines + labelMargin};
+        widest = std::max(widest, lineWidths().of(line.toString()));
+    return {widest + labelMargin, lineHeight * lines + labelMargin};
 }
 
-void KsFormweave::setFont(QFont newFont) { font() = newFont; }
+void KsFormweave::setFont(QFont newFont)
+{
+    font() = newFont;
+    lineWidths().clear();
+}
 
 QFont KsFormweave::getFormweaveFont() { return font(); }
 

@@ -7,11 +7,11 @@ KsDialogQSeparator::KsDialogQSeparator(QWidget* parent, KsDialogSeparator* separ
 {
     m_line = new QFrame(this);
     adopt(m_line, "FrameWidget");
-    m_line->setFrameShadow(QFrame::Sunken);
 }
 
 void KsDialogQSeparator::updateSeparatorWidget(int x, int y, int w, int h, bool horizontal)
 {
-    if (m_line) m_line->setFrameShape(horizontal ? QFrame::HLine : QFrame::VLine);
+    const int style = (horizontal ? QFrame::HLine : QFrame::VLine) | QFrame::Sunken;
+    if (m_line && m_line->frameStyle() != style) m_line->setFrameStyle(style);
     place(m_line, x, y, w, h);
 }

@@ -332,6 +332,29 @@ TEST(ComboBox, anInvalidSelectionFromAFileIsTheFirstItemInTheScene)
     }
 }
 
+TEST(ComboBox, theWindowFollowsTheSceneToTheLastValidSelection)
+{
+    Shown shown(std::string(colours) + " selectedItem 1");
+    shown.box->selectedItem = -1;
+    EXPECT_EQ(shown.box->selectedItem, 1);
+    EXPECT_EQ(shown.selected3D(), "green");
+    EXPECT_EQ(shown.widget()->currentIndex(), 1);
+    const Shown fromFile(std::string(colours) + " selectedItem -7");
+    EXPECT_EQ(fromFile.box->selectedItem, 0);
+    EXPECT_EQ(fromFile.widget()->currentIndex(), 0);
+}
+
+TEST(ComboBox, anInvalidSelectionFromAFileIsBroughtIntoRangeInAWindow)
+{
+    for (const char* index : {"3", "2147483647"}) {
+        const Shown shown(std::string(colours) + " selectedItem " + index, Stage::Window);
+        EXPECT_EQ(shown.box->selectedItem, 2) << index;
+        EXPECT_EQ(shown.widget()->currentIndex(), 2) << index;
+    }
+    const Shown below(std::string(colours) + " selectedItem -7", Stage::Window);
+    EXPECT_EQ(below.widget()->currentIndex(), -1);
+}
+
 // Sizes.
 
 TEST(ComboBox, itsWidestItemAndRoomForTheButtonMakeItsSize)
@@ -506,6 +529,18 @@ TEST(ComboBox, whatAnAuditorSelectsStands)
     EXPECT_EQ(shown.box->selectedItem, 0);
     EXPECT_EQ(shown.selected3D(), "red");
     EXPECT_EQ(shown.listener.told, (Numbers{2, 1}));
+}
+
+TEST(ComboBox, whatAnAuditorSelectsDuringAChoiceInTheWindowIsShownThereToo)
+{
+    Shown shown(std::string(colours) + " selectedItem 1");
+    shown.listener.then = [](KsDialogChoice* choice) { choice->selectedItem = 0; };
+    shown.widget()->setFocus();
+    QTest::keyClick(shown.widget(), Qt::Key_Down);
+    EXPECT_EQ(shown.listener.told, Numbers{2});
+    EXPECT_EQ(shown.box->selectedItem, 0);
+    EXPECT_EQ(shown.selected3D(), "red");
+    EXPECT_EQ(shown.widget()->currentIndex(), 0);
 }
 
 TEST(ComboBox, anAuditorMayTakeTheComboBoxAway)
@@ -695,6 +730,18 @@ TEST(ComboBox, isWrittenAsItWasReadAfterItWasShownInAScene)
 }
 
 // Builds.
+
+TEST(ComboBox, aWindowThatIsDeletedTakesItsWidgetAlone)
+{
+    Shown shown;
+    delete shown.dialog->getBaseWidget();
+    EXPECT_EQ(shown.box->getWidget(), nullptr);
+    shown.box->addItem("more");
+    shown.box->selectedItem = 3;
+    EXPECT_EQ(shown.selected3D(), "more");
+    shown.choose(1);
+    EXPECT_EQ(shown.listener.told, Numbers{1});
+}
 
 TEST(ComboBox, aSecondBuildLeavesOneWidget)
 {

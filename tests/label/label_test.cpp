@@ -151,6 +151,20 @@ TEST_F(Label, takesNothingInTheLabelColumnAndIsNarrowerByIt)
     EXPECT_EQ(label->getComponentInitSize(), KbVec2i32(text[0] + 4 - 25, text[1]));
 }
 
+TEST(LabelBoth, inAColumnOfLabelsItsInitWidthIsNarrowerByTheColumn)
+{
+    Stage stage("TopLevelDialog { RowDialog {"
+                " DialogLabel { auditorID \"label\" label \"Applies to the next frame\" }"
+                " DialogCheckBox { auditorID \"box\" label \"Shadows\" } } }");
+    auto* label = stage.find<KsDialogLabel>("label");
+    const int column = stage.find<KsDialogCheckBox>("box")->getLabelInitSize()[0];
+    ASSERT_GT(column, 20);
+    const int text = KsFormweave::getLabelPixelSize(label->label, nullptr)[0];
+    EXPECT_EQ(label->getComponentInitSize()[0], text + 4 - column);
+    EXPECT_GE(label->width, text) << "the container adds the column back";
+    EXPECT_GE(textOf(label)->width(), text - 3);
+}
+
 TEST_F(Label, defaultSizesRaiseTheStoredComponentSize)
 {
     label->label = "Four\\nlines\\nof\\ntext";
@@ -218,6 +232,17 @@ TEST(LabelWindow, fieldsReachTheText)
     EXPECT_EQ(frameOf(label)->frameShape(), QFrame::NoFrame);
     label->labelVisibility = false;
     EXPECT_TRUE(textOf(label)->isVisible()) << "the text is the content";
+}
+
+TEST(LabelWindow, aWindowThatIsDeletedTakesItsTextAlone)
+{
+    Stage stage(formWith("label \"a\""));
+    auto* label = stage.find<KsDialogLabel>("label");
+    delete stage.dialog->getBaseWidget();
+    EXPECT_EQ(label->getWidget(), nullptr);
+    label->label = "other";
+    label->labelAlignment = KsFormweave::RIGHT;
+    stage.draw();
 }
 
 TEST(LabelWindow, aRebuildLeavesOneTextAndTheEndLeavesNone)

@@ -90,6 +90,19 @@ TEST(RadioButtons, rowsShareASurplusOnePixelAtATimeInTurn)
     EXPECT_EQ(radio->heights(200, texts + 1), (std::vector<int>{h + 1, h, h}));
 }
 
+TEST(RadioButtons, theRowThatIsNextInTurnIsOneThatIsLeft)
+{
+    const Library library;
+    KsRef<Radio> radio(new Radio({"A", "B", "C"}));
+    const int h = std::max(textHeight(), 16);
+    // Two of three got a pixel: the third would be next.
+    EXPECT_EQ(radio->heights(200, 30 + 3 * textHeight() + 2), (std::vector<int>{h + 1, h + 1, h}));
+    radio->removeItem(2);
+    radio->removeItem(1);
+    radio->getComponentInitSize();
+    EXPECT_EQ(radio->heights(200, 30 + textHeight() + 5), std::vector<int>{h + 5});
+}
+
 TEST(RadioButtons, rowsShrinkToJustAboveTheirLeastHeight)
 {
     const Library library;
@@ -243,6 +256,17 @@ TEST(RadioButtons, aClickOnAButtonTellsTheAuditorsBeforeTheSceneFollows)
     shown.clickButton(2);
     EXPECT_EQ(shown.listener.told, (std::vector<int>{2, 2}));
     EXPECT_EQ(shown.other->selectedItem, 0);
+}
+
+TEST(RadioButtons, whatAnAuditorSelectsStandsInBothPresentations)
+{
+    Shown shown;
+    shown.listener.then = [](KsDialogChoice* choice) { choice->selectedItem = 1; };
+    shown.clickButton(2);
+    EXPECT_EQ(shown.listener.told, std::vector<int>{2});
+    EXPECT_EQ(shown.radio->selectedItem, 1);
+    EXPECT_EQ(shown.checked2D(), 1);
+    EXPECT_EQ(shown.checked3D(), 1);
 }
 
 TEST(RadioButtons, arrowKeysMoveTheSelection)
