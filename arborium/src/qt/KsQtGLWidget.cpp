@@ -5,7 +5,6 @@
 #include <QEvent>
 #include <QImage>
 #include <QPainter>
-#include <QPalette>
 #include <QPointer>
 #include <QWidget>
 
@@ -16,7 +15,6 @@ struct KsQtGLWidget::Impl {
     QPointer<QWidget> window;
     std::unique_ptr<KsGL::Target> target;
     QImage picture;
-    QColor background;
     bool stale = true;
     bool initialized = false;
     bool doubleBuffer = true;
@@ -32,7 +30,6 @@ KsQtGLWidget::~KsQtGLWidget() = default;
 QWidget* KsQtGLWidget::buildWidget(QWidget* parent)
 {
     auto* window = new QWidget(parent);
-    window->setAttribute(Qt::WA_OpaquePaintEvent);
     window->installEventFilter(this);
     m_impl->window = window;
     m_impl->stale = true;
@@ -55,12 +52,9 @@ bool KsQtGLWidget::bindNormalContext()
 {
     const QWidget* window = m_impl->window;
     if (!window || m_impl->target) return false;
-    m_impl->background = window->palette().color(QPalette::Window);
-    const QColor& color = m_impl->background;
+    // What the widget stands on shows through, whatever its style makes of it.
     m_impl->target = std::make_unique<KsGL::Target>(
-        window->width(), window->height(), static_cast<float>(window->devicePixelRatioF()),
-        KbColor(static_cast<float>(color.redF()), static_cast<float>(color.greenF()),
-                static_cast<float>(color.blueF())));
+        window->width(), window->height(), static_cast<float>(window->devicePixelRatioF()));
     return true;
 }
 
@@ -71,8 +65,9 @@ void KsQtGLWidget::unbindNormalContext()
     const int width = m_impl->target->getWidth(), height = m_impl->target->getHeight();
     m_impl->target->finish(rgba);
     m_impl->target.reset();
-    m_impl->picture = QImage(rgba.data(), width, height, 4 * width, QImage::Format_RGBX8888)
-                          .convertToFormat(QImage::Format_RGB32);
+    m_impl->picture =
+        QImage(rgba.data(), width, height, 4 * width, QImage::Format_RGBA8888_Premultiplied)
+            .convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (m_impl->window) m_impl->picture.setDevicePixelRatio(m_impl->window->devicePixelRatioF());
     m_impl->stale = false;
     ++m_impl->pictures;
@@ -90,9 +85,7 @@ void KsQtGLWidget::paint()
 {
     QWidget* window = m_impl->window;
     const qreal scale = window->devicePixelRatioF();
-    if (m_impl->picture.devicePixelRatio() != scale ||
-        window->palette().color(QPalette::Window) != m_impl->background)
-        m_impl->stale = true;
+    if (m_impl->picture.devicePixelRatio() != scale) m_impl->stale = true;
     if (m_impl->stale && bindNormalContext()) {
         if (!m_impl->initialized) {
             m_impl->initialized = true;

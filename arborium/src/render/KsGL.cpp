@@ -38,7 +38,7 @@ public:
 
 class GLDrawer final : public Drawer {
 public:
-    GLDrawer(int width, int height, float scale, const KbColor& background)
+    GLDrawer(int width, int height, float scale, const KbColor* background)
         : m_width(width), m_height(height)
     {
         if (!m_current || !KsGLFramebuffer::shared().bind(width, height, 1)) return;
@@ -50,7 +50,8 @@ public:
                                  GL_SCISSOR_TEST, GL_TEXTURE_2D, GL_MULTISAMPLE})
             glDisable(off);
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-        glClearColor(background[0], background[1], background[2], 1);
+        const KbColor fill = background ? *background : KbColor(0, 0, 0);
+        glClearColor(fill[0], fill[1], fill[2], background ? 1 : 0);
         glClear(GL_COLOR_BUFFER_BIT);
         glMatrixMode(GL_PROJECTION);
         glPushMatrix();
@@ -101,12 +102,12 @@ private:
 /// line leaves out its last pixel.
 class RasterDrawer final : public Drawer {
 public:
-    RasterDrawer(int width, int height, float scale, const KbColor& background)
+    RasterDrawer(int width, int height, float scale, const KbColor* background)
         : m_width(width), m_height(height), m_scale(scale),
           m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4)
     {
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) set(x, y, background);
+        for (int y = 0; background && y < height; ++y)
+            for (int x = 0; x < width; ++x) set(x, y, *background);
     }
     void draw(KsGL::Primitive primitive, const std::vector<Vertex>& given, bool smooth) override
     {
@@ -220,7 +221,7 @@ struct KsGL::Target::Impl {
     int width = 0, height = 0;
 };
 
-KsGL::Target::Target(int width, int height, float scale, const KbColor& background)
+KsGL::Target::Target(int width, int height, float scale, const KbColor* background)
     : m_impl(new Impl)
 {
     scale = scale > 0 ? std::min(scale, 16.0f) : 1.0f;

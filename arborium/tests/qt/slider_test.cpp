@@ -75,7 +75,8 @@ void drag(QWidget* widget, const QPoint& from, const QPoint& to, int steps = 5)
 // A bar in three bands and a gradient, a triangle, lines: what controls draw.
 std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL)
 {
-    KsGL::Target target(width, height, scale, KbColor(0.5f, 0.5f, 0.5f));
+    const KbColor grey(0.5f, 0.5f, 0.5f);
+    KsGL::Target target(width, height, scale, &grey);
     byGL = target.usesGL();
     const float colors[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
     for (int row = 0; row < 2; ++row) {
@@ -169,8 +170,9 @@ TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
     KsGL::vertex2sv(nullptr);
     KsGL::vertex2f(1, 2);
     KsGL::end();
-    const KsGL::Target outer(4, 4, 1, KbColor());
-    KsGL::Target inner(4, 4, 1, KbColor(1, 1, 1));
+    const KbColor white(1, 1, 1);
+    const KsGL::Target outer(4, 4, 1);
+    KsGL::Target inner(4, 4, 1, &white);
     std::vector<std::uint8_t> rgba;
     inner.finish(rgba);
     EXPECT_EQ(rgba, std::vector<std::uint8_t>(64, 0)) << "targets are not nested";
@@ -300,6 +302,21 @@ TEST_F(BasicSlider, drawsOnWhatTheWindowIsFilledWith)
     const QImage image = slider.getNormalWindow()->grab().toImage();
     EXPECT_EQ(image.pixelColor(1, 1), QColor(10, 200, 30));
     EXPECT_EQ(image.pixelColor(slider.at(0.7f)), QColor(255, 0, 0));
+}
+
+TEST_F(BasicSlider, whatItStandsOnShowsThrough)
+{
+    struct Picture : QWidget {
+        using QWidget::QWidget;
+        void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::yellow); }
+    } picture(&window);
+    picture.resize(window.size());
+    Slider slider(&picture);
+    window.show();
+    const QWidget* widget = slider.getNormalWindow();
+    const QImage image = window.grab().toImage();
+    EXPECT_EQ(image.pixelColor(widget->mapTo(&window, QPoint(1, 1))), QColor(Qt::yellow));
+    EXPECT_EQ(image.pixelColor(widget->mapTo(&window, slider.at(0.7f))), QColor(255, 0, 0));
 }
 
 } // namespace

@@ -10,8 +10,8 @@ class QImage;
 class QPainter;
 
 /// A widget that draws itself with the calls of `KsGL`. All of them share the one context of the
-/// process; the picture is kept, and made again only after `redraw` or a change of size, screen scale
-/// or background.
+/// process; the picture is kept, and made again only after `redraw` or a change of size or screen
+/// scale. What the widget stands on shows where nothing is drawn.
 class ARBORIUM_API KsQtGLWidget : public KsQtComponent {
     Q_OBJECT
 
@@ -30,8 +30,8 @@ public:
     /// with TRUE, the default, after `swapNormalBuffers`.
     void setDoubleBuffer(bool doubleBuffer);
     bool isDoubleBuffer() const;
-    /// Opens the widget's picture for calls of `KsGL`, filled with the background. FALSE if there is
-    /// no widget or the picture is open already.
+    /// Opens the widget's picture, which is empty, for calls of `KsGL`. FALSE if there is no widget
+    /// or the picture is open already.
     bool bindNormalContext();
     /// Another name for it.
     bool makeNormalCurrent() { return bindNormalContext(); }

@@ -39,8 +39,8 @@ public:
     class ARBORIUM_API Target {
     public:
         /// The picture is `width` times `height` pixels, each of `scale` times `scale` pixels of the
-        /// screen, filled with `background`.
-        Target(int width, int height, float scale, const KbColor& background);
+        /// screen, filled with `background`. Without one it is transparent where nothing is drawn.
+        Target(int width, int height, float scale, const KbColor* background = nullptr);
         ~Target();
         Target(const Target&) = delete;
         Target& operator=(const Target&) = delete;
