@@ -25,8 +25,8 @@ public:
     KsMessageDialog(KbString label, KbString title, Type type);
 
     /// Shows the box with the fields as they are, in front of `KsQt::getTopLevelWidget`, and returns
-    /// when the user has closed it. Texts are plain text. What is being dragged in a scene is let go
-    /// first. Needs a `QApplication`.
+    /// when the user has closed it. Texts are plain text, cut at the length that `KsLimits` allows.
+    /// What is being dragged in a scene is let go first. Needs a `QApplication`.
     virtual void show();
     /// Nothing: only the user closes a box.
     virtual void close();

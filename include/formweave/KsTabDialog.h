@@ -9,8 +9,10 @@ class KsNodeSensor;
 class KsSwitch;
 class KsTabDialogAuditor;
 
-/// Shows one of its children at a time. Each child is a page, and its `label` the title of its tab.
-/// In a scene the tabs stand along the top edge; two buttons beside them scroll the row.
+/// Shows one of its children at a time. Each child is a page, and its `label` the title of its tab;
+/// in a window a "&" in it makes the next letter a shortcut. In a scene the tabs stand along the top
+/// edge; two buttons beside them scroll the row, and nothing else brings a tab into view but a click
+/// on the one that is cut off.
 class FORMWEAVE_API KsTabDialog : public KsDialogGroup {
     KS_KIT_HEADER(KsTabDialog);
 
@@ -19,7 +21,8 @@ public:
 
     /// Index of the page on show. A build and a change of the pages bring it into range: in a window
     /// to the nearest page, in a scene to the page before. A page that is inserted before the one on
-    /// show moves it on by one. Default 0.
+    /// show moves it on by one; where one before it is removed the index stays, and the next page is
+    /// shown. Default 0.
     KsSFInt32 selectedPage;
     /// A `TabsLocation`. It tells only on which side the size reserves the room of the tabs; they
     /// stand at the top. Default TOP.

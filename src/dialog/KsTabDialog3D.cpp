@@ -273,22 +273,22 @@ void KsTabDialog::change3DSelectedPage()
     const float room = static_cast<float>(size3D()[0]) - 2 * inset;
     const int selected = selectedPage;
     const int count = std::min(m_elements.count(), static_cast<int>(m_scenePages.size()));
-    int lastFitting = m_firstPage - 1;
+    // The one that does not fit is cut off before the buttons; those below the buttons are, too.
+    int cut = m_firstPage, last = m_firstPage;
     float used = 0;
+    for (int i = m_firstPage; i < count && used < room; ++i) {
+        used += m_scenePages[static_cast<std::size_t>(i)].width;
+        if (used < room) last = i;
+        if (used < room - buttonsRoom) cut = i + 1;
+    }
+    last = std::max(last, cut);
     for (int i = 0; i < count; ++i) {
         ScenePage& page = m_scenePages[static_cast<std::size_t>(i)];
-        if (i >= m_firstPage) used += page.width;
         setSwitchValue(page.pageSwitch.get(),
-                       used < room && i >= m_firstPage ? KsSwitch::ALL : KsSwitch::NONE);
+                       i >= m_firstPage && i <= last ? KsSwitch::ALL : KsSwitch::NONE);
         select3DTab(page, i == selected);
-        if (used < room - buttonsRoom) lastFitting = i;
     }
-    // The one that does not fit is cut off before the buttons.
-    const int cut = lastFitting + 1;
-    if (cut < count) {
-        setSwitchValue(m_scenePages[static_cast<std::size_t>(cut)].pageSwitch.get(), KsSwitch::ALL);
-        if (m_tabClicked && cut == selected) change3DFirstPageRight();
-    }
+    if (m_tabClicked && cut < count && cut == selected) change3DFirstPageRight();
     if (before != selectedPage) change3DPosition();
 }
 

@@ -17,9 +17,6 @@ private:
     int& m_level;
 };
 
-// What would underline the next letter and make it a shortcut is a letter of the title.
-QString asTabText(QString title) { return title.replace(QLatin1Char('&'), QLatin1String("&&")); }
-
 } // namespace
 
 KsDialogQTabDialog::KsDialogQTabDialog(QWidget* parent, KsTabDialog* tabDialog)
@@ -44,7 +41,7 @@ QWidget* KsDialogQTabDialog::addPage(int index, const QString& title)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     const Quiet quiet(m_quiet);
-    if (m_tabWidget) m_tabWidget->insertTab(index, page, asTabText(title));
+    if (m_tabWidget) m_tabWidget->insertTab(index, page, title);
     return page;
 }
 
@@ -58,7 +55,7 @@ void KsDialogQTabDialog::removePage(QWidget* page)
 
 void KsDialogQTabDialog::changePageLabel(QWidget* page, const QString& title)
 {
-    if (m_tabWidget) m_tabWidget->setTabText(m_tabWidget->indexOf(page), asTabText(title));
+    if (m_tabWidget) m_tabWidget->setTabText(m_tabWidget->indexOf(page), title);
 }
 
 QBoxLayout* KsDialogQTabDialog::getPageLayout(int index) const

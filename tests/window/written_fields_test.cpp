@@ -3,11 +3,16 @@
 
 #include "Window.h"
 
+#include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsHandleEventAction.h>
+#include <arborium/actions/KsPath.h>
+#include <arborium/actions/KsSearchAction.h>
 #include <arborium/events/KsEvent.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
+#include <arborium/nodes/KsSwitch.h>
+#include <formweave/KsTabDialog.h>
 
 #include <cmath>
 #include <map>
@@ -426,6 +431,17 @@ TopLevelDialog {
 }
 )";
 
+const char* const tabs = R"(
+TopLevelDialog {
+    width 320
+    TabDialog {
+        width 300 height 120 margin 2
+        DialogCheckBox { label "first" width 100 height 30 }
+        DialogCheckBox { label "second" onString "on" offString "off" }
+    }
+}
+)";
+
 // A scene in which a pixel of the picture is a unit of the panel, and a person who clicks in it.
 class Scene {
 public:
@@ -455,6 +471,20 @@ public:
         click(onPicture(
             measure(box).getCenter() +
             KbVec3f(static_cast<float>(place[0]) - static_cast<float>(control[0]) / 2 + 10, 0, 0)));
+    }
+    void clickTab(KsTabDialog* dialog, int index)
+    {
+        auto* row = ksCast<KsGroup>(dialog->getAnyPart("pagesSep", false));
+        for (int i = 0; row && i < row->getNumChildren(); ++i) {
+            KsSearchAction search;
+            search.setNode(row->getChild(i));
+            search.apply(m_scene.get());
+            if (!ksCast<KsSwitch>(row->getChild(i)) || index-- != 0 || !search.getPath()) continue;
+            KsGetBoundingBoxAction box{KbViewportRegion(1024, 1024)};
+            box.apply(search.getPath());
+            return click(onPicture(box.getBoundingBox().getCenter()));
+        }
+        ADD_FAILURE() << "there is no such tab";
     }
     void clickMinimise() { click(corner() + KbVec2f(m_dialog->getTopLevelSize()[0] - 12, -12)); }
     void dragPanel()
@@ -488,6 +518,11 @@ private:
 KsDialogCheckBox* firstBox(KsTopLevelDialog* dialog)
 {
     return static_cast<KsDialogCheckBox*>(dialog->getChild(0));
+}
+
+KsTabDialog* tabsOf(KsTopLevelDialog* dialog)
+{
+    return static_cast<KsTabDialog*>(dialog->getChild(0));
 }
 
 void show(KsTopLevelDialog* dialog)
@@ -601,6 +636,25 @@ INSTANTIATE_TEST_SUITE_P(
         Written{"aPanelThatIsMinimised", form,
                 [](KsTopLevelDialog* d) { Scene(d).clickMinimise(); },
                 of("TopLevelDialog", {"minimized", "minimized3DPosition"})},
+        Written{
+            "aPageThatIsOpenedInAWindow", tabs,
+            [](KsTopLevelDialog* d) {
+                show(d);
+                auto* bar = tabsOf(d)->getWidget()->findChild<QTabBar*>();
+                QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(1).center());
+            },
+            layout + Fields{"TopLevelDialog.width", "TabDialog.width", "TabDialog.selectedPage"}},
+        Written{"aPageThatIsOpenedInAScene",
+                tabs,
+                [](KsTopLevelDialog* d) { Scene(d).clickTab(tabsOf(d), 1); },
+                {"TabDialog.selectedPage"}},
+        Written{"aPageThatTheApplicationOpens",
+                tabs,
+                [](KsTopLevelDialog* d) {
+                    measure(d);
+                    tabsOf(d)->selectedPage = 1;
+                },
+                {"TabDialog.selectedPage"}},
         Written{"aClickInASceneAfterAWindow", form,
                 [](KsTopLevelDialog* d) {
                     show(d);
