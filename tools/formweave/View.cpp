@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "ActionPrinter.h"
 #include "Arguments.h"
 #include "Banner.h"
 #include "DialogFile.h"
@@ -7,14 +8,10 @@
 #include "Session.h"
 
 #include <arborium/actions/KsGetBoundingBoxAction.h>
-#include <arborium/base/KbNumber.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <arborium/qt/KsQt.h>
 #include <arborium/qt/KsQtViewer.h>
-#include <formweave/KsDialogAuditor.h>
-#include <formweave/KsDialogCheckBox.h>
-#include <formweave/KsDialogIntegerSlider.h>
-#include <formweave/KsDialogRealSlider.h>
+#include <formweave/KsMessageDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
 #include <QFile>
@@ -28,32 +25,6 @@ namespace {
 constexpr int windowGap = 40;     // between windows on the desktop
 constexpr float panelGap = 30;    // between panels in the scene
 constexpr int settlingTime = 100; // ms: a file is often written in several steps
-
-/// Tells on standard output what a person does in either presentation.
-class ActionPrinter : public KsDialogAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* checkBox) override
-    {
-        print(checkBox, checkBox->state ? "on" : "off");
-    }
-    void dialogIntegerSlider(KsDialogIntegerSlider* slider) override
-    {
-        print(slider, KbNumber::toString(slider->value.getValue()));
-    }
-    void dialogRealSlider(KsDialogRealSlider* slider) override
-    {
-        print(slider, KbNumber::toString(slider->value.getValue()));
-    }
-
-private:
-    static void print(const KsFormweave* element, const std::string& what)
-    {
-        const KbString& id = element->auditorID.getValue();
-        std::printf("%s: %s\n", (id.isEmpty() ? element->label.getValue() : id).toUtf8().c_str(),
-                    what.c_str());
-        std::fflush(stdout);
-    }
-};
 
 QByteArray contentsOf(const std::string& path)
 {
@@ -92,6 +63,16 @@ public:
         if (m_banner) m_banner->setMessage(error);
         return element != nullptr;
     }
+    /// The message box of the file with this `auditorID`; null if there is none.
+    KsRef<KsMessageDialog> messageBox(const std::string& id) const
+    {
+        const KbString wanted = KbString::fromUtf8(id);
+        for (KsFormweave* each : m_file->elements()) {
+            auto* box = ksCast<KsMessageDialog>(each);
+            if (box && box->auditorID == wanted) return KsRef<KsMessageDialog>(box);
+        }
+        return {};
+    }
     bool hasChanged() const { return contentsOf(m_path) != m_contents; }
 
     const std::string& path() const { return m_path; }
@@ -106,9 +87,7 @@ public:
     float placePanel(float x)
     {
         m_place->translation = KbVec3f(0, 0, 0);
-        KsGetBoundingBoxAction measure{KbViewportRegion(100, 100)};
-        measure.apply(m_panel.get());
-        const KbBox3f box = measure.getBoundingBox();
+        const KbBox3f box = measuredPanel();
         if (box.isEmpty()) return x;
         m_place->translation = KbVec3f(x - box.getMin()[0], 0, 0);
         return x + box.getSize()[0] + panelGap;
@@ -117,6 +96,13 @@ public:
     std::string error;
 
 private:
+    KbBox3f measuredPanel()
+    {
+        KsGetBoundingBoxAction measure{KbViewportRegion(100, 100)};
+        measure.apply(m_panel.get());
+        return measure.getBoundingBox();
+    }
+
     void hearNothing()
     {
         if (auto* dialog = ksCast<KsTopLevelDialog>(m_element)) dialog->removeAuditor(m_auditor);
@@ -124,6 +110,14 @@ private:
 
     void show(std::unique_ptr<DialogFile> file, KsFormweave* element)
     {
+        if (m_arguments.presentation & Arguments::Scene) {
+            if (m_panel->getNumChildren() > 1)
+                m_panel->replaceChild(1, element);
+            else
+                m_panel->addChild(element);
+            // Before the window, whose layout writes sizes that a panel would take for wishes.
+            measuredPanel();
+        }
         std::unique_ptr<ElementWindow> window;
         if (m_arguments.presentation & Arguments::Window) {
             window = std::make_unique<ElementWindow>(element);
@@ -136,12 +130,6 @@ private:
             }
             // Before the former one goes: a program without windows would end.
             window->show();
-        }
-        if (m_arguments.presentation & Arguments::Scene) {
-            if (m_panel->getNumChildren() > 1)
-                m_panel->replaceChild(1, element);
-            else
-                m_panel->addChild(element);
         }
         hearNothing();
         m_window = std::move(window);
@@ -165,7 +153,10 @@ private:
 
 class View {
 public:
-    explicit View(const Arguments& arguments) : m_arguments(arguments), m_scene(new KsSeparator) {}
+    explicit View(const Arguments& arguments) : m_arguments(arguments), m_scene(new KsSeparator)
+    {
+        m_printer.pressed = [this](const std::string& id) { showMessageBox(id); };
+    }
 
     /// FALSE if a file cannot be shown.
     bool open()
@@ -181,6 +172,15 @@ public:
     }
 
 private:
+    // Stands for what a program does that hears of the button.
+    void showMessageBox(const std::string& id)
+    {
+        if (id.empty()) return;
+        for (const auto& file : m_files) {
+            if (const KsRef<KsMessageDialog> box = file->messageBox(id)) return box->show();
+        }
+    }
+
     void placeWindows()
     {
         QPoint place(windowGap, windowGap);
