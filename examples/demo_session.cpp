@@ -317,11 +317,12 @@ private:
                 if (page->isShown3D()) scene += page->label.getValue().toUtf8();
             }
         }
-        m_heard.tell();
-        if (element && !element->enable) std::cout << id << " is disabled and stays; ";
-        if (!window.empty())
-            std::cout << "the window shows " << window << ", the panel shows " << scene;
-        std::cout << "\n\n";
+        if (!window.empty()) {
+            m_heard.tell() << (element->enable ? "" : "it is disabled and stays; ")
+                           << "the window shows " << window << ", the panel shows " << scene
+                           << '\n';
+        }
+        std::cout << '\n';
         const int changesWanted = changes && !window.empty() ? 1 : 0;
         if (!frame || window != scene || m_heard.auditorCalls != (told ? 1 : 0) ||
             m_heard.fieldChanges != changesWanted) {
