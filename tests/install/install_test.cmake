@@ -1,5 +1,5 @@
-# Installs into an empty prefix, moves that prefix, and builds the program of the README against
-# it as a stranger would: with find_package, and with pkg-config. Then runs both, and the
+# Installs into an empty prefix, moves that prefix, and builds the programs of the README against
+# it as a stranger would: with find_package, and with pkg-config. Then runs them, and the
 # installed formweave.
 
 cmake_minimum_required(VERSION 3.18)
@@ -39,21 +39,26 @@ endforeach()
 
 file(RENAME "${WORK_DIR}/first" "${prefix}")
 
-# ---- the README's program --------------------------------------------------------------------
+# ---- the README's programs -------------------------------------------------------------------
 
-file(READ "${SOURCE_DIR}/README.md" readme)
-string(FIND "${readme}" "```cpp\n" begin)
-if(begin EQUAL -1)
-  message(FATAL_ERROR "README.md holds no ```cpp block")
-endif()
-math(EXPR begin "${begin} + 7")
-string(SUBSTRING "${readme}" ${begin} -1 program)
-string(FIND "${program}" "\n```" end)
-if(end EQUAL -1)
-  message(FATAL_ERROR "the ```cpp block of README.md has no end")
-endif()
-string(SUBSTRING "${program}" 0 ${end} program)
-file(WRITE "${WORK_DIR}/app/main.cpp" "${program}\n")
+# The first one is main.cpp, a dialog in a window; the second one shows it in a scene.
+file(READ "${SOURCE_DIR}/README.md" rest)
+foreach(source IN ITEMS main.cpp scene.cpp)
+  string(FIND "${rest}" "```cpp\n" begin)
+  if(begin EQUAL -1)
+    message(FATAL_ERROR "README.md holds no ```cpp block for ${source}")
+  endif()
+  math(EXPR begin "${begin} + 7")
+  string(SUBSTRING "${rest}" ${begin} -1 rest)
+  string(FIND "${rest}" "\n```" end)
+  if(end EQUAL -1)
+    message(FATAL_ERROR "a ```cpp block of README.md has no end")
+  endif()
+  string(SUBSTRING "${rest}" 0 ${end} program)
+  math(EXPR end "${end} + 4")
+  string(SUBSTRING "${rest}" ${end} -1 rest)
+  file(WRITE "${WORK_DIR}/app/${source}" "${program}\n")
+endforeach()
 file(WRITE "${WORK_DIR}/app/CMakeLists.txt" [[
 cmake_minimum_required(VERSION 3.18)
 project(App LANGUAGES CXX)
@@ -66,9 +71,11 @@ if(NOT EXISTS "${Formweave_SKINS_DIR}/default")
 endif()
 add_executable(app main.cpp)
 target_link_libraries(app Formweave::Formweave)
+add_executable(scene scene.cpp)
+target_link_libraries(scene Formweave::Formweave)
 ]])
-# Wherever the program expects its dialog file: beside it, or in examples/.
-file(COPY "${SOURCE_DIR}/examples" DESTINATION "${WORK_DIR}/app")
+# Where the programs expect dialog files and skins.
+file(COPY "${SOURCE_DIR}/examples" "${SOURCE_DIR}/data" DESTINATION "${WORK_DIR}/app")
 file(GLOB dialogs "${SOURCE_DIR}/examples/*.arb")
 file(COPY ${dialogs} DESTINATION "${WORK_DIR}/app")
 
@@ -114,8 +121,8 @@ set(quiet_environment --unset=ARBHOME --unset=FORMWEAVE_SKINS_DIR --unset=DISPLA
   "FONTCONFIG_FILE=${FONTCONFIG}" "XDG_RUNTIME_DIR=${WORK_DIR}/runtime")
 file(CHMOD "${WORK_DIR}/runtime" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
 
-# The program shows its dialog until somebody closes it, so it is ended after some seconds.
-foreach(program IN ITEMS build/app ./app-pc)
+# A program shows its dialog until somebody closes it, so it is ended after some seconds.
+foreach(program IN ITEMS build/app build/scene ./app-pc)
   execute_process(
     COMMAND "${CMAKE_COMMAND}" -E env ${quiet_environment} timeout 4 "${program}"
     WORKING_DIRECTORY "${WORK_DIR}/app"
