@@ -22,12 +22,16 @@ QProcessEnvironment environment()
 }
 
 Result run(const QStringList& arguments, const QProcessEnvironment& variables = environment(),
-           const QString& directory = {})
+           const QString& directory = {}, const QString& shell = {})
 {
     QProcess process;
     process.setProcessEnvironment(variables);
     if (!directory.isEmpty()) process.setWorkingDirectory(directory);
-    process.start(FORMWEAVE_TOOL, arguments);
+    if (shell.isEmpty())
+        process.start(FORMWEAVE_TOOL, arguments);
+    else // a shell that sets something up for the program
+        process.start("sh", QStringList{"-c", shell + "; exec \"$0\" \"$@\"", FORMWEAVE_TOOL} +
+                                arguments);
     Result result;
     if (!process.waitForFinished(40000)) {
         process.kill();
@@ -263,6 +267,22 @@ TEST_F(Tool, rendersAPanelWithoutADisplay)
         run({"render", example, "-o", path, "--3d", "--size", "640x320", "--scale", "1.5"}).status,
         0);
     EXPECT_EQ(QImage(path).size(), QSize(960, 480));
+}
+
+TEST_F(Tool, aPictureOnAFullDeviceIsAnErrorAndLeavesTheOldOne)
+{
+    const QString path = write("old.png", "old");
+    for (const char* presentation : {"--2d", "--3d"}) {
+        // No file may grow beyond 512 bytes, which stands in for the full device.
+        const Result result = run({"render", example, "-o", path, presentation}, environment(), {},
+                                  "trap '' XFSZ; ulimit -f 1");
+        EXPECT_EQ(result.status, 1) << presentation;
+        EXPECT_TRUE(result.err.contains("old.png")) << qPrintable(result.err);
+        EXPECT_TRUE(result.err.contains("cannot be written")) << qPrintable(result.err);
+        EXPECT_EQ(contents(path), "old");
+        EXPECT_EQ(QDir(scratch.path()).entryList(QDir::Files | QDir::Hidden),
+                  QStringList{"old.png"});
+    }
 }
 
 TEST_F(Tool, aSkinChangesThePanel)

@@ -5,7 +5,9 @@
 #include "Presentation.h"
 #include "Session.h"
 
-#include <QSaveFile>
+#include <arborium/base/KbFileHelper.h>
+
+#include <QBuffer>
 #include <cstdio>
 
 namespace {
@@ -18,10 +20,15 @@ bool drawWindow(KsFormweave* element, const Arguments& arguments)
         return false;
     }
     // A picture that cannot be finished leaves an earlier one as it was.
-    QSaveFile file(QString::fromStdString(arguments.output));
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit()) return true;
+    QBuffer bytes;
+    KbString why("no PNG can be made of it");
+    const bool made = bytes.open(QIODevice::WriteOnly) && image.save(&bytes, "PNG");
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (made && KbFileHelper::writeFileAtomically(KbString::fromUtf8(arguments.output),
+                                                  {bytes.data().constData(), size}, &why))
+        return true;
     std::fprintf(stderr, "%s: cannot be written: %s\n", arguments.output.c_str(),
-                 qPrintable(file.errorString()));
+                 why.toUtf8().c_str());
     return false;
 }
 

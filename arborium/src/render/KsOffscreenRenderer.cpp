@@ -2,12 +2,13 @@
 
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsRenderAction.h>
+#include <arborium/base/KbFileHelper.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/nodes/KsNode.h>
 #include <arborium/render/KsOffscreenRenderer.h>
 
+#include <QBuffer>
 #include <QImage>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -213,13 +214,16 @@ bool KsOffscreenRenderer::writeToFile(const KbString& path) const
     }
     const QImage picture(impl.image.data(), impl.width, impl.height, 4 * impl.width,
                          QImage::Format_RGBA8888_Premultiplied);
-    QSaveFile file(QString::fromStdString(name));
     // Without an alpha channel if it would say nothing.
     const bool opaque = impl.frame.top[3] >= 1 && impl.frame.bottom[3] >= 1;
     const QImage converted = opaque ? picture.convertToFormat(QImage::Format_RGB888) : picture;
-    if (!file.open(QIODevice::WriteOnly) || !converted.save(&file, "PNG") || !file.commit()) {
+    QBuffer bytes;
+    KbString why("no PNG can be made of it");
+    const bool made = bytes.open(QIODevice::WriteOnly) && converted.save(&bytes, "PNG");
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (!made || !KbFileHelper::writeFileAtomically(path, {bytes.data().constData(), size}, &why)) {
         KsDebugError::post(where, "\"%s\" cannot be written: %s.", name.c_str(),
-                           file.errorString().toUtf8().constData());
+                           why.toUtf8().c_str());
         return false;
     }
     return true;
