@@ -121,13 +121,15 @@ KsShape::Form KsVertexShape::getForm(const KsState* state)
 void KsVertexShape::getBoundingBox(KsGetBoundingBoxAction* action)
 {
     // It is visited by nobody else, and must tell of its next change.
-    if (KsNode* property = vertexProperty.getValue()) property->clearStale(StaleBox);
+    if (auto* property = ksCast<KsVertexProperty>(vertexProperty.getValue()))
+        property->clearStale(StaleBox);
     KsShape::getBoundingBox(action);
 }
 
 void KsVertexShape::GLRender(KsRenderAction* action)
 {
-    if (KsNode* property = vertexProperty.getValue()) property->clearStale(StaleDraw);
+    if (auto* property = ksCast<KsVertexProperty>(vertexProperty.getValue()))
+        property->clearStale(StaleDraw);
     KsShape::GLRender(action);
 }
 

@@ -1,11 +1,14 @@
 #include "TestShape.h"
 
+#include <MessageGuard.h>
+#include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/nodes/KsBaseColor.h>
 #include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsCoordinate3.h>
 #include <arborium/nodes/KsDirectionalLight.h>
 #include <arborium/nodes/KsFaceSet.h>
 #include <arborium/nodes/KsFont.h>
+#include <arborium/nodes/KsIndexedFaceSet.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
@@ -50,6 +53,33 @@ protected:
     KsRef<KsSeparator> root{new KsSeparator};
     KsRenderAction render{KbViewportRegion(200, 100)};
 };
+
+TEST_F(KeptDraws, whatAShapeRefersToMayBeAChildAsWell)
+{
+    // Not what the field is for, but it can be written into a file.
+    auto* shape = addTo<KsIndexedFaceSet>(root);
+    auto* group = addTo<KsSeparator>(root);
+    addTo<TestShape>(group);
+    shape->vertexProperty = group;
+    root->removeChild(group);
+    KsGetBoundingBoxAction box(KbViewportRegion(200, 100));
+    ExpectedMessages messages;
+    messages.allow("KsVertexShape::getForm", "");
+    render.apply(root);
+    box.apply(root);
+    addTo<TestShape>(group);
+    render.apply(root);
+    box.apply(root);
+    root->addChild(group);
+    addTo<TestShape>(group);
+    for (int i = 0; i < 2; ++i) {
+        render.apply(root);
+        box.apply(root);
+        EXPECT_EQ(render.getDrawList().draws.size(), static_cast<std::size_t>(3 + i));
+        EXPECT_TRUE(isFresh(render, root));
+        addTo<TestShape>(group);
+    }
+}
 
 TEST_F(KeptDraws, onlyTheWayToAChangeIsVisitedAgain)
 {
