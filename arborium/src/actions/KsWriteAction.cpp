@@ -2,6 +2,8 @@
 
 #include "io/KsOutputImpl.h"
 
+#include <arborium/base/KsLimits.h>
+#include <arborium/nodes/KsChildList.h>
 #include <arborium/nodes/KsNode.h>
 
 KsWriteAction::KsWriteAction() : KsWriteAction(nullptr) {}
@@ -20,28 +22,48 @@ KsType KsWriteAction::getClassTypeId()
     return type;
 }
 
+namespace {
+/// First all is counted, then written. `apply` says whether the traversal went through.
+template <class Apply> void writeInStages(KsOutput& out, const Apply& apply)
+{
+    KsOutput::Impl& im = out.impl();
+    out.setStage(KsOutput::COUNT_REFS);
+    im.isPartial = !apply() || im.isPartial;
+    out.setStage(KsOutput::WRITE);
+    im.beginFile();
+    im.isPartial = !apply() || im.isPartial;
+    out.newLine();
+}
+} // namespace
+
 void KsWriteAction::apply(KsNode* root)
 {
     if (!root) return;
     const KsKeepAlive alive(root);
-    m_out->setStage(KsOutput::COUNT_REFS);
-    KsAction::apply(root);
-    m_out->setStage(KsOutput::WRITE);
-    m_out->impl().beginFile();
-    KsAction::apply(root);
-    m_out->newLine();
+    writeInStages(*m_out, [this, root] {
+        KsAction::apply(root);
+        return !isTerminated();
+    });
 }
 
 void KsWriteAction::apply(KsPath* path)
 {
     if (!path || path->getLength() == 0) return;
     const KsKeepAlive alive(path);
-    m_out->setStage(KsOutput::COUNT_REFS);
-    KsAction::apply(path);
-    m_out->setStage(KsOutput::WRITE);
-    m_out->impl().beginFile();
-    KsAction::apply(path);
-    m_out->newLine();
+    writeInStages(*m_out, [this, path] {
+        KsAction::apply(path);
+        return !isTerminated();
+    });
 }
 
-void KsWriteAction::visit(KsNode* node) { node->write(this); }
+void KsWriteAction::visit(KsNode* node)
+{
+    KsOutput::Impl& im = m_out->impl();
+    ++im.walked;
+    // What stands deeper than this is not traversed.
+    const KsChildList* children = node->getChildren();
+    if (children && children->getLength() > 0 && im.walked >= KsLimits::current().nesting * 3)
+        im.isPartial = true;
+    node->write(this);
+    --im.walked;
+}

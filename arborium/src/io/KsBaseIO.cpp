@@ -33,7 +33,7 @@ std::string nearestType(const Impl& in, std::string_view word, KsType expected)
 /// The type if an object of it can be made here; else the bad type, with an error at `token`.
 KsType usableType(Impl& in, std::string_view word, KsType expected)
 {
-    const KsType type = Impl::typeNamed(word);
+    const KsType type = in.typeNamed(word);
     if (type.isBad() || !type.isDerivedFrom(KsBase::getClassTypeId())) {
         in.error("unknown node type " + in.quote(word) + nearestType(in, word, expected));
     } else if (!type.isDerivedFrom(expected)) {
@@ -126,7 +126,7 @@ void readBody(KsInput* in, Impl& im, KsBase* object)
             im.error(im.quote(word) + " cannot stand here: " +
                      object->getTypeId().getName().getString() + " holds no children");
             im.skipNode(word);
-        } else if (fields && fields->getIndex(KbName::findExisting(word)) >= 0 &&
+        } else if (fields && fields->getIndex(im.knownName(word)) >= 0 &&
                    (first || im.cur != before)) {
             // It is read in the next round.
             im.error("the field " + im.quote(word) + " must stand before the children");
@@ -242,7 +242,7 @@ bool readBinary(KsInput* in, Impl& im, KsBase*& result, KsType expected)
     if (im.atEnd() && im.open.empty()) return true;
 
     const char* const start = im.cur;
-    std::string word;
+    std::string_view word;
     const std::int64_t limit = KsLimits::current().nameBytes;
     if (!im.readBinaryText(word, limit, "a word")) return false;
     if (word.empty()) return true;
@@ -343,6 +343,10 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         return true;
     }
     reference.isWritten = true;
+    const std::int32_t limit = KsLimits::current().nesting;
+    if (++im.level > limit)
+        im.tellBeyond(KsOutput::Impl::Nesting, "nodes stand inside each other", limit,
+                      "levels of nesting");
     if (!getName().isEmpty() || reference.count > 1 || reference.needsName) {
         if (im.binary)
             im.putWord("DEF");
@@ -365,8 +369,10 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
 
 void KsBase::writeFooter(KsOutput* out)
 {
-    if (!out || out->isBinary()) return;
+    if (!out) return;
     KsOutput::Impl& im = out->impl();
+    --im.level;
+    if (im.binary) return;
     --im.indentation;
     im.newLine();
     im.append("}");

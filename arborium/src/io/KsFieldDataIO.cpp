@@ -104,10 +104,10 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
         // A field takes at least its name and the mark of its connection.
         if (!in->readCount(count, 6, getNumFields())) return false;
         for (int i = 0; i < count; ++i) {
-            std::string name;
+            std::string_view name;
             if (!im.readBinaryText(name, KsLimits::current().nameBytes, "a field name"))
                 return false;
-            const int index = getIndex(KbName::findExisting(name));
+            const int index = getIndex(im.knownName(name));
             if (index < 0) {
                 KsNearestName nearest(im, name);
                 for (const Entry& each : m_entries) nearest.offer(each.name.view());
@@ -120,10 +120,11 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
             Impl::Key key;
             Impl::Connection connection;
             connection.at = im.cur;
+            std::string_view master;
             if (!im.readBinaryKey(key) ||
-                !im.readBinaryText(connection.masterField, KsLimits::current().nameBytes,
-                                   "a field name"))
+                !im.readBinaryText(master, KsLimits::current().nameBytes, "a field name"))
                 return false;
+            connection.masterField = master;
             connection.container = container;
             connection.field = getField(container, index, true);
             connection.master = key.toString();
@@ -146,7 +147,7 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
                 im.take(word);
             continue;
         }
-        const KbName name = KbName::findExisting(word);
+        const KbName name = im.knownName(word);
         const int index = name.isEmpty() ? -1 : getIndex(name);
         if (index < 0) {
             if (im.beginsNode(word)) return true;

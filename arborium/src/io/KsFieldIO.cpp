@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -315,17 +316,15 @@ bool readEnumValue(KsInput* in, const KsEnumData* enums, int& value)
         value = number;
         return true;
     }
-    std::string text;
     std::string_view word;
     if (im.binary) {
-        if (!im.readBinaryText(text, KsLimits::current().nameBytes, "a word")) return false;
-        word = text;
+        if (!im.readBinaryText(word, KsLimits::current().nameBytes, "a word")) return false;
     } else {
         word = im.peekWord();
         if (word.empty() || !Impl::is(word[0], Impl::Letter))
             return im.expected("one of " + listNames(*enums));
     }
-    const KbName name = KbName::findExisting(word);
+    const KbName name = im.knownName(word);
     if (!name.isEmpty() && enums->valueOf(name, value)) {
         if (!im.binary) im.take(word);
         return true;
@@ -471,6 +470,7 @@ void KsSFNode::writeValue(KsOutput* out) const
     if (!out) return;
     KsOutput::Impl& im = out->impl();
     const bool tooDeep = m_value && im.depth >= KsLimits::current().nesting;
+    im.isPartial = im.isPartial || tooDeep;
     if (tooDeep && out->getStage() == KsOutput::WRITE) {
         KsDebugError::post("KsSFNode::writeValue",
                            "Nodes stand in fields of each other deeper than %d levels; what is "
@@ -482,7 +482,9 @@ void KsSFNode::writeValue(KsOutput* out) const
         return;
     }
     ++im.depth;
+    const int walked = std::exchange(im.walked, 0); // that is another traversal
     KsWriteAction(out).continueTo(m_value);
+    im.walked = walked;
     --im.depth;
 }
 

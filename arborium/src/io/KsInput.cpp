@@ -307,7 +307,7 @@ bool KsInput::readWord(KbName& word)
 {
     if (m_impl->stopped) return false;
     if (m_impl->binary) {
-        std::string text;
+        std::string_view text;
         if (!m_impl->readBinaryText(text, KsLimits::current().nameBytes, "a word")) return false;
         word = KbName(text);
         return true;

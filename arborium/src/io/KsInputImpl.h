@@ -112,7 +112,27 @@ struct KsInput::Impl {
     static bool looksNumeric(std::string_view word);
     /// Whether a node begins with this word at the present place.
     bool beginsNode(std::string_view word) const;
-    static KsType typeNamed(std::string_view word);
+    /// The type that a word of the input names; the bad type if there is none.
+    KsType typeNamed(std::string_view word) const;
+    /// As `KbName::findExisting`, of a word of the input.
+    KbName knownName(std::string_view word) const;
+
+    /// What was found of the words that come again and again: types, fields, values of enums.
+    struct Known {
+        std::string_view word; ///< Where it stands in the input.
+        KbName name;
+        KsType type;
+    };
+    mutable std::array<Known, 64> memo{};
+    Known& knownAt(std::string_view word) const
+    {
+        std::size_t hash = word.size() * 7;
+        if (!word.empty()) {
+            const auto at = [&word](std::size_t i) { return static_cast<unsigned char>(word[i]); };
+            hash += at(0) + at(word.size() / 2) * 5u + at(word.size() - 1) * 3u;
+        }
+        return memo[hash % memo.size()];
+    }
 
     template <class Number> bool readNumber(Number& value)
     {
@@ -166,10 +186,23 @@ struct KsInput::Impl {
     // ---- binary -------------------------------------------------------------------------------
 
     std::size_t bytesLeft() const { return static_cast<std::size_t>(end - cur); }
-    bool need(std::size_t bytes);
+    /// Whether so many bytes follow; they become the token.
+    bool need(std::size_t bytes)
+    {
+        token = cur;
+        return (!stopped && bytesLeft() >= bytes) || needMore(bytes);
+    }
+    bool needMore(std::size_t bytes);
     bool binaryError(const std::string& message);
-    bool readBytes(std::uint32_t& value, int bytes);
-    bool readBinaryText(std::string& text, std::int64_t limit, const char* what);
+    bool readBytes(std::uint32_t& value, int bytes)
+    {
+        if (!need(static_cast<std::size_t>(bytes))) return false;
+        value = 0;
+        for (int i = 0; i < bytes; ++i) value = value << 8 | static_cast<unsigned char>(*cur++);
+        return true;
+    }
+    /// `text` stands in the input.
+    bool readBinaryText(std::string_view& text, std::int64_t limit, const char* what);
     bool readBinaryKey(Key& key);
 
     // ---- objects ------------------------------------------------------------------------------

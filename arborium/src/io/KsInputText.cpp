@@ -45,6 +45,7 @@ void KsInput::Impl::reset()
     fieldOwner = KsType();
     isOpen = isFile = binary = utf8 = stopped = false;
     version = 2.1f;
+    memo = {};
     open.clear();
     numObjects = topVisits = 0;
     outerDepth = 0;
@@ -290,20 +291,32 @@ bool KsInput::Impl::beginsNode(std::string_view word) const
            !typeNamed(word).isBad();
 }
 
-KsType KsInput::Impl::typeNamed(std::string_view word)
+KbName KsInput::Impl::knownName(std::string_view word) const
 {
+    Known& slot = knownAt(word);
+    if (slot.word == word && !slot.name.isEmpty()) return slot.name;
+    const KbName name = KbName::findExisting(word);
+    if (!name.isEmpty()) slot = {word, name, KsType()};
+    return name;
+}
+
+KsType KsInput::Impl::typeNamed(std::string_view word) const
+{
+    Known& slot = knownAt(word);
+    if (slot.word == word && !slot.type.isBad()) return slot.type;
     KsType type;
-    const auto look = [&type](std::string_view name) {
-        const KbName known = KbName::findExisting(name);
-        if (!known.isEmpty()) type = KsType::fromName(known);
+    const auto look = [&type](const KbName& name) {
+        if (!name.isEmpty()) type = KsType::fromName(name);
         return !type.isBad();
     };
     // A name that was never made is no type's name; nothing is added to the table of names.
-    if (look(word) || word.size() > 255) return type;
-    if (word.substr(0, 2) == "Ks")
-        look(word.substr(2));
-    else
-        look("Ks" + std::string(word));
+    if (!look(knownName(word)) && word.size() <= 255) {
+        if (word.substr(0, 2) == "Ks")
+            look(KbName::findExisting(word.substr(2)));
+        else
+            look(KbName::findExisting("Ks" + std::string(word)));
+    }
+    if (!type.isBad()) slot = {word, slot.word == word ? slot.name : KbName(), type};
     return type;
 }
 
@@ -503,7 +516,7 @@ void KsInput::Impl::skipValue(const KsFieldData* fields)
             return;
         }
     } else {
-        const KbName name = KbName::findExisting(word);
+        const KbName name = knownName(word);
         if (fields && !name.isEmpty() && fields->getIndex(name) >= 0) return;
         if (looksNumeric(word)) {
             for (std::string_view each = word; looksNumeric(each); each = wordAt(cur)) {
@@ -606,11 +619,9 @@ void KsInput::Impl::skipNode(std::string_view word)
 
 // ---- binary ---------------------------------------------------------------------------------
 
-bool KsInput::Impl::need(std::size_t bytes)
+bool KsInput::Impl::needMore(std::size_t bytes)
 {
     if (stopped) return false;
-    token = cur;
-    if (bytesLeft() >= bytes) return true;
     return binaryError("expected " + std::to_string(bytes) +
                        " more bytes, met the end of the file");
 }
@@ -621,22 +632,14 @@ bool KsInput::Impl::binaryError(const std::string& message)
     return false;
 }
 
-bool KsInput::Impl::readBytes(std::uint32_t& value, int bytes)
-{
-    if (!need(static_cast<std::size_t>(bytes))) return false;
-    value = 0;
-    for (int i = 0; i < bytes; ++i) value = value << 8 | static_cast<unsigned char>(*cur++);
-    return true;
-}
-
-bool KsInput::Impl::readBinaryText(std::string& text, std::int64_t limit, const char* what)
+bool KsInput::Impl::readBinaryText(std::string_view& text, std::int64_t limit, const char* what)
 {
     std::uint32_t size;
     if (!readBytes(size, 4)) return false;
     if (static_cast<std::int64_t>(size) > limit)
         return binaryError(std::string(what) + " has more than " + limitText(limit, "bytes"));
     if (!need(size)) return false;
-    text.assign(cur, size);
+    text = std::string_view(cur, size);
     cur += size;
     return true;
 }
@@ -644,8 +647,10 @@ bool KsInput::Impl::readBinaryText(std::string& text, std::int64_t limit, const 
 bool KsInput::Impl::readBinaryKey(Key& key)
 {
     std::uint32_t suffix;
-    if (!readBinaryText(key.name, KsLimits::current().nameBytes, "a name")) return false;
-    if (key.name.find('\0') != std::string::npos) return binaryError("a name with a zero byte");
+    std::string_view name;
+    if (!readBinaryText(name, KsLimits::current().nameBytes, "a name")) return false;
+    if (name.find('\0') != std::string_view::npos) return binaryError("a name with a zero byte");
+    key.name = name;
     if (!readBytes(suffix, 4)) return false;
     key.suffix = static_cast<std::int32_t>(suffix);
     return true;

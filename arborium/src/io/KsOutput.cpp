@@ -4,6 +4,7 @@
 #include <arborium/base/KbNumber.h>
 #include <arborium/base/KsBase.h>
 #include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
 
 #include <algorithm>
 #include <cmath>
@@ -64,6 +65,16 @@ template <class Float> Float finite(Float value)
 }
 
 } // namespace
+
+void KsOutput::Impl::tellBeyond(Limit limit, const char* what, std::int64_t most, const char* unit)
+{
+    if (told & limit) return;
+    told |= limit;
+    KsDebugError::post("KsOutput::write",
+                       "%s more than the limit of %lld %s; with this limit the file cannot be read "
+                       "again",
+                       what, static_cast<long long>(most), unit);
+}
 
 // ---- ASCII layout ---------------------------------------------------------------------------
 
@@ -189,6 +200,9 @@ const KsOutput::Impl::Key& KsOutput::Impl::keyOf(const KsBase* object)
     reference.hasKey = true;
     Key key;
     key.name = object->getName();
+    const std::int32_t limit = KsLimits::current().nameBytes;
+    if (static_cast<std::int64_t>(key.name.view().size()) > limit)
+        tellBeyond(NameBytes, "a name has", limit, "bytes");
     // A bare name belongs to the first that has it; others are told apart by a number.
     if (key.name.isEmpty() || !keys.insert(toText(key)).second) {
         int& next = nextSuffix[key.name];
@@ -264,8 +278,12 @@ bool KsOutput::closeFile()
     m_impl->isFileOpen = false;
     m_impl->beginFile();
     m_impl->newLine();
-    KbString why;
-    const bool written = KbFileHelper::writeFileAtomically(m_impl->path, m_impl->text, &why);
+    const std::int64_t limit = KsLimits::current().fileBytes;
+    if (static_cast<std::int64_t>(m_impl->text.size()) > limit)
+        m_impl->tellBeyond(Impl::FileBytes, "the file has", limit, "bytes");
+    KbString why("not all of the scene could be reached");
+    const bool written =
+        !m_impl->isPartial && KbFileHelper::writeFileAtomically(m_impl->path, m_impl->text, &why);
     if (!written) {
         KsDebugError::post("KsOutput::closeFile", "%s: %s", m_impl->path.toUtf8().c_str(),
                            why.toUtf8().c_str());
@@ -340,6 +358,9 @@ void KsOutput::write(double value)
 
 void KsOutput::write(const KbString& value)
 {
+    const std::int64_t limit = KsLimits::current().stringBytes;
+    if (value.getLength() > limit)
+        m_impl->tellBeyond(Impl::StringBytes, "a string has", limit, "bytes");
     if (!m_impl->binary) {
         m_impl->appendText(value);
     } else if (!value.isUnicode()) {

@@ -18,6 +18,16 @@ struct KsOutput::Impl {
     bool synchronizing = false;
     Stage stage = WRITE;
 
+    // ---- limits -------------------------------------------------------------------------------
+
+    enum Limit : unsigned { Nesting = 1, StringBytes = 2, NameBytes = 4, FileBytes = 8 };
+    unsigned told = 0;      ///< Of these limits, so that each is told once.
+    int level = 0;          ///< Of the object that is being written.
+    int walked = 0;         ///< The same in one traversal, with those that leave no mark.
+    bool isPartial = false; ///< Something of the scene could not be reached.
+    /// Tells that what is written could not be read again. It is written all the same.
+    void tellBeyond(Limit limit, const char* what, std::int64_t most, const char* unit);
+
     // ---- ASCII layout -------------------------------------------------------------------------
 
     int indentation = 0;

@@ -1,6 +1,7 @@
 #include "IoTest.h"
 
 #include <arborium/base/KbName.h>
+#include <arborium/nodes/KsGroup.h>
 
 /// Each limit one below, at and one above; the message names it.
 class ReadLimits : public IoTest {
@@ -159,4 +160,118 @@ TEST_F(ReadLimits, unknownWordsAreNotKeptInTheTableOfNames)
     errorsOf("Cube { zzUnknownField 1 } ZzUnknownType { }");
     EXPECT_TRUE(KbName::findExisting("zzUnknownField").isEmpty());
     EXPECT_TRUE(KbName::findExisting("ZzUnknownType").isEmpty());
+}
+
+// ---- what is written ---------------------------------------------------------------------------
+
+class WriteLimits : public IoTest {
+protected:
+    /// So many groups in each other, as calls make them.
+    static KsRef<KsGroup> chain(int depth)
+    {
+        KsRef<KsGroup> top(new KsGroup);
+        for (int i = 1; i < depth; ++i) {
+            const KsRef<KsGroup> outer(new KsGroup);
+            outer->addChild(top);
+            top = outer;
+        }
+        return top;
+    }
+    /// Written with a message, or without one if that is empty; then refused, or read.
+    void expectWritten(KsNode* root, const std::string& message)
+    {
+        for (const bool binary : {false, true}) {
+            ExpectedMessages messages;
+            if (!message.empty()) messages.expect("KsOutput::write", message.c_str());
+            const std::string text = written(root, binary);
+            EXPECT_EQ(parse(text) != nullptr, message.empty()) << errors;
+            const KsLimits limits = KsLimits::current();
+            KsLimits::current() = KsLimits();
+            KsLimits::current().nesting = 2000;
+            EXPECT_TRUE(parse(text)) << "nothing of it is lost: " << errors;
+            KsLimits::current() = limits;
+        }
+    }
+};
+
+TEST_F(WriteLimits, nesting)
+{
+    expectWritten(chain(511), "");
+    expectWritten(chain(512), "");
+    expectWritten(chain(513), "stand inside each other more than the limit of 512 levels");
+}
+
+TEST_F(WriteLimits, strings)
+{
+    const KsRef<KsSeparator> root = parse("Font { name \"0123456789\" } Text3 { string \"0123\" }");
+    for (const int limit : {11, 10}) {
+        KsLimits::current().stringBytes = limit;
+        expectWritten(root, "");
+    }
+    KsLimits::current().stringBytes = 9;
+    expectWritten(root, "a string has more than the limit of 9 bytes");
+}
+
+TEST_F(WriteLimits, names)
+{
+    const KsRef<KsSeparator> root = parse("DEF Abcdefghijkl Group { }");
+    for (const int limit : {13, 12}) {
+        KsLimits::current().nameBytes = limit;
+        expectWritten(root, "");
+    }
+    KsLimits::current().nameBytes = 11;
+    expectWritten(root, "a name has more than the limit of 11 bytes");
+}
+
+TEST_F(WriteLimits, files)
+{
+    const KsRef<KsSeparator> root = parse("Cube { width 3 }");
+    const auto size = static_cast<std::int64_t>(written(root).size());
+    const std::string path = (folder() / "large.arb").string();
+    const auto save = [&] {
+        KsOutput out;
+        EXPECT_TRUE(out.openFile(KbString(path)));
+        KsWriteAction action(&out);
+        action.apply(root);
+        EXPECT_TRUE(out.closeFile());
+    };
+    for (const std::int64_t limit : {size + 1, size}) {
+        KsLimits::current().fileBytes = limit;
+        save();
+    }
+    KsLimits::current().fileBytes = size - 1;
+    ExpectedMessages messages("KsOutput::write", "the file has more than the limit of");
+    save();
+    EXPECT_EQ(std::filesystem::file_size(path), static_cast<std::uintmax_t>(size));
+}
+
+TEST_F(WriteLimits, aSceneThatCannotBeReachedAsAWholeLeavesTheOldFile)
+{
+    KsLimits::current().nesting = 100;
+    const std::string path = file("deep.arb", "old");
+    const auto save = [&](KsNode* root) {
+        KsOutput out;
+        EXPECT_TRUE(out.openFile(KbString(path)));
+        KsWriteAction action(&out);
+        action.apply(root);
+        return out.closeFile();
+    };
+    {
+        ExpectedMessages messages("KsOutput::write", "more than the limit of 100 levels");
+        EXPECT_TRUE(save(chain(300)));
+    }
+    file("deep.arb", "old");
+    ExpectedMessages messages("KsOutput::write", "more than the limit of 100 levels");
+    messages.expect("KsAction::traverse", "is deeper than 300 levels");
+    messages.expect("KsOutput::closeFile", "deep.arb: not all of the scene could be reached");
+    EXPECT_FALSE(save(chain(301)));
+    EXPECT_EQ(std::filesystem::file_size(path), 3u);
+
+    KsLimits::current().nesting = 512;
+    KsLimits::current().visits = 10;
+    messages.expect("KsAction::traverse", "has more than 10 nodes");
+    messages.expect("KsOutput::closeFile", "deep.arb: not all of the scene could be reached");
+    EXPECT_FALSE(save(chain(11)));
+    EXPECT_EQ(std::filesystem::file_size(path), 3u);
+    EXPECT_TRUE(save(chain(10)));
 }
