@@ -2,6 +2,7 @@
 
 #include "KsSkinFamily.h"
 
+#include <arborium/actions/KsSearchAction.h>
 #include <arborium/base/KbFileHelper.h>
 #include <arborium/base/KbStringList.h>
 #include <arborium/base/KsDebugError.h>
@@ -27,6 +28,7 @@
 #include <formweave/KsTabDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -39,6 +41,13 @@ KsSkinFamily& textFamily()
         "TextProperties.arb", &KsFormweave::TextProperties, {"DialogTextProperties"}};
     return family;
 }
+
+std::vector<KsSkinFamily::Get>& families()
+{
+    static auto& all = *new std::vector<KsSkinFamily::Get>;
+    return all;
+}
+const bool textIsEnrolled = KsSkinFamily::enrol(&textFamily);
 
 // Held for good: the parts stay known by their names.
 KsNodeList& skinRoots()
@@ -58,7 +67,8 @@ KbString decoded(const KbString& text)
 
 KsGroup* groupNamed(const KbString& name)
 {
-    return ksCast<KsGroup>(KsNode::getByName(KbName(name.getString())));
+    return static_cast<KsGroup*>(
+        KsBase::getFirstNamed(KbName(name.getString()), KsGroup::getClassTypeId()));
 }
 
 } // namespace
@@ -172,15 +182,61 @@ void KsSkinFamily::loadOnce()
     // The skin is chosen first: choosing one loads every family, and no file is read twice.
     KsFormweave::chooseSkin();
     if (loaded) return;
-    KsFormweave::readDefaultSkinsParts(file, *builtIn);
+    read();
     loaded = 1;
     firstUse = 0;
+}
+
+bool KsSkinFamily::enrol(Get family)
+{
+    families().push_back(family);
+    return true;
+}
+
+bool KsSkinFamily::isPart(std::string_view name)
+{
+    return std::any_of(families().begin(), families().end(), [name](Get family) {
+        const auto& all = family().parts;
+        return std::find(all.begin(), all.end(), name) != all.end();
+    });
+}
+
+void KsSkinFamily::read()
+{
+    const int before = skinRoots().getLength();
+    KsFormweave::readDefaultSkinsParts(file, *builtIn);
+    if (skinRoots().getLength() > before) unnameStrangers(skinRoots().get(before));
+}
+
+void KsSkinFamily::unnameStrangers(KsNode* root) const
+{
+    KsSearchAction search;
+    search.setType(KsNode::getClassTypeId());
+    search.setInterest(KsSearchAction::ALL);
+    search.setSearchingAll(true);
+    search.apply(root);
+    std::vector<const KsNode*> met(parts.size());
+    for (int i = 0; i < search.getPaths().getLength(); ++i) {
+        KsNode* node = static_cast<KsFullPath*>(search.getPaths()[i])->getTail();
+        const std::string_view name = node->getName().view();
+        if (name.empty()) continue;
+        const auto part = std::find(parts.begin(), parts.end(), name);
+        if (part != parts.end() && node->isOfType(KsGroup::getClassTypeId())) {
+            const KsNode*& first = met[static_cast<std::size_t>(part - parts.begin())];
+            if (!first) first = node;
+            if (first == node) continue;
+        } else if (!isPart(name) &&
+                   name.substr(0, std::strlen(temporaryPrefix)) != temporaryPrefix) {
+            continue;
+        }
+        node->setName(KbName());
+    }
 }
 
 void KsSkinFamily::change()
 {
     for (const char* part : parts) KsFormweave::free3DSkin(part);
-    KsFormweave::readDefaultSkinsParts(file, *builtIn);
+    read();
     for (const char* part : parts) KsFormweave::load3DSkin(part);
     loaded = 1;
 }

@@ -2,7 +2,10 @@
 
 #include <arborium/base/KbString.h>
 
+#include <string_view>
 #include <vector>
+
+class KsNode;
 
 /// The looks of one family of elements: a file of the skin directory, the built-in text that stands
 /// in for it, and the named parts in it.
@@ -17,6 +20,17 @@ struct KsSkinFamily {
     void loadOnce();
     /// Swaps the content of the parts; the nodes that hold them stay.
     void change();
+
+    /// Families by the functions that give them, which run once somebody asks.
+    using Get = KsSkinFamily& (*)();
+    static bool enrol(Get family);
+
+private:
+    void read();
+    /// In a file, only the first group of each part of the family keeps a name of a part: others
+    /// would stand in for parts when the next skin is loaded.
+    void unnameStrangers(KsNode* root) const;
+    static bool isPart(std::string_view name);
 };
 
 /// The family of `Class`: its built-in text is the member `text`; then the file and the parts.
@@ -28,6 +42,7 @@ struct KsSkinFamily {
         static auto& family = *new KsSkinFamily{file, &Class::text, {__VA_ARGS__}};                \
         return family;                                                                             \
     }                                                                                              \
+    const bool skinIsEnrolled = KsSkinFamily::enrol(&skinFamily);                                  \
     }                                                                                              \
     int Class::isSkinLoaded() { return skinFamily().loaded; }                                      \
     void Class::setSkinLoaded(int loaded) { skinFamily().loaded = loaded; }                        \

@@ -37,22 +37,10 @@ constexpr float buttonSize = 14;
 constexpr float buttonInset = 12; // of the button's centre, and of the title's
 constexpr float titleGap = 3;     // between the title's room and what is around it
 
-KsSkinFamily& skinFamily()
-{
-    static auto& family = *new KsSkinFamily{
-        "TopLevelDialog.arb",
-        &KsTopLevelDialog::TopLevelDialog,
-        {"TopLevelDialogFrame", "TopLevelDialogMinReleased", "TopLevelDialogMinPressed"}};
-    return family;
-}
-
 } // namespace
 
-int KsTopLevelDialog::isSkinLoaded() { return skinFamily().loaded; }
-
-void KsTopLevelDialog::setSkinLoaded(int loaded) { skinFamily().loaded = loaded; }
-
-void KsTopLevelDialog::change3DSkin() { skinFamily().change(); }
+KS_SKIN_SOURCE(KsTopLevelDialog, TopLevelDialog, "TopLevelDialog.arb", "TopLevelDialogFrame",
+               "TopLevelDialogMinReleased", "TopLevelDialogMinPressed")
 
 KbVec3f KsTopLevelDialog::getTopLevelSize() const
 {

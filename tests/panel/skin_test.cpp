@@ -238,3 +238,44 @@ TEST_F(PanelSkins, theLookOfThePanelIsThatOfTheSkin)
     KsFormweave::setSkin("dark");
     EXPECT_TRUE(colour() == KbColor(0.1f, 0.15f, 0.22f));
 }
+
+TEST_F(PanelSkins, namesInASkinThatAreNotItsOwnToGiveLeaveOtherSkinsAlone)
+{
+    KsTopLevelDialog* dialog = panel();
+    const std::vector<KbBox3f> before = boxes(dialog);
+    const std::vector<std::uint8_t> light = picture();
+    const std::string cube = " Group { Cube { width 3 } } ";
+    const struct {
+        const char* file;
+        std::string text;
+    } skins[] = {
+        {"DialogCheckBox.arb", "DEF DialogCheckBoxFrame Group { } DEF DialogCheckBoxFrame" + cube},
+        {"DialogCheckBox.arb", "DEF _Lmn_Tmp_DialogCheckBoxFrame" + cube +
+                                   "DEF DialogCheckBoxFrame Group { Sphere { } }"},
+        {"DialogCheckBox.arb", "DEF DialogCheckBoxFrame Cube { } DEF DialogCheckBoxFrame" + cube},
+        {"DialogCheckBox.arb", "DEF DialogCheckBoxFrame Group { DEF DialogCheckBoxStateOn" + cube +
+                                   "USE DialogCheckBoxStateOn }"},
+        {"DialogComponent.arb",
+         "DEF DialogCheckBoxFrame" + cube + "DEF TopLevelDialogFrame" + cube},
+        {"TopLevelDialog.arb",
+         "DEF DialogCheckBoxFrame" + cube + "DEF DialogTextProperties" + cube},
+    };
+    ExpectedMessages missing; // the other files of each skin
+    missing.allow("Formweave::readDefaultSkinsParts", "cannot be found");
+    for (const auto& skin : skins) {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(skin.file));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(("#Arborium V2.1 ascii\n" + skin.text).c_str());
+        file.close();
+        for (int i = 0; i < 2; ++i) {
+            KsFormweave::setSkin(folder.path().toStdString().c_str());
+            frame();
+            KsFormweave::setSkin("default");
+            frame();
+            EXPECT_TRUE(areNear(boxes(dialog), before)) << skin.text;
+            EXPECT_EQ(picture(), light) << skin.text;
+        }
+        EXPECT_TRUE(areNear(boxesOfNewOne(), before)) << skin.text;
+    }
+}
