@@ -6,6 +6,7 @@
 #include <arborium/base/KsType.h>
 #include <arborium/fields/KsMField.h>
 #include <arborium/fields/KsSField.h>
+#include <arborium/nodes/KsFile.h>
 #include <arborium/nodes/KsNode.h>
 
 #include <cstddef>
@@ -179,13 +180,15 @@ inline void setValue(KsField* field, Choices& choices, KsNode* node = nullptr)
                       fillAs<KsMFVec3f>(field, choices, direction));
 }
 
-/// The classes of nodes that can be made, in the order of their registration.
+/// The classes of nodes that can be made, in the order of their registration. Without files: what
+/// stands in those is read from the disk.
 inline const std::vector<KsType>& nodeTypes()
 {
     static const std::vector<KsType> types = [] {
         std::vector<KsType> all;
         KsType::forEach([&all](KsType type) {
-            if (type.isDerivedFrom(KsNode::getClassTypeId()) && type.canCreateInstance())
+            if (type.isDerivedFrom(KsNode::getClassTypeId()) && type.canCreateInstance() &&
+                type != KsFile::getClassTypeId())
                 all.push_back(type);
         });
         return all;
