@@ -3,6 +3,7 @@
 #include <formweave/KsStackDialog.h>
 
 /// Puts its children side by side as columns, each with a label width of its own.
+/// Children are added and taken away as `KsElementContainer` says.
 class FORMWEAVE_API KsColumnDialog : public KsStackDialog {
     KS_KIT_HEADER(KsColumnDialog);
 

@@ -8,7 +8,8 @@ class KsDialogAuditor;
 class QFrame;
 
 /// Base of the containers inside a window. A group is itself a component of its parent's layout;
-/// subclasses decide where its children stand.
+/// subclasses decide where its children stand. They are added and taken away as
+/// `KsElementContainer` says.
 class FORMWEAVE_API KsDialogGroup
     : public KsElementContainer<KsDialogComponent, KsDialogComponent> {
     KS_KIT_HEADER(KsDialogGroup);

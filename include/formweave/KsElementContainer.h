@@ -103,19 +103,33 @@ private:
     mutable Walk* m_walk = nullptr;
 };
 
-/// `Base` with child elements of type `Child`. The node-typed operations of the scene graph forward
-/// to the typed ones, so that a subclass overrides each operation once.
+/// `Base` with child elements of type `Child`: what a `KsTopLevelDialog`, a group, a menu and a
+/// launcher are.
+///
+/// A container holds a reference to each child, and is its one parent: a child that stands in a
+/// container already is refused, and so are null, the container itself and what it stands in, and an
+/// index out of range. What is refused changes nothing and posts a message. What is built follows at
+/// once: a control that comes gets its widgets and its geometry, one that goes loses its widgets. Of
+/// a launcher, the window of a dialog that goes is hidden.
+///
+/// The node-typed operations of the scene graph forward to the typed ones, so that a subclass
+/// overrides each operation once.
 template <class Base, class Child> class KsElementContainer : public Base {
 public:
     // Each ends in `childrenChanged` or `childrenRemoved` if something changed.
+    /// Behind the last.
     virtual void addChild(Child* child) { changedIf(m_elements.add(child)); }
+    /// In front of the child at `index`; 0 to `getNumChildren`.
     virtual void insertChild(Child* child, int index)
     {
         changedIf(m_elements.insert(child, index));
     }
+    /// Null with a message at or beyond the end, null without one for a negative index.
     virtual Child* getChild(int index) { return static_cast<Child*>(m_elements.get(index)); }
     virtual int getNumChildren() { return m_elements.count(); }
+    /// Its index; -1 if it is none of the children, or null.
     virtual int findChild(const Child* child) { return m_elements.find(child); }
+    // A child that only this container held dies with it.
     virtual void removeChild(Child* child) { removeChild(findChild(child)); }
     virtual void removeChild(int index)
     {
@@ -133,6 +147,7 @@ public:
     {
         changedIf(m_elements.replace(index, newChild));
     }
+    /// From a file, up to the first thing that is no `Child`. FALSE at an error.
     virtual bool readChildren(KsInput* in)
     {
         return m_elements.read(

@@ -31,7 +31,12 @@ struct KsSkinFamily;
 
 /// Base of every dialog element. The same node is shown as Qt widgets (built by `buildWidget` with
 /// a non-zero last argument) and as geometry in a scene (built by the first bounding-box traversal
-/// that reaches it), or both, or neither. A change of a field updates what exists.
+/// that reaches it), or both, or neither. A change of a field updates what exists: an application
+/// sets fields, and calls neither the `changeXxx` and `change3DXxx` operations of the classes nor the
+/// others that elements override.
+///
+/// Of all elements: an auditor that is null, added twice, or removed without having been added
+/// changes nothing.
 ///
 /// Part: `geomSwitch`, below which all 3D geometry of an element hangs.
 class FORMWEAVE_API KsFormweave : public KsDragger {
@@ -60,7 +65,8 @@ public:
     /// Reads a dialog file, once for each file name, and returns the first top-level element of it
     /// whose `auditorID` is `auditorId`; the first element of all if that is empty. The caller owns
     /// one reference more to the element; it stands in the cached tree, so a second call returns
-    /// the same one. Null, with messages, if the file cannot be read or holds no such element.
+    /// the same one. A relative name is looked for in "." and the other directories of `KsInput`.
+    /// Null, with messages, if the file cannot be read or holds no such element.
     static KsFormweave* loadFromFile(KbString fileName, KbString auditorId = KbString());
 
     // Skins.
@@ -84,6 +90,7 @@ public:
     /// The font of all widgets made from now on, and of all measuring in pixels.
     static void setFont(QFont font);
     static QFont getFormweaveFont();
+    /// Gives a widget that font; null does nothing.
     static void setWidgetFont(QWidget* widget);
     /// Size in pixels of a label with its margin of 3; (0, 0) for an empty one. `node` may be null;
     /// it tells which escapes hold for its kind.
@@ -113,20 +120,25 @@ public:
     /// The child elements of a container; null for other elements.
     virtual const KsElementList* getElements() const { return nullptr; }
 
-    // The interface that elements override.
+    // The interface that elements override. An application calls none of it but `show3D`.
     /// Builds or refreshes one presentation: Qt widgets below `parent` if `build2D` is not 0, else
     /// geometry. `size` overrides the element's own where it is not 0; `position` is the place
     /// within the parent, from its upper left corner, y down.
     virtual void buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D);
     /// Takes the widgets of this element and what is below it down.
     virtual void destroyWidget();
+    /// The field of `sensor` changed.
     virtual void updateFromSensor(KsSensor* sensor);
     /// Reports an action of `node`, an element below this one.
     virtual void applyAuditor(KsFormweave* node);
+    /// Back to the sizes that the application had asked for.
     virtual void resetSize();
+    // Bring the window (`changeXxx`) or the scene (`change3DXxx`) up to date with a field.
     virtual void changeEnable();
     virtual void changeLabel();
     virtual void changeLabelAlignment();
+    /// Hides (0) or shows what is built of the element in 3D, with all that is in it. A menu or tab
+    /// dialog below shows what it has open.
     virtual void show3D(int show);
     virtual void set3DParentTranslation(KbVec3f& translation);
     virtual void change3DPosition();

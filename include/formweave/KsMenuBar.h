@@ -12,6 +12,10 @@ class QMenuBar;
 /// The bar of menus at the head of a dialog. In a window it stands above the dialog's layout, in a
 /// scene it is a strip with the titles of its popups. A window's bar is made anew with each build
 /// of the window; without a dialog above there is none.
+///
+/// Popups are added and taken away as `KsElementContainer` says. One that is inserted at an index
+/// stands there in a scene; in a window that is shown it stands at the end, until the window is built
+/// again.
 class FORMWEAVE_API KsMenuBar : public KsElementContainer<KsTopComponent, KsMenuPopup> {
     KS_KIT_HEADER(KsMenuBar);
 

@@ -4,8 +4,9 @@
 
 class KsMenuCheckBoxAuditor;
 
-/// An entry that is checked or not. A `state` that is TRUE when the entry comes into a window has
-/// its text there, but its mark only from the next change of the state on.
+/// An entry that is checked or not. A `state` that is TRUE when the entry comes into a window, from
+/// a file for example, has its text there but not its mark, as it always was; programs that want the
+/// mark set the field once more behind `buildDialog`.
 class FORMWEAVE_API KsMenuCheckBox : public KsMenuItem {
     KS_KIT_HEADER(KsMenuCheckBox);
 

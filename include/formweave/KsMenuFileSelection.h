@@ -16,14 +16,18 @@ public:
     KsSFString title;  ///< Of the file dialog. Default empty.
     KsMFString filter; ///< Pairs: a pattern, then what it stands for. Default: Arborium files.
     KsSFInt32 defaultFilter; ///< Kept in files; not used. Default 0.
-    KsSFFilePathString
-        fileDirectory;           ///< Where the dialog opens; then that of the file. Default ".".
-    KsSFFilePathString filename; ///< Without its directory; empty if the user cancelled.
-    KsSFEnum mode;               ///< A `Mode`. Default OPEN.
+    /// Where the dialog opens; then that of the chosen file. `~` and `$NAME` are taken for what they
+    /// stand for when it opens. Default ".".
+    KsSFFilePathString fileDirectory;
+    /// Without its directory; empty if the user cancelled, of which the auditors hear too. Unicode
+    /// where the name needs it.
+    KsSFFilePathString filename;
+    KsSFEnum mode; ///< A `Mode`. Default OPEN.
 
     KsMenuFileSelection();
 
-    /// An element with auditors of its own is not reported to its container.
+    /// An element with auditors of its own is not reported to its container. Those of the base class,
+    /// added through a pointer to it, are not of the kind that is told here: do not add them.
     void addAuditor(KsMenuFileSelectionAuditor* auditor);
     void removeAuditor(KsMenuFileSelectionAuditor* auditor);
     void applyDlgCptAuditor() override;

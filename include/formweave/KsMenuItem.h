@@ -9,14 +9,18 @@ class KsMenuBar;
 class KsMenuRelay;
 
 /// Base of what stands in a menu: entries, and menus within menus. In a window an entry is an action
-/// of its menu, in a scene a box with a text; all entries are 18 high. The text is `label`: in a
-/// window "&" marks the letter of the keyboard and a tab begins a second column; in a scene it is
-/// shown as it stands.
+/// of its menu, in a scene a box with a text; all entries are 18 high. The text is `label`, without
+/// escapes: in a window "&" marks the letter of the keyboard, a tab begins a second column, and a
+/// character outside Latin-1 becomes "?" (not in the title of a menu); in a scene it is shown as it
+/// stands.
 ///
-/// Accelerators are written as a person does: "Ctrl+Shift+S", "ALT F4". Ctrl, Ctl, Shift, Meta and
-/// Alt are known, the first letter small or all letters great as well (of Meta not small, of Ctl
-/// only so); "+" is left out and cannot be the key. A modifier that is written twice does not
-/// count as one.
+/// Accelerators are written as a person does: "Ctrl+Shift+S", "ALT+F4". The modifiers are
+///
+///     Ctrl CTRL ctrl Ctl    Shift SHIFT shift    Meta META    Alt ALT alt
+///
+/// They are found anywhere in the text ("Altitude" is Alt with the key "itude"), "+" is left out and
+/// cannot be the key, and each counts as often as it stands there: "Ctrl+Ctrl+X" is Shift+X. A text
+/// with a blank is no accelerator. Only windows have accelerators.
 class FORMWEAVE_API KsMenuItem : public KsFormweave {
     KS_KIT_HEADER(KsMenuItem);
 
@@ -38,6 +42,7 @@ public:
     virtual void buildMenu(void* parentMenu, int build2D, int position);
     /// The user picked the entry in a window. `id` is that of the relay, where there are several.
     virtual void menuEvent(void* data, int id);
+    /// Nothing.
     virtual void destroyNoDeleteMenuItem();
     /// The size that the entry asks for.
     virtual KbVec2i32 getItemInitSize();

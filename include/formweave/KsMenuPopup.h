@@ -9,6 +9,10 @@ class QMenu;
 /// A menu: on a menu bar, within another menu, or alone in a scene. In a scene a press on its title
 /// opens its entries as a column, below the title or at the right of the entry, in front of the
 /// panel; a press elsewhere closes it with all that is open in it.
+///
+/// Entries are added and taken away as `KsElementContainer` says. One that is inserted at an index
+/// stands there in a scene, but at the end of a menu that is shown in a window; building the window
+/// again does not move it.
 class FORMWEAVE_API KsMenuPopup : public KsElementContainer<KsMenuItem, KsMenuItem> {
     KS_KIT_HEADER(KsMenuPopup);
 

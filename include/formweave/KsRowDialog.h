@@ -3,6 +3,7 @@
 #include <formweave/KsStackDialog.h>
 
 /// Stacks its children as rows, one under the other, with common label and control columns.
+/// Children are added and taken away as `KsElementContainer` says.
 class FORMWEAVE_API KsRowDialog : public KsStackDialog {
     KS_KIT_HEADER(KsRowDialog);
 

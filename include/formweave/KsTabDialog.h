@@ -9,10 +9,11 @@ class KsNodeSensor;
 class KsSwitch;
 class KsTabDialogAuditor;
 
-/// Shows one of its children at a time. Each child is a page, and its `label` the title of its tab;
-/// in a window a "&" in it makes the next letter a shortcut. In a scene the tabs stand along the top
-/// edge; two buttons beside them scroll the row, and nothing else brings a tab into view but a click
-/// on the one that is cut off.
+/// Shows one of its children at a time. Each child is a page, and its `label` the title of its tab,
+/// without escapes; in a window a "&" in it makes the next letter a shortcut. In a scene the tabs
+/// stand along the top edge; two buttons beside them scroll the row, and nothing else brings a tab
+/// into view but a click on the one that is cut off. Pages are added and taken away as
+/// `KsElementContainer` says.
 class FORMWEAVE_API KsTabDialog : public KsDialogGroup {
     KS_KIT_HEADER(KsTabDialog);
 

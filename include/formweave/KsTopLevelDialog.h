@@ -17,7 +17,8 @@ class QVBoxLayout;
 
 /// The root of a dialog: a window in Qt, a panel in a scene. It stacks its children vertically.
 /// Sizes are in pixels, and in the same number of units in 3D. A panel at `position3D` (x, y, z)
-/// has its upper left corner at (x, -y, z) in the scene.
+/// has its upper left corner at (x, -y, z) in the scene. Children are added and taken away as
+/// `KsElementContainer` says.
 class FORMWEAVE_API KsTopLevelDialog : public KsElementContainer<KsFormweave, KsTopComponent> {
     KS_KIT_HEADER(KsTopLevelDialog);
 
@@ -26,20 +27,23 @@ public:
 
     KsTopLevelDialog();
 
-    KsSFInt32 width;               ///< 0: what the children need.
-    KsSFInt32 height;              ///< 0: what the children need.
-    KsSFVec2i32 position;          ///< Of the window on the desktop; 20 pixels are added to y.
-    KsSFVec3f position3D;          ///< Of the panel; y counts downward.
-    KsSFBool resizable;            ///< FALSE pins minimum and maximum to the size. Default TRUE.
-    KsSFInt32 minWidth;            ///< 0: from the children.
-    KsSFInt32 minHeight;           ///< 0: from the children.
-    KsSFInt32 maxWidth;            ///< Default 16777215.
-    KsSFInt32 maxHeight;           ///< Default 16777215.
-    KsSFInt32 margin;              ///< Around the children, in sizes and in 3D. Default 0.
-    KsSFInt32 rowSpacing;          ///< Between the children. Default 0.
-    KsSFBool modalFrame;           ///< Kept in files; no window flag depends on it.
-    KsSFBool hideChildren;         ///< The panel is dragged as an empty frame.
-    KsSFBool minimized;            ///< The panel shows its title strip only.
+    KsSFInt32 width;  ///< 0: what the children need.
+    KsSFInt32 height; ///< 0: what the children need.
+    /// Of the window on the desktop; 20 pixels, the room of a title bar, are added to y.
+    KsSFVec2i32 position;
+    KsSFVec3f position3D;  ///< Of the panel; y counts downward.
+    KsSFBool resizable;    ///< FALSE pins minimum and maximum to the size. Default TRUE.
+    KsSFInt32 minWidth;    ///< 0: from the children.
+    KsSFInt32 minHeight;   ///< 0: from the children.
+    KsSFInt32 maxWidth;    ///< Default 16777215.
+    KsSFInt32 maxHeight;   ///< Default 16777215.
+    KsSFInt32 margin;      ///< Around the children, in sizes and in 3D. Default 0.
+    KsSFInt32 rowSpacing;  ///< Between the children. Default 0.
+    KsSFBool modalFrame;   ///< Kept in files; no window flag depends on it.
+    KsSFBool hideChildren; ///< The panel is dragged as an empty frame.
+    /// The panel shows its title strip only. One that is TRUE before the panel is built leaves it
+    /// open until the field is next set.
+    KsSFBool minimized;
     KsSFVec3f minimized3DPosition; ///< Of the strip.
     /// FALSE: strip and panel share one position. Default TRUE.
     KsSFBool independentMinimizedPosition;
@@ -62,6 +66,7 @@ public:
     int destroyDialog();
     /// The window; null before the build. It outlives the dialog unless the application deletes it.
     QWidget* getBaseWidget() const;
+    /// Always null: a dialog's own widget is `getBaseWidget`.
     QWidget* getWidget() const { return nullptr; }
     /// The `QVBoxLayout` of the window; null before the build.
     void* getLayout() const;
@@ -74,14 +79,20 @@ public:
     // Auditors: those of the dialog hear every element below it that has none of its own nearer.
     void addAuditor(KsDialogAuditor* auditor);
     void removeAuditor(KsDialogAuditor* auditor);
+    /// Reports every element below the dialog, as if each had just been used.
     void applyAuditors();
+    /// The first element below the dialog, in depth, whose `auditorID` is `id`; null if none.
     KsFormweave* searchForAuditorId(KbString id);
 
-    /// Writes `position` without moving the window; (0, 0) counts as default.
+    /// Writes `position` without moving the window (setting the field does move it); (0, 0) counts
+    /// as default.
     void setPosition(KbVec2i32& newPosition);
     /// Writes the six size fields; no change operation runs.
     void setSize(int w, int h, int minW, int minH, int maxW, int maxH);
+    /// Marks the size fields for which the application had asked nothing as default: no file holds
+    /// them.
     void setDefaultState();
+    /// The sizes that were asked for: 0 where they are left to the children.
     void getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) const;
     /// The first child that is a menu bar, or null.
     KsMenuBar* widgetHasMenuBar() const;
