@@ -204,6 +204,8 @@ std::uint64_t KsRenderAction::stateNumber() const
     if (const auto* texture = ksCast<KsTexture2>(state.texture.get())) {
         const KsTexturePtr image = texture->getImage();
         digest.add(image ? image->id : 0);
+        digest.add(
+            static_cast<std::uint64_t>(texture->wrapS.getValue() * 2 + texture->wrapT.getValue()));
     }
     digest.add(static_cast<std::uint64_t>(state.switchValue.get()));
     return digest.value();
@@ -290,8 +292,11 @@ void KsRenderAction::add(const KsMeshPtr& mesh, const KbMatrix* local)
     draw.material = materialIndex();
     draw.clip = clipIndex();
     draw.lights = lightIndex();
-    if (const auto* texture = ksCast<KsTexture2>(m_state->texture.get()))
+    if (const auto* texture = ksCast<KsTexture2>(m_state->texture.get())) {
         draw.texture = texture->getImage();
+        draw.clampS = texture->wrapS.getValue() == KsTexture2::CLAMP;
+        draw.clampT = texture->wrapT.getValue() == KsTexture2::CLAMP;
+    }
     draw.cullBack = hints.solid && hints.ordered;
     draw.twoSided = !draw.cullBack;
     draw.counterClockwise = hints.counterClockwise;

@@ -13,7 +13,10 @@ KS_NODE_SOURCE(KsTexture2, KsNode)
 KsTexture2::KsTexture2()
 {
     KsInstanceBuilder build(classRecord, this);
+    build.enums("Wrap", {{"REPEAT", REPEAT}, {"CLAMP", CLAMP}});
     build.field("filename", filename, KbString());
+    build.enumField("wrapS", wrapS, "Wrap", REPEAT);
+    build.enumField("wrapT", wrapT, "Wrap", REPEAT);
 }
 
 KsTexture2::~KsTexture2() = default;
@@ -27,6 +30,7 @@ void KsTexture2::doAction(KsAction* action)
 void KsTexture2::fieldHasChanged(KsField* field)
 {
     KsNode::fieldHasChanged(field);
+    if (field != &filename) return;
     m_isLoaded = false;
     m_image = nullptr;
     m_isFromFile = false;

@@ -15,7 +15,12 @@ class ARBORIUM_API KsTexture2 : public KsNode {
     KS_NODE_HEADER(KsTexture2);
 
 public:
+    /// What lies beyond the edges of the image: the image again, or its edge.
+    enum Wrap { REPEAT, CLAMP };
+
     KsSFString filename; ///< Of the image. Default empty: no texture.
+    KsSFEnum wrapS;      ///< To the left and to the right. Default REPEAT.
+    KsSFEnum wrapT;      ///< Above and below. Default REPEAT.
 
     KsTexture2();
     /// The image, read when it is first asked for; null if there is none.

@@ -20,6 +20,8 @@ struct ARBORIUM_API KsDraw {
     std::uint32_t clip = 0;     ///< Index into `KsDrawList::clips`.
     std::uint32_t lights = 0;   ///< Index into `KsDrawList::lightSets`.
     KsTexturePtr texture;
+    bool clampS = false; ///< Beyond its edges the texture goes on with them, or else begins again.
+    bool clampT = false;
     bool cullBack = false;
     bool twoSided = true; ///< Light falls on both faces.
     bool counterClockwise = true;
