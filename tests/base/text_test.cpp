@@ -345,8 +345,10 @@ TEST_F(SceneText, aLongTextIsWrappedInProportionToItsLength)
 {
     const std::string whole(60000, 'w');
     setLines({whole});
+    const std::int64_t before = KsText3::getNumLaidOut();
     EXPECT_EQ(wrap(0, 1), 59999);
     EXPECT_EQ(text->string.getNum(), 60000);
+    EXPECT_LE(KsText3::getNumLaidOut() - before, 3 * 60000) << "no line is measured by itself";
 }
 
 TEST_F(SceneText, aBreakAtAnExactFitRepeatsNothing)

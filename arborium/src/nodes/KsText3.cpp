@@ -110,6 +110,8 @@ std::vector<float> KsText3::getPrefixWidths(const KbString& line, const KsFontSt
     return widths;
 }
 
+std::int64_t KsText3::getNumLaidOut() { return KsTextLayout::getNumLaidOut(); }
+
 const KsText3::Measured& KsText3::measure(const KbString& fontName)
 {
     const bool sameFont = m_measured && m_measured->fontName == fontName;

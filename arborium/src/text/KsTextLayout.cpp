@@ -69,6 +69,7 @@ struct Cache {
 };
 
 bool s_applicationIsKnown = false;
+std::int64_t s_numLaidOut = 0;
 
 /// One for each application object that there was: its fonts can neither be used nor released once
 /// it is gone.
@@ -169,6 +170,7 @@ public:
         option.setWrapMode(QTextOption::NoWrap);
         option.setFlags(QTextOption::IncludeTrailingSpaces);
         m_layout.setTextOption(option);
+        s_numLaidOut += text.size();
         m_layout.beginLayout();
         m_line = m_layout.createLine();
         // Wider than any line; what is not wrapped need not be.
@@ -478,6 +480,8 @@ std::vector<float> KsTextLayout::getPrefixWidths(const KbString& fontName, const
         result[i] = static_cast<float>(widths[std::min(placeOf(i), widths.size() - 1)] * s_toUnits);
     return result;
 }
+
+std::int64_t KsTextLayout::getNumLaidOut() { return s_numLaidOut; }
 
 KsMeshPtr KsTextLayout::makeMesh(const KbString& fontName, const std::vector<KsTextLine>& lines,
                                  int parts)

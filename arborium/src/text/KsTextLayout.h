@@ -3,6 +3,7 @@
 #include <arborium/base/KbString.h>
 #include <arborium/render/KsMesh.h>
 
+#include <cstdint>
 #include <vector>
 
 /// Extents of a font, for size 1.
@@ -34,6 +35,9 @@ public:
     /// The width of the first i characters of the line for each i from 0 to its length. In time
     /// proportional to the length.
     static std::vector<float> getPrefixWidths(const KbString& fontName, const KbString& line);
+
+    /// Characters that were laid out so far.
+    static std::int64_t getNumLaidOut();
 
     enum Part { Front = 1, Sides = 2, Back = 4 };
     /// The lines as one mesh: fronts at z 0, backs at z -1. Texts of nothing but fronts have no

@@ -273,6 +273,38 @@ TEST_F(Text, prefixesOfALongLineAreThoseOfTheWholeLine)
         EXPECT_NEAR(widths[i], KsText3::getLineWidth(line.substr(0, i), fontState), 0.3f) << i;
 }
 
+TEST_F(Text, allPrefixesOfALineComeFromOneLayoutOfIt)
+{
+    const std::string words = "The quick brown fox jumps over the lazy dog, ";
+    std::string line = words;
+    const std::int64_t before = KsText3::getNumLaidOut();
+    KsText3::getPrefixWidths(line, fontState);
+    EXPECT_EQ(KsText3::getNumLaidOut() - before, static_cast<std::int64_t>(line.size()));
+}
+
+TEST_F(Text, whatIsLaidOutForPrefixesGrowsAsTheLineDoes)
+{
+    const auto costOf = [this](std::size_t length) {
+        const std::int64_t before = KsText3::getNumLaidOut();
+        KsText3::getPrefixWidths(std::string(length, 'n'), fontState);
+        return KsText3::getNumLaidOut() - before;
+    };
+    for (const std::size_t length : {100u, 1000u, 10000u, 60000u})
+        EXPECT_LE(costOf(length), static_cast<std::int64_t>(3 * length)) << length << " characters";
+}
+
+TEST_F(Text, isLaidOutAgainOnlyInTheLinesThatChanged)
+{
+    text->string.assign({"first line", "second line", "third line"});
+    box();
+    std::int64_t before = KsText3::getNumLaidOut();
+    box();
+    EXPECT_EQ(KsText3::getNumLaidOut(), before) << "a text that did not change";
+    text->string.set1Value(1, "changed");
+    box();
+    EXPECT_EQ(KsText3::getNumLaidOut() - before, 7);
+}
+
 TEST_F(Text, shownIsNoMoreOfALineThanTheLimit)
 {
     KsLimits::current().captionChars = 10;

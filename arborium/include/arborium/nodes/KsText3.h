@@ -3,6 +3,7 @@
 #include <arborium/fields/KsMField.h>
 #include <arborium/nodes/KsShape.h>
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -44,6 +45,9 @@ public:
     /// stands, and where to wrap. Never falling; in time proportional to the length.
     static std::vector<float> getPrefixWidths(const KbString& line, const KsFontState& font);
 
+    /// How many characters were laid out since the program started, each time that they were: what
+    /// measuring and drawing of texts costs.
+    static std::int64_t getNumLaidOut();
     /// The box of one line; empty if there is no such line.
     KbBox3f getLineBox(int line, const KsState* state);
 
