@@ -38,6 +38,8 @@ void pinEnvironment()
     // The platform may be chosen: QT_QPA_PLATFORM=xcb shows the windows of a test.
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     setenv("QT_FONT_DPI", "96", 1);
+    if (const char* scale = std::getenv("FORMWEAVE_TEST_SCREEN_SCALE"))
+        setenv("QT_SCALE_FACTOR", scale, 1);
     setenv("FONTCONFIG_FILE", FORMWEAVE_TEST_FONTCONFIG, 1);
     setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
     setenv("LC_ALL", "C.UTF-8", 1);

@@ -2,7 +2,9 @@
 #include "render/KsFraming.h"
 
 #include <arborium/actions/KsGetBoundingBoxAction.h>
+#include <arborium/actions/KsGetMatrixAction.h>
 #include <arborium/actions/KsHandleEventAction.h>
+#include <arborium/actions/KsRayPickAction.h>
 #include <arborium/actions/KsSearchAction.h>
 #include <arborium/events/KsEvent.h>
 #include <arborium/io/KsDB.h>
@@ -80,6 +82,7 @@ struct KsQtViewer::Impl {
     // Held by whoever passes an event on: a listener may delete the viewer.
     std::shared_ptr<KsHandleEventAction> action;
     bool viewing = false;
+    bool seeking = false;
     bool framePending = false; // the camera waits for a scene that has an extent
     bool userMoved = false;
     bool hasHome = false;
@@ -229,6 +232,16 @@ struct KsQtViewer::Impl {
         userMoved = true;
     }
 
+    // The camera of a perspective came nearer or went away: what it looks at is not cut off.
+    void setFocalDistance(float distance)
+    {
+        const float more = distance - camera->focalDistance.getValue();
+        camera->focalDistance = distance;
+        if (more > 0) camera->farDistance = camera->farDistance.getValue() + more;
+        if (camera->nearDistance.getValue() > 0.1f * distance)
+            camera->nearDistance = 0.1f * distance;
+    }
+
     // Shows `factor` times as much; what is under `at` stays there.
     void zoom(float factor, const QPointF& at)
     {
@@ -249,15 +262,43 @@ struct KsQtViewer::Impl {
             const float focal = camera->focalDistance.getValue();
             if (!(focal * factor > 1e-6f && focal * factor < 1e9f)) return;
             position = position - axis(2) * (focal * (1 - factor));
-            camera->focalDistance = focal * factor;
+            setFocalDistance(focal * factor);
         }
         camera->position = position;
+        userMoved = true;
+    }
+
+    // `target` is in the world, the camera's fields are in the space in which it stands.
+    void lookAt(KbVec3f target)
+    {
+        KsSearchAction search;
+        search.setNode(camera.get());
+        search.setSearchingAll(true);
+        search.apply(root);
+        if (search.getPath()) {
+            KsGetMatrixAction matrix(renderer.getViewportRegion());
+            matrix.apply(search.getPath());
+            matrix.getInverse().multVecMatrix(target, target);
+        }
+        if (!target.isFinite()) return;
+        if (auto* flat = ksCast<KsOrthographicCamera>(camera.get())) {
+            const KbVec3f way = target - camera->position.getValue();
+            camera->position = camera->position.getValue() + way - axis(2) * way.dot(axis(2));
+            flat->height = flat->height.getValue() / 2;
+        } else {
+            const KbVec3f up = axis(1);
+            camera->pointAt(target, up);
+            const KbVec3f way = target - camera->position.getValue();
+            camera->position = camera->position.getValue() + way * 0.5f;
+            setFocalDistance(way.length() / 2);
+        }
         userMoved = true;
     }
 
     void updateCursor()
     {
         viewer->setCursor(!viewing                     ? Qt::ArrowCursor
+                          : seeking                    ? Qt::CrossCursor
                           : dragButton != Qt::NoButton ? Qt::ClosedHandCursor
                                                        : Qt::OpenHandCursor);
     }
@@ -330,6 +371,7 @@ void KsQtViewer::setViewing(bool viewing)
 {
     if (viewing == m_impl->viewing) return;
     m_impl->viewing = viewing;
+    m_impl->seeking = false;
     m_impl->dragButton = Qt::NoButton;
     if (viewing) m_impl->action->releaseGrabber(); // its release would not come
     m_impl->updateCursor();
@@ -337,6 +379,28 @@ void KsQtViewer::setViewing(bool viewing)
 }
 
 bool KsQtViewer::isViewing() const { return m_impl->viewing; }
+
+void KsQtViewer::setSeeking(bool seeking)
+{
+    m_impl->seeking = seeking;
+    m_impl->updateCursor();
+}
+
+bool KsQtViewer::isSeeking() const { return m_impl->seeking; }
+
+bool KsQtViewer::seek(const QPoint& position)
+{
+    Impl& d = *m_impl;
+    d.prepare();
+    const QPointF point = d.toScene(position);
+    KsRayPickAction pick(d.renderer.getViewportRegion());
+    pick.setPoint(KbVec2f(static_cast<float>(point.x()), static_cast<float>(point.y())));
+    pick.apply(d.root);
+    const KsPickedPoint* hit = pick.getPickedPoint();
+    if (!hit) return false;
+    d.lookAt(hit->getPoint());
+    return true;
+}
 
 void KsQtViewer::viewAll()
 {
@@ -479,6 +543,11 @@ void KsQtViewer::mousePressEvent(QMouseEvent* event)
         d.sendButton(event->button(), KsButtonEvent::DOWN, *event);
         return;
     }
+    if (d.seeking && event->button() == Qt::LeftButton) {
+        seek(event->pos());
+        setSeeking(false);
+        return;
+    }
     d.dragButton = event->button();
     if (d.dragButton == Qt::LeftButton && event->modifiers() & Qt::ShiftModifier)
         d.dragButton = Qt::MiddleButton;
@@ -563,6 +632,9 @@ void KsQtViewer::keyPressEvent(QKeyEvent* event)
         if (!alive) return;
     } else if (event->key() == Qt::Key_Home) {
         home();
+        handled = true;
+    } else if (event->key() == Qt::Key_S) {
+        setSeeking(!d.seeking);
         handled = true;
     }
     if (!handled && event->key() == Qt::Key_Escape) {

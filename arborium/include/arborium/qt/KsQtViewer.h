@@ -16,7 +16,7 @@ class QImage;
 ///
 /// In pick mode, the default, input goes to the scene. In view mode it moves the camera: the left
 /// button turns, the middle one (or left with Shift) shifts, the right one and the wheel go nearer
-/// and farther, Home shows all. Escape, unless the scene handled it, switches between the modes; the
+/// and farther, Home shows all, and S lets the next click seek what it meets. Escape, unless the scene handled it, switches between the modes; the
 /// wheel zooms in pick mode too unless the scene handled it, as do two fingers.
 ///
 /// A scene without a camera gets one that shows all of it from the front, a scene without lights is
@@ -39,6 +39,15 @@ public:
 
     void setViewing(bool viewing);
     bool isViewing() const;
+
+    /// While the viewer is seeking, a click in view mode goes to `seek` and ends it. Leaving the view
+    /// mode ends it as well.
+    void setSeeking(bool seeking);
+    bool isSeeking() const;
+    /// Brings what is seen at this point of the widget to the middle, and twice as near: a camera of a
+    /// perspective turns to it and goes half the way, one with parallel rays is shifted and shows
+    /// half as much. FALSE, and nothing moves, where nothing is seen.
+    bool seek(const QPoint& position);
 
     /// Moves the camera so that it shows the whole scene with a small margin; the viewer's own camera
     /// then looks at it from the front. Happens by itself when the scene is first shown, for a
