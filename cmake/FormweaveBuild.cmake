@@ -93,7 +93,7 @@ endfunction()
 
 # fw_add_programs(FOLDER [PREFIX prefix] [LINK libraries...])
 # One program for each .cpp directly in FOLDER, named after it; target "examples" and the like
-# builds all of them.
+# builds all of them. A program that includes nothing of formweave stands on the layer alone.
 function(fw_add_programs folder)
   cmake_parse_arguments(ARG "" "PREFIX" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
@@ -101,7 +101,12 @@ function(fw_add_programs folder)
     get_filename_component(name "${source}" NAME_WE)
     set(target ${ARG_PREFIX}${name})
     add_executable(${target} "${source}")
-    target_link_libraries(${target} PRIVATE Formweave::Formweave formweave_flags
+    file(STRINGS "${source}" dialogs REGEX "#include (<formweave/|\")")
+    set(library Arborium::Arborium)
+    if(dialogs)
+      set(library Formweave::Formweave)
+    endif()
+    target_link_libraries(${target} PRIVATE ${library} formweave_flags
       formweave_sanitizer_defaults ${ARG_LINK})
     target_compile_definitions(${target} PRIVATE
       FORMWEAVE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
