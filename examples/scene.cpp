@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -69,25 +70,30 @@ Separator {
 }
 )";
 
+// A click gives a piece the next one.
+const KbColor colours[] = {
+    {0.75f, 0.25f, 0.2f}, {0.9f, 0.6f, 0.2f},  {0.3f, 0.55f, 0.4f},
+    {0.25f, 0.4f, 0.7f},  {0.5f, 0.35f, 0.6f},
+};
+
 struct Look {
     const char* name;
     float x, z;
-    KbColor colour;
+    std::size_t colour;
     const char* shape; // standing on y 0
 };
 
 const Look looks[] = {
-    {"drum", -3, -1, KbColor(0.75f, 0.25f, 0.2f),
-     "Translation { translation 0 0.4 0 } Cylinder { radius 0.42  height 0.8 }"},
-    {"cone", -1, 1, KbColor(0.9f, 0.6f, 0.2f),
+    {"drum", -3, -1, 0, "Translation { translation 0 0.4 0 } Cylinder { radius 0.42  height 0.8 }"},
+    {"cone", -1, 1, 1,
      "Translation { translation 0 0.6 0 } Cone { bottomRadius 0.45  height 1.2 }"},
-    {"cube", 1, -2, KbColor(0.3f, 0.55f, 0.4f),
+    {"cube", 1, -2, 2,
      "Translation { translation 0 0.36 0 } Rotation { rotation 0 1 0 0.5 } "
      "Cube { width 0.72  height 0.72  depth 0.72 }"},
-    {"marble", 2, 1, KbColor(0.25f, 0.4f, 0.7f),
+    {"marble", 2, 1, 3,
      "Material { specularColor 0.9 0.9 0.9  shininess 0.8 } "
      "Translation { translation 0 0.45 0 } Sphere { radius 0.45 }"},
-    {"pawn", 3, -1, KbColor(0.5f, 0.35f, 0.6f),
+    {"pawn", 3, -1, 4,
      "Separator { Translation { translation 0 0.1 0 } Cylinder { radius 0.42  height 0.2 } } "
      "Separator { Translation { translation 0 0.6 0 } Cone { bottomRadius 0.34  height 1 } } "
      "Translation { translation 0 1.05 0 } Sphere { radius 0.26 }"},
@@ -152,10 +158,10 @@ KsNode* makeSquares(int parity, const KbColor& colour)
 /// A piece: a dragger whose geometry stands behind a place that its callbacks change.
 class Piece {
 public:
-    explicit Piece(const Look& look) : m_name(look.name)
+    explicit Piece(const Look& look) : m_name(look.name), m_colour(look.colour)
     {
         m_place->translation = centreOfSquare(KbVec3f(look.x, 0, look.z));
-        m_material->diffuseColor.setValue(look.colour);
+        m_material->diffuseColor.setValue(colours[m_colour]);
         auto* geometry = ksCast<KsGroup>(m_dragger->getAnyPart("geomSeparator", true));
         geometry->addChild(m_place);
         geometry->addChild(parse(shadow));
@@ -206,13 +212,14 @@ private:
             piece->m_place->translation = centreOfSquare(piece->place());
             piece->m_lift->translation = KbVec3f(0, 0, 0);
         } else { // it was clicked
-            const KbColor c = piece->colour();
-            piece->m_material->diffuseColor.setValue(KbColor(c[2], c[0], c[1]));
+            piece->m_colour = (piece->m_colour + 1) % std::size(colours);
+            piece->m_material->diffuseColor.setValue(colours[piece->m_colour]);
         }
         tell(piece->m_name + " on " + squareAt(piece->place()));
     }
 
     std::string m_name;
+    std::size_t m_colour;
     KsRef<KsDragger> m_dragger{new KsDragger};
     KsRef<KsTranslation> m_place{new KsTranslation};
     KsRef<KsTranslation> m_lift{new KsTranslation};
@@ -222,7 +229,7 @@ private:
     bool m_moved = false;
 };
 
-/// A press that no piece took: where it meets the board, there the ring goes.
+/// Where a press meets the board itself, there the ring goes.
 void pressOnBoard(void*, KsEventCallback* node)
 {
     const KsPickedPoint* hit = node->getPickedPoint();
