@@ -23,11 +23,17 @@ std::string written(KsNode* node, bool binary)
     return out.getBuffer();
 }
 
+/// The one separator that stands in a file.
+KsRef<KsSeparator> onlyChild(const KsRef<KsSeparator>& file)
+{
+    return KsRef<KsSeparator>(file ? ksCast<KsSeparator>(file->getChild(0)) : nullptr);
+}
+
 KsRef<KsSeparator> readWritten(const std::string& bytes)
 {
     KsInput in;
     in.setBuffer(bytes.data(), bytes.size());
-    return KsRef<KsSeparator>(KsDB::readAll(&in));
+    return onlyChild(KsRef<KsSeparator>(KsDB::readAll(&in)));
 }
 
 class NodePictures : public PictureTest, public testing::WithParamInterface<NodeScene> {
@@ -35,7 +41,7 @@ protected:
     void SetUp() override
     {
         PictureTest::SetUp();
-        scene = read(GetParam().content);
+        scene = onlyChild(read(std::string("Separator {\n") + GetParam().content + "}\n"));
         ASSERT_TRUE(scene);
         ASSERT_NE(written(scene, false).find(std::string(GetParam().type) + " {"),
                   std::string::npos)
