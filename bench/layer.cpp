@@ -83,8 +83,8 @@ void readScene(benchmark::State& state, bool binary)
 }
 void readAscii(benchmark::State& state) { readScene(state, false); }
 void readBinary(benchmark::State& state) { readScene(state, true); }
-BENCHMARK(readAscii)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(readBinary)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(readAscii)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(readBinary)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 #ifdef BENCH_EXPAT
 /// The same scene as XML, as much of it as gives a text of `size` bytes.
@@ -157,8 +157,8 @@ void writeScene(benchmark::State& state, bool binary)
 }
 void writeAscii(benchmark::State& state) { writeScene(state, false); }
 void writeBinary(benchmark::State& state) { writeScene(state, true); }
-BENCHMARK(writeAscii)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(writeBinary)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeAscii)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeBinary)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 // ---- fields ---------------------------------------------------------------------------------
 
@@ -224,6 +224,8 @@ private:
             places.back()->translation =
                 KbVec3f(static_cast<float>(n % 100) * 2, static_cast<float>(n / 100) * 2, 0);
             colors.push_back(new KsMaterial);
+            colors.back()->diffuseColor =
+                KbColor(static_cast<float>(n % 10) / 10.0f, 0.5f, static_cast<float>(n % 7) / 7.0f);
             group->addChild(places.back());
             group->addChild(colors.back());
             auto* cube = new KsCube;
@@ -273,7 +275,7 @@ void boxOfNewScene(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(boxOfNewScene)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(boxOfNewScene)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 // ---- frames ---------------------------------------------------------------------------------
 
@@ -445,7 +447,7 @@ void getByName(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(getByName)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(getByName)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
 /// So many nodes of one name: named, found together, and unnamed.
 void manyOfOneName(benchmark::State& state)

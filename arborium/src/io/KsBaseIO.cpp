@@ -326,7 +326,7 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
 {
     if (!out) return true;
     KsOutput::Impl& im = out->impl();
-    KsOutput::Impl::Reference& reference = im.references[this];
+    KsOutput::Impl::Reference& reference = im.at(this);
     const bool inlineNode = im.inlineNode;
     im.inlineNode = false;
     if (!im.binary && !inlineNode) {

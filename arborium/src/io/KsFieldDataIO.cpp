@@ -181,7 +181,7 @@ void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
     const bool counting = out->getStage() == KsOutput::COUNT_REFS;
     if (counting) {
         // Once for each object, whether its class asks for it or not.
-        KsOutput::Impl::Reference& reference = im.references[container];
+        KsOutput::Impl::Reference& reference = im.at(container);
         if (reference.fieldsAreCounted) return;
         reference.fieldsAreCounted = true;
     }
@@ -196,7 +196,7 @@ void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
         if (!field) continue;
         const KsField* master = writtenMaster(field);
         if (counting) {
-            if (master) im.references[master->getContainer()].needsName = true;
+            if (master) im.at(master->getContainer()).needsName = true;
             if ((master || !field->isDefault()) && field->getTypeId() == KsSFNode::getClassTypeId())
                 field->writeValue(out);
             continue;

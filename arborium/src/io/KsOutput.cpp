@@ -182,8 +182,19 @@ void KsOutput::Impl::putWord(std::string_view word)
 
 KsOutput::Impl::Reference* KsOutput::Impl::find(const KsBase* object)
 {
+    for (Reference* near : {lastFound, lastFound ? lastFound->next : nullptr})
+        if (near && near->object == object) return lastFound = near;
     const auto found = references.find(object);
-    return found == references.end() ? nullptr : &found->second;
+    return found == references.end() ? nullptr : lastFound = &found->second;
+}
+
+KsOutput::Impl::Reference& KsOutput::Impl::at(const KsBase* object)
+{
+    if (Reference* known = find(object)) return *known;
+    lastFound = &references[object];
+    lastFound->object = object;
+    if (lastMade) lastMade->next = lastFound;
+    return *(lastMade = lastFound);
 }
 
 std::string KsOutput::Impl::toText(const Key& key)
@@ -195,7 +206,7 @@ std::string KsOutput::Impl::toText(const Key& key)
 
 const KsOutput::Impl::Key& KsOutput::Impl::keyOf(const KsBase* object)
 {
-    Reference& reference = references[object];
+    Reference& reference = at(object);
     if (reference.hasKey) return reference.key;
     reference.hasKey = true;
     Key key;
@@ -394,10 +405,7 @@ void KsOutput::decrementIndent() { --m_impl->indentation; }
 
 void KsOutput::newLine() { m_impl->newLine(); }
 
-int KsOutput::addReference(const KsBase* object)
-{
-    return object ? ++m_impl->references[object].count : 0;
-}
+int KsOutput::addReference(const KsBase* object) { return object ? ++m_impl->at(object).count : 0; }
 
 int KsOutput::getReferenceCount(const KsBase* object) const
 {

@@ -66,13 +66,22 @@ struct KsOutput::Impl {
         bool needsName = false; ///< A connection leads to it.
         bool hasKey = false;
         Key key;
+        const KsBase* object = nullptr;
+        Reference* next = nullptr; ///< The one that was made after this one.
     };
     std::unordered_map<const KsBase*, Reference> references;
     std::unordered_set<std::string> keys; ///< In use, as text.
     std::unordered_map<KbName, int> nextSuffix;
     int depth = 0; ///< Of nodes in fields.
 
+    /// Null if nothing is known of the object.
     Reference* find(const KsBase* object);
+    /// Made if it is not there.
+    Reference& at(const KsBase* object);
+    // An object is asked for several times in a row, and objects are written in the order in which
+    // they were counted: most are found without a look into the table.
+    Reference* lastFound = nullptr;
+    Reference* lastMade = nullptr;
     const Key& keyOf(const KsBase* object);
     static std::string toText(const Key& key);
     /// A name of DEF or USE.

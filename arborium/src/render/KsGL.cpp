@@ -15,6 +15,7 @@ namespace {
 // Puts whole numbers safely inside a pixel, for lines and for areas.
 constexpr float insidePixel = 0.375f;
 constexpr std::size_t maxVertices = 1u << 20;
+constexpr std::size_t maxShapes = 1u << 16;
 constexpr int maxExtent = 16384;
 
 struct Vertex {
@@ -200,11 +201,18 @@ private:
     std::vector<std::uint8_t> m_pixels;
 };
 
+struct Shape {
+    KsGL::Primitive primitive;
+    std::vector<Vertex> vertices;
+    bool smooth;
+};
+
 /// What is drawn into, and the state of the calls. Null outside of targets.
 struct Drawing {
     std::unique_ptr<Drawer> drawer;
     bool usesGL = false;
-    bool open = false; // between begin and end
+    std::vector<Shape> shapes; // drawn so far by OpenGL, which may be lost
+    bool open = false;         // between begin and end
     KsGL::Primitive primitive = KsGL::POLYGON;
     std::vector<Vertex> vertices;
     KbColor color{1, 1, 1};
@@ -219,6 +227,8 @@ bool s_raster = false;
 struct KsGL::Target::Impl {
     Drawing drawing;
     int width = 0, height = 0;
+    float scale = 1;
+    std::unique_ptr<const KbColor> background; // null for none
 };
 
 KsGL::Target::Target(int width, int height, float scale, const KbColor* background)
@@ -231,6 +241,8 @@ KsGL::Target::Target(int width, int height, float scale, const KbColor* backgrou
     };
     m_impl->width = pixels(std::clamp(width, 1, maxExtent));
     m_impl->height = pixels(std::clamp(height, 1, maxExtent));
+    m_impl->scale = scale;
+    if (background) m_impl->background = std::make_unique<const KbColor>(*background);
     if (t_drawing) return;
     Drawing& drawing = m_impl->drawing;
     std::unique_ptr<GLDrawer> gl;
@@ -256,7 +268,19 @@ void KsGL::Target::finish(std::vector<std::uint8_t>& rgba)
     const std::size_t row = static_cast<std::size_t>(m_impl->width) * 4;
     rgba.assign(row * static_cast<std::size_t>(m_impl->height), 0);
     if (!m_impl->drawing.drawer) return;
-    m_impl->drawing.drawer->finish(rgba.data());
+    Drawing& drawing = m_impl->drawing;
+    drawing.drawer->finish(rgba.data());
+    if (drawing.usesGL && KsGLContext::isLost()) {
+        // It is drawn once more, without OpenGL.
+        drawing.drawer.reset();
+        KsGLContext::releaseLost();
+        drawing.drawer = std::make_unique<RasterDrawer>(m_impl->width, m_impl->height,
+                                                        m_impl->scale, m_impl->background.get());
+        for (const Shape& shape : drawing.shapes)
+            drawing.drawer->draw(shape.primitive, shape.vertices, shape.smooth);
+        drawing.drawer->finish(rgba.data());
+        drawing.usesGL = false;
+    }
     for (std::size_t low = 0, high = static_cast<std::size_t>(m_impl->height) - 1; low < high;
          ++low, --high)
         std::swap_ranges(rgba.data() + low * row, rgba.data() + (low + 1) * row,
@@ -284,6 +308,8 @@ void KsGL::end()
     if (!t_drawing || !t_drawing->open) return;
     t_drawing->open = false;
     t_drawing->drawer->draw(t_drawing->primitive, t_drawing->vertices, t_drawing->smooth);
+    if (t_drawing->usesGL && t_drawing->shapes.size() < maxShapes)
+        t_drawing->shapes.push_back({t_drawing->primitive, t_drawing->vertices, t_drawing->smooth});
 }
 
 void KsGL::color3f(float red, float green, float blue)

@@ -3,21 +3,25 @@
 #include "KsGLCache.h"
 #include "KsNormalMatrix.h"
 
+#include <arborium/render/KsGLContext.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
+#include <utility>
 
 struct KsGLBatches::Item {
     KsGLBatch::Key key;
-    std::uint32_t draw;
-    float depth;
+    std::uint32_t draw = 0;
+    float depth = 0;
 };
 
 namespace {
 
 constexpr std::size_t maxPalette = 32768; // what a material number of 16 bits can name
 constexpr std::size_t mergedMesh = 4096;  // meshes with more vertices get buffers of their own
-constexpr std::size_t mergedChunk = 32768;
+constexpr std::size_t mergedChunk = 8192; // so many vertices are made anew for one that changed
 
 using Vertex = KsGLBatch::Vertex;
 using Chunk = KsGLBatch::Chunk;
@@ -25,22 +29,21 @@ static_assert(sizeof(Vertex) == 20, "the layout of the buffers");
 
 std::int16_t toShort(float value)
 {
-    return static_cast<std::int16_t>(std::lround(std::clamp(value, -1.0f, 1.0f) * 32767.0f));
+    const float scaled = std::clamp(value, -1.0f, 1.0f) * 32767.0f;
+    return static_cast<std::int16_t>(scaled + (scaled < 0 ? -0.5f : 0.5f));
 }
 
 std::uint8_t toByte(float value)
 {
-    return static_cast<std::uint8_t>(std::lround(value > 0 ? std::min(value, 1.0f) * 255 : 0));
+    return static_cast<std::uint8_t>(value > 0 ? std::min(value, 1.0f) * 255 + 0.5f : 0);
 }
 
 struct Hash {
     std::uint64_t value = 0x9e3779b97f4a7c15u;
     void add(std::uint64_t word)
     {
-        value ^= word + 0x9e3779b97f4a7c15u + (value << 6) + (value >> 2);
-        value ^= value >> 31;
-        value *= 0xbf58476d1ce4e5b9u;
-        value ^= value >> 29;
+        value = (value ^ word) * 0xbf58476d1ce4e5b9u;
+        value ^= value >> 32;
     }
     void add(const KbMatrix& matrix)
     {
@@ -211,8 +214,12 @@ std::vector<KsGLBatches::Item> KsGLBatches::sortDraws(const KsDrawList& drawList
             return light.kind == KsLightState::Point;
         }));
 
-    std::vector<Item> items;
-    items.reserve(drawList.draws.size());
+    std::vector<Item> transparent;
+    std::vector<Item> opaque;
+    opaque.reserve(drawList.draws.size());
+    // There are few different keys: what has one is counted, and put in its place.
+    std::map<KsGLBatch::Key, std::size_t> counts;
+    auto last = counts.end();
     m_box.makeEmpty();
     m_hasLines = false;
     boxes.resize(drawList.draws.size());
@@ -253,30 +260,44 @@ std::vector<KsGLBatches::Item> KsGLBatches::sortDraws(const KsDrawList& drawList
         }
         item.key.single = mesh.positions.size() > mergedMesh || !mesh.colors.empty() ||
                           draw.material >= std::min(maxPalette, drawList.materials.size());
-        KbVec3f center;
-        toEye.multVecMatrix(world.getCenter(), center);
-        item.depth = center[2];
-        items.push_back(item);
+        if (item.key.transparent) {
+            KbVec3f center;
+            toEye.multVecMatrix(world.getCenter(), center);
+            item.depth = center[2];
+            transparent.push_back(item);
+        } else {
+            if (last == counts.end() || !(last->first == item.key))
+                last = counts.emplace(item.key, 0).first;
+            ++last->second;
+            opaque.push_back(item);
+        }
         boxes[i] = world;
         m_box.extendBy(world);
         m_hasLines = m_hasLines || mesh.primitive == KsMesh::Lines;
     }
-    std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) {
-        if (a.key.transparent != b.key.transparent) return b.key.transparent;
-        if (a.key.transparent) {
-            if (a.depth != b.depth) return a.depth < b.depth;
-            if (a.key.layer != b.key.layer) return a.key.layer < b.key.layer;
-        } else {
-            if (a.key < b.key) return true;
-            if (b.key < a.key) return false;
-        }
+    std::sort(transparent.begin(), transparent.end(), [](const Item& a, const Item& b) {
+        if (a.depth != b.depth) return a.depth < b.depth;
+        if (a.key.layer != b.key.layer) return a.key.layer < b.key.layer;
         return a.draw < b.draw;
     });
+    std::size_t start = 0;
+    for (auto& each : counts) start += std::exchange(each.second, start);
+    std::vector<Item> items(opaque.size());
+    last = counts.end();
+    for (const Item& item : opaque) {
+        if (last == counts.end() || !(last->first == item.key)) last = counts.find(item.key);
+        items[last->second++] = item;
+    }
+    items.insert(items.end(), transparent.begin(), transparent.end());
     return items;
 }
 
 void KsGLBatches::compile(const KsDrawList& drawList)
 {
+    if (m_context != KsGLContext::getNumber()) {
+        release();
+        m_context = KsGLContext::getNumber();
+    }
     if (m_list == &drawList && m_version == drawList.version) return;
     m_list = &drawList;
     m_version = drawList.version;
@@ -327,9 +348,12 @@ void KsGLBatches::compile(const KsDrawList& drawList)
 
 void KsGLBatches::release()
 {
+    // What was made in a context that is gone is gone with it.
+    const bool isHere = m_context == KsGLContext::getNumber();
     for (KsGLBatch& batch : m_batches)
-        if (batch.chunk.vertices) deleteChunk(batch.chunk);
+        if (isHere && batch.chunk.vertices) deleteChunk(batch.chunk);
     m_batches.clear();
-    if (m_paletteTexture) glDeleteTextures(1, &m_paletteTexture);
+    if (isHere && m_paletteTexture) glDeleteTextures(1, &m_paletteTexture);
     m_paletteTexture = 0;
+    m_list = nullptr;
 }

@@ -79,6 +79,7 @@ private:
     static KsGLBatch::Chunk makeChunk(const KsDrawList& drawList, const Item* first,
                                       const Item* last, bool textured);
 
+    std::uint64_t m_context = 0; // in which all this was made
     const KsDrawList* m_list = nullptr;
     std::uint64_t m_version = 0;
     std::vector<KsGLBatch> m_batches;

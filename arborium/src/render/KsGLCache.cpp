@@ -1,5 +1,7 @@
 #include "KsGLCache.h"
 
+#include <arborium/render/KsGLContext.h>
+
 #include <algorithm>
 #include <numeric>
 
@@ -28,6 +30,10 @@ std::vector<std::uint32_t> ksCheckedIndices(const KsMesh& mesh)
 KsGLCache& KsGLCache::instance()
 {
     static KsGLCache& cache = *new KsGLCache;
+    if (cache.m_context != KsGLContext::getNumber()) { // the others are gone
+        cache = KsGLCache();
+        cache.m_context = KsGLContext::getNumber();
+    }
     return cache;
 }
 

@@ -40,6 +40,7 @@ private:
     std::unordered_map<std::uint64_t, Texture> m_textures;
     std::size_t m_bytes = 0;
     std::uint64_t m_tick = 0;
+    std::uint64_t m_context = 0; ///< In which all this was made.
 };
 
 /// Indices of a mesh that lie in its arrays, whole primitives only.

@@ -16,6 +16,7 @@ struct Shared {
     bool tried = false;
     EGLDisplay display = EGL_NO_DISPLAY;
     EGLContext context = EGL_NO_CONTEXT;
+    std::uint64_t number = 0;
     std::string renderer;
     std::string version;
 };
@@ -61,11 +62,18 @@ bool tryDisplay(EGLDisplay display, std::string& reason)
     EGLConfig config = nullptr;
     EGLint count = 0;
     EGLContext context = EGL_NO_CONTEXT;
-    if (eglChooseConfig(display, wanted, &config, 1, &count) && count > 0)
-        context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
-    if (context == EGL_NO_CONTEXT && has(extensions, "EGL_KHR_no_config_context"))
-        context =
-            eglCreateContext(display, static_cast<EGLConfig>(nullptr), EGL_NO_CONTEXT, nullptr);
+    // Drivers that can tell of a reset are asked to; the others give a context without.
+    const EGLint telling[] = {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_KHR,
+                              EGL_LOSE_CONTEXT_ON_RESET_KHR, EGL_NONE};
+    for (const EGLint* attributes : {telling, static_cast<const EGLint*>(nullptr)}) {
+        if (attributes && !has(extensions, "EGL_KHR_create_context")) continue;
+        if (eglChooseConfig(display, wanted, &config, 1, &count) && count > 0)
+            context = eglCreateContext(display, config, EGL_NO_CONTEXT, attributes);
+        if (context == EGL_NO_CONTEXT && has(extensions, "EGL_KHR_no_config_context"))
+            context = eglCreateContext(display, static_cast<EGLConfig>(nullptr), EGL_NO_CONTEXT,
+                                       attributes);
+        if (context != EGL_NO_CONTEXT) break;
+    }
 
     bool good = false;
     if (context == EGL_NO_CONTEXT) {
@@ -86,6 +94,7 @@ bool tryDisplay(EGLDisplay display, std::string& reason)
             Shared& s = shared();
             s.display = display;
             s.context = context;
+            ++s.number;
             s.renderer = text(GL_RENDERER);
             s.version = text(GL_VERSION);
         } else {
@@ -161,6 +170,39 @@ bool KsGLContext::isAvailable()
     return s.context != EGL_NO_CONTEXT;
 }
 
+bool KsGLContext::release()
+{
+    Shared& s = shared();
+    if (t_depth > 0) return false;
+    if (s.context == EGL_NO_CONTEXT) return true;
+    eglDestroyContext(s.display, s.context);
+    s.context = EGL_NO_CONTEXT;
+    s.tried = false;
+    return true;
+}
+
+std::uint64_t KsGLContext::getNumber()
+{
+    isAvailable();
+    return shared().number;
+}
+
+bool KsGLContext::isLost()
+{
+    if (t_depth == 0) return false;
+    if (epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_KHR_robustness"))
+        return glGetGraphicsResetStatus() != GL_NO_ERROR;
+    return epoxy_has_gl_extension("GL_ARB_robustness") &&
+           glGetGraphicsResetStatusARB() != GL_NO_ERROR;
+}
+
+bool KsGLContext::releaseLost()
+{
+    KsDebugError::post("KsGLContext::releaseLost",
+                       "The OpenGL context was lost; a new one is made.");
+    return release();
+}
+
 const char* KsGLContext::getRendererName()
 {
     isAvailable();
@@ -186,9 +228,15 @@ KsGLContext::Current::Current()
         m_formerRead = eglGetCurrentSurface(EGL_READ);
         m_formerDisplay = eglGetCurrentDisplay();
         m_outermost = true;
-        if (!eglBindAPI(EGL_OPENGL_API) ||
-            !eglMakeCurrent(s.display, EGL_NO_SURFACE, EGL_NO_SURFACE, s.context))
-            return;
+        const auto bind = [&s] {
+            return eglBindAPI(EGL_OPENGL_API) &&
+                   eglMakeCurrent(s.display, EGL_NO_SURFACE, EGL_NO_SURFACE, s.context);
+        };
+        if (!bind()) {
+            // Once more in a new one, if the driver has lost it meanwhile.
+            if (eglGetError() != EGL_CONTEXT_LOST || !releaseLost() || !isAvailable() || !bind())
+                return;
+        }
     }
     ++t_depth;
     m_current = true;

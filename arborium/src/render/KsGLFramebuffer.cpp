@@ -2,6 +2,8 @@
 
 #include "KsGLFramebuffer.h"
 
+#include <arborium/render/KsGLContext.h>
+
 #include <algorithm>
 
 KsGLFramebuffer& KsGLFramebuffer::shared()
@@ -10,8 +12,16 @@ KsGLFramebuffer& KsGLFramebuffer::shared()
     return instance;
 }
 
+void KsGLFramebuffer::forgetFormerContext()
+{
+    if (m_context == KsGLContext::getNumber()) return;
+    *this = KsGLFramebuffer();
+    m_context = KsGLContext::getNumber();
+}
+
 int KsGLFramebuffer::getMaxSize()
 {
+    forgetFormerContext();
     if (!m_maxSize) {
         GLint buffer = 0, viewport[2] = {0, 0};
         glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &buffer);

@@ -19,9 +19,11 @@ public:
 
 private:
     void release();
+    void forgetFormerContext();
 
     unsigned m_drawn = 0, m_color = 0, m_depth = 0;
     unsigned m_resolved = 0, m_resolvedColor = 0;
     int m_width = 0, m_height = 0, m_samples = 0, m_askedSamples = 0;
     int m_maxSize = 0, m_maxSamples = 0;
+    std::uint64_t m_context = 0; ///< In which all this was made.
 };

@@ -15,6 +15,8 @@ constexpr int maxTile = 2048; // bounds the memory of large pictures
 } // namespace
 
 struct KsGLPlayer::Impl {
+    bool play(const KsDrawList& list, const Frame& frame, std::vector<std::uint8_t>& rgba);
+
     KsGLBatches batches;
     KsGLView view;
     int numCalls = 0;
@@ -75,8 +77,22 @@ void copyTile(const std::vector<std::uint8_t>& tile, int tileWidth, int tileHeig
 
 bool KsGLPlayer::play(const KsDrawList& list, const Frame& frame, std::vector<std::uint8_t>& rgba)
 {
-    KsGLContext::Current current;
-    if (!current) return false;
+    // What is lost on the way is drawn once more, in a new context.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        {
+            const KsGLContext::Current current;
+            if (!current) return false;
+            const bool isDrawn = m_impl->play(list, frame, rgba);
+            if (!KsGLContext::isLost()) return isDrawn;
+        }
+        if (!KsGLContext::releaseLost()) break;
+    }
+    return false;
+}
+
+bool KsGLPlayer::Impl::play(const KsDrawList& list, const Frame& frame,
+                            std::vector<std::uint8_t>& rgba)
+{
     KsGLFramebuffer& framebuffer = KsGLFramebuffer::shared();
     const KbVec2i32 size = frame.viewport.getWindowSize();
     const int width = size[0], height = size[1];
@@ -92,9 +108,8 @@ bool KsGLPlayer::play(const KsDrawList& list, const Frame& frame, std::vector<st
     while (factor > 1 && std::max(width, height) > framebuffer.getMaxSize() / factor) --factor;
     if (width < 1 || height < 1 || std::max(width, height) > framebuffer.getMaxSize()) return false;
 
-    Impl& impl = *m_impl;
-    impl.batches.compile(list);
-    impl.view.fitCamera(list, impl.batches, frame.viewport);
+    batches.compile(list);
+    view.fitCamera(list, batches, frame.viewport);
 
     rgba.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     const KbVec2i32 origin = frame.viewport.getViewportOriginPixels();
@@ -136,9 +151,9 @@ bool KsGLPlayer::play(const KsDrawList& list, const Frame& frame, std::vector<st
             glLineWidth(static_cast<float>(factor));
             glPointSize(static_cast<float>(factor));
             glActiveTexture(GL_TEXTURE1);
-            glBindTexture(GL_TEXTURE_2D, impl.batches.getPalette());
+            glBindTexture(GL_TEXTURE_2D, batches.getPalette());
             glActiveTexture(GL_TEXTURE0);
-            impl.numCalls = impl.view.draw(list, impl.batches);
+            numCalls = view.draw(list, batches);
 
             pixels.resize(static_cast<std::size_t>(tileWidth) *
                           static_cast<std::size_t>(tileHeight) * 4);

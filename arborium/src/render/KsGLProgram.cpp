@@ -3,6 +3,7 @@
 #include "KsGLShaders.h"
 
 #include <arborium/base/KsDebugError.h>
+#include <arborium/render/KsGLContext.h>
 
 #include <array>
 #include <string>
@@ -30,6 +31,11 @@ GLuint compileShader(GLenum kind, const std::string& prologue, const char* text)
 const KsGLProgram& KsGLProgram::get(int flags)
 {
     static std::array<KsGLProgram, 16>& programs = *new std::array<KsGLProgram, 16>;
+    static std::uint64_t context = 0;
+    if (context != KsGLContext::getNumber()) { // the others are gone
+        programs.fill({});
+        context = KsGLContext::getNumber();
+    }
     KsGLProgram& p = programs[static_cast<std::size_t>(flags)];
     if (p.tried) return p;
     p.tried = true;

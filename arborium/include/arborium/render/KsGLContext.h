@@ -2,6 +2,8 @@
 
 #include <arborium/base/KsApi.h>
 
+#include <cstdint>
+
 /// The one OpenGL context of the process: no window, no display server, an OpenGL of the
 /// compatibility kind (2.1 or later), made at the first use. Where none can be had, one message is
 /// posted and everything else goes on without pictures. For one thread at a time.
@@ -14,6 +16,18 @@ public:
     static const char* getRendererName();
     /// The version that the driver reports; empty without a context.
     static const char* getVersion();
+
+    /// Gives the context up with all that was made in it; the next use makes a new one, in which
+    /// everything is drawn as before. FALSE while the context is in use.
+    static bool release();
+    /// Which context there is: another number for each that is made, 0 before the first. What was
+    /// made in a context with another number is gone.
+    static std::uint64_t getNumber();
+    /// Whether the driver has lost what was in the context (the graphics card was reset, or went
+    /// away). To be asked while the context is current.
+    static bool isLost();
+    /// As `release`, with a message that the context was lost.
+    static bool releaseLost();
 
     /// Makes the context current for a scope. What was current before, a context of Qt included,
     /// is current again afterwards. Scopes may be nested.
