@@ -1,3 +1,4 @@
+#include "KsCameraControl.h"
 #include "KsKeyCodes.h"
 #include "render/KsFraming.h"
 
@@ -9,7 +10,6 @@
 #include <arborium/events/KsEvent.h>
 #include <arborium/io/KsDB.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
-#include <arborium/nodes/KsPerspectiveCamera.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/qt/KsQt.h>
 #include <arborium/qt/KsQtViewer.h>
@@ -51,20 +51,6 @@ void frame(KsOrthographicCamera* camera, const KbBox3f& box, const KbViewportReg
     camera->farDistance = framing.farDistance;
 }
 
-// Where a camera stands, and how much it shows.
-struct Place {
-    KbVec3f position;
-    KbRotation orientation;
-    float focalDistance = 0, nearDistance = 0, farDistance = 0, size = 0;
-};
-
-KsSFFloat* sizeField(KsCamera* camera)
-{
-    if (auto* flat = ksCast<KsOrthographicCamera>(camera)) return &flat->height;
-    if (auto* deep = ksCast<KsPerspectiveCamera>(camera)) return &deep->heightAngle;
-    return nullptr;
-}
-
 } // namespace
 
 struct KsQtViewer::Impl {
@@ -86,7 +72,7 @@ struct KsQtViewer::Impl {
     bool framePending = false; // the camera waits for a scene that has an extent
     bool userMoved = false;
     bool hasHome = false;
-    Place homePlace;
+    KsCameraPlace homePlace;
     QPointF lastPosition; // of the pointer, in pixels of the device, y upward
     Qt::MouseButton dragButton = Qt::NoButton;
     int touchId = -1;
@@ -167,105 +153,24 @@ struct KsQtViewer::Impl {
         return send(event, source);
     }
 
-    Place place() const
-    {
-        Place p;
-        p.position = camera->position.getValue();
-        p.orientation = camera->orientation.getValue();
-        p.focalDistance = camera->focalDistance.getValue();
-        p.nearDistance = camera->nearDistance.getValue();
-        p.farDistance = camera->farDistance.getValue();
-        if (const KsSFFloat* size = sizeField(camera)) p.size = size->getValue();
-        return p;
-    }
-
-    void setPlace(const Place& p)
-    {
-        camera->position = p.position;
-        camera->orientation = p.orientation;
-        camera->focalDistance = p.focalDistance;
-        camera->nearDistance = p.nearDistance;
-        camera->farDistance = p.farDistance;
-        if (KsSFFloat* size = sizeField(camera)) *size = p.size;
-    }
-
-    KbVec3f axis(int which) const
-    {
-        KbVec3f unit, result;
-        unit[which] = 1;
-        camera->orientation.getValue().multVec(unit, result);
-        return result;
-    }
-
-    // Units of the scene in a pixel, at the distance that the camera looks at.
-    float unitsPerPixel() const
-    {
-        float height = 1;
-        if (const auto* flat = ksCast<KsOrthographicCamera>(camera.get()))
-            height = flat->height.getValue();
-        else if (const auto* deep = ksCast<KsPerspectiveCamera>(camera.get()))
-            height = 2 * camera->focalDistance.getValue() *
-                     std::tan(std::clamp(deep->heightAngle.getValue(), 0.01f, 3.1f) / 2);
-        return std::fabs(height) / static_cast<float>(pixels()[1]);
-    }
+    KsCameraControl control() { return KsCameraControl(*camera, pixels()); }
 
     void turn(const QPointF& move)
     {
-        const auto size = static_cast<float>(std::max(1, std::min(pixels()[0], pixels()[1])));
-        const float angle = 3.14159265f / size;
-        const KbVec3f center =
-            camera->position.getValue() - axis(2) * camera->focalDistance.getValue();
-        const KbRotation local =
-            KbRotation(KbVec3f(1, 0, 0), static_cast<float>(move.y()) * angle) *
-            KbRotation(KbVec3f(0, 1, 0), static_cast<float>(-move.x()) * angle);
-        camera->orientation = local * camera->orientation.getValue();
-        camera->position = center + axis(2) * camera->focalDistance.getValue();
+        control().turn(move);
         userMoved = true;
     }
 
     void shift(const QPointF& move)
     {
-        const float unit = unitsPerPixel();
-        camera->position = camera->position.getValue() -
-                           axis(0) * (static_cast<float>(move.x()) * unit) -
-                           axis(1) * (static_cast<float>(move.y()) * unit);
+        control().shift(move);
         userMoved = true;
     }
 
-    // The camera of a perspective came nearer or went away: what it looks at is not cut off.
-    void setFocalDistance(float distance)
-    {
-        const float more = distance - camera->focalDistance.getValue();
-        camera->focalDistance = distance;
-        if (more > 0) camera->farDistance = camera->farDistance.getValue() + more;
-        if (camera->nearDistance.getValue() > 0.1f * distance)
-            camera->nearDistance = 0.1f * distance;
-    }
-
-    // Shows `factor` times as much; what is under `at` stays there.
     void zoom(float factor, const QPointF& at)
     {
-        if (!(factor > 0) || !std::isfinite(factor)) return;
         prepare();
-        const float unit = unitsPerPixel();
-        const KbVec2i32 size = pixels();
-        const QPointF offset = at - QPointF(size[0] / 2.0, size[1] / 2.0);
-        const float keep = unit * (1 - factor);
-        KbVec3f position = camera->position.getValue() +
-                           axis(0) * (static_cast<float>(offset.x()) * keep) +
-                           axis(1) * (static_cast<float>(offset.y()) * keep);
-        if (auto* flat = ksCast<KsOrthographicCamera>(camera.get())) {
-            const float height = flat->height.getValue() * factor;
-            if (!(height > 1e-6f && height < 1e9f)) return;
-            flat->height = height;
-        } else {
-            const float focal = camera->focalDistance.getValue();
-            if (!(focal * factor > 1e-6f && focal * factor < 1e9f)) return;
-            position = position - axis(2) * (focal * (1 - factor));
-            setFocalDistance(focal * factor);
-        }
-        camera->position = position;
-        userMoved = true;
+        if (control().zoom(factor, at)) userMoved = true;
     }
 
     // `target` is in the world, the camera's fields are in the space in which it stands.
@@ -281,17 +186,7 @@ struct KsQtViewer::Impl {
             matrix.getInverse().multVecMatrix(target, target);
         }
         if (!target.isFinite()) return;
-        if (auto* flat = ksCast<KsOrthographicCamera>(camera.get())) {
-            const KbVec3f way = target - camera->position.getValue();
-            camera->position = camera->position.getValue() + way - axis(2) * way.dot(axis(2));
-            flat->height = flat->height.getValue() / 2;
-        } else {
-            const KbVec3f up = axis(1);
-            camera->pointAt(target, up);
-            const KbVec3f way = target - camera->position.getValue();
-            camera->position = camera->position.getValue() + way * 0.5f;
-            setFocalDistance(way.length() / 2);
-        }
+        control().seek(target);
         userMoved = true;
     }
 
@@ -419,14 +314,14 @@ void KsQtViewer::viewAll()
 void KsQtViewer::saveHomePosition()
 {
     m_impl->prepare();
-    m_impl->homePlace = m_impl->place();
+    m_impl->homePlace = KsCameraPlace(*m_impl->camera);
     m_impl->hasHome = true;
 }
 
 void KsQtViewer::home()
 {
     if (m_impl->hasHome)
-        m_impl->setPlace(m_impl->homePlace);
+        m_impl->homePlace.apply(*m_impl->camera);
     else
         viewAll();
 }
