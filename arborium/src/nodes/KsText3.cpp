@@ -259,16 +259,23 @@ void KsText3::reportUse(KsGetBoundingBoxAction* action)
 void KsText3::pickShape(KsRayPickAction* action)
 {
     const KsFontState& font = action->getState()->font.get();
-    const KbLine line = action->getObjectLine();
-    const float down = line.getDirection()[2];
-    if (down == 0) return; // seen from the side there is no area
-    const KbVec3f point = line.getPosition() - line.getDirection() * (line.getPosition()[2] / down);
     const Measured& measured = measure(font.name);
     const float size = usableSize(font.size);
+    // A text with depth is hit in the bodies of its lines, a flat one in its plane: seen from the
+    // side it has no area.
+    const bool hasDepth = parts.getValue() & (SIDES | BACK);
+    const KbLine line = action->getObjectLine();
+    const float down = line.getDirection()[2];
+    if (!hasDepth && down == 0) return;
+    const KbVec3f point = line.getPosition() - line.getDirection() * (line.getPosition()[2] / down);
     for (std::size_t i = 0; i < measured.widths.size(); ++i) {
-        const KbBox3f box = lineBox(measured, i, size);
-        if (point[0] >= box.getMin()[0] && point[0] <= box.getMax()[0] &&
-            point[1] >= box.getMin()[1] && point[1] <= box.getMax()[1] && measured.widths[i] > 0) {
+        if (!(measured.widths[i] > 0)) continue;
+        KbBox3f box = lineBox(measured, i, size);
+        if (hasDepth) {
+            box.extendBy(box.getMin() - KbVec3f(0, 0, 1));
+            if (action->addBoxIntersection(box) && !action->isPickAll()) return;
+        } else if (point[0] >= box.getMin()[0] && point[0] <= box.getMax()[0] &&
+                   point[1] >= box.getMin()[1] && point[1] <= box.getMax()[1]) {
             action->addIntersection(KbVec3f(point[0], point[1], 0), KbVec3f(0, 0, 1));
             return;
         }

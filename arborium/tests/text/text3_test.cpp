@@ -385,6 +385,27 @@ TEST_F(Text, isHitInTheBoxesOfItsLines)
     EXPECT_EQ(pick(0, 0), 0);
 }
 
+TEST_F(Text, withDepthIsHitInTheBodiesOfItsLinesFromAnySide)
+{
+    text->string.assign({"wide, wide line", "i"});
+    const float width = KsText3::getLineWidth("wide, wide line", fontState);
+    const float height = KsText3::getExtents(fontState).lineHeight;
+    const auto hits = [this](const KbVec3f& from, const KbVec3f& along) {
+        KsRayPickAction action(KbViewportRegion(100, 100));
+        action.setRay(from, along);
+        action.apply(root.get());
+        return action.getPickedPointsListLength();
+    };
+    const KbVec3f left(1, 0, 0);
+    EXPECT_EQ(hits(KbVec3f(-5, 2, -0.5f), left), 0) << "a flat text has no sides";
+    text->parts = KsText3::ALL;
+    EXPECT_EQ(hits(KbVec3f(-5, 2, -0.5f), left), 1);
+    EXPECT_EQ(hits(KbVec3f(-5, 2, -1.5f), left), 0);
+    EXPECT_EQ(hits(KbVec3f(width - 1, 2, -9), KbVec3f(0, 0, 1)), 1) << "from behind";
+    EXPECT_EQ(hits(KbVec3f(width - 1, -height, -9), KbVec3f(0, 0, 1)), 0);
+    EXPECT_EQ(hits(KbVec3f(1, 30, -0.5f), KbVec3f(0, -1, 0)), 1) << "from above";
+}
+
 TEST_F(Text, thousandsOfLinesMakeFewVertices)
 {
     text->string = "Enable shadows and more";
