@@ -29,7 +29,8 @@ static_assert(sizeof(Vertex) == 20, "the layout of the buffers");
 
 std::int16_t toShort(float value)
 {
-    const float scaled = std::clamp(value, -1.0f, 1.0f) * 32767.0f;
+    // What is no number becomes one too.
+    const float scaled = (value > -1 ? std::min(value, 1.0f) : -1.0f) * 32767.0f;
     return static_cast<std::int16_t>(scaled + (scaled < 0 ? -0.5f : 0.5f));
 }
 

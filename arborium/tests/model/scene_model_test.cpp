@@ -238,9 +238,6 @@ protected:
         if (kept) kept->releaseScene(); // it would keep the former tree alive
         std::set<const Item*> inTree;
         collect(root, inTree);
-        items.erase(std::remove_if(items.begin(), items.end(),
-                                   [&](const auto& item) { return !inTree.count(item.get()); }),
-                    items.end());
         for (const auto& item : items) {
             for (const auto& value : item->values) {
                 value->sensor.reset();
@@ -248,6 +245,9 @@ protected:
                 if (value->master && !inTree.count(value->master->owner)) value->master = nullptr;
             }
         }
+        items.erase(std::remove_if(items.begin(), items.end(),
+                                   [&](const auto& item) { return !inTree.count(item.get()); }),
+                    items.end());
         std::map<const Item*, KsNode*> met;
         adopt(root, other.get(), met);
         if (HasFatalFailure()) return;
