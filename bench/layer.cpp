@@ -17,6 +17,7 @@
 #include <arborium/render/KsOffscreenRenderer.h>
 #include <arborium/sensors/KsSensor.h>
 
+#include <cmath>
 #include <dlfcn.h>
 #include <memory>
 #include <random>
@@ -396,9 +397,10 @@ void measurePick(benchmark::State& state, int fanOut)
     KsRayPickAction action(viewport);
     int hits = 0, i = 0;
     for (auto _ : state) {
-        // All over the scene.
-        i = (i + 37) % 1000;
-        action.setPoint(KbVec2f(static_cast<float>(i), static_cast<float>((i * 7) % 1000)));
+        // All over the scene, and at no regular distance.
+        const double n = ++i;
+        action.setPoint(KbVec2f(static_cast<float>(std::fmod(n * 618.034, 1000)),
+                                static_cast<float>(std::fmod(n * 414.214, 1000))));
         action.apply(tree.root.get());
         if (action.getPickedPoint()) ++hits;
     }

@@ -343,10 +343,12 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         return true;
     }
     reference.isWritten = true;
-    const std::int32_t limit = KsLimits::current().nesting;
-    if (++im.level > limit)
-        im.tellBeyond(KsOutput::Impl::Nesting, "nodes stand inside each other", limit,
+    const KsLimits& limits = KsLimits::current();
+    if (++im.level > limits.nesting)
+        im.tellBeyond(KsOutput::Impl::Nesting, "nodes stand inside each other", limits.nesting,
                       "levels of nesting");
+    if (++im.numObjects > limits.nodesPerFile)
+        im.tellBeyond(KsOutput::Impl::Nodes, "the file has", limits.nodesPerFile, "nodes");
     if (!getName().isEmpty() || reference.count > 1 || reference.needsName) {
         if (im.binary)
             im.putWord("DEF");

@@ -20,8 +20,15 @@ struct KsOutput::Impl {
 
     // ---- limits -------------------------------------------------------------------------------
 
-    enum Limit : unsigned { Nesting = 1, StringBytes = 2, NameBytes = 4, FileBytes = 8 };
-    unsigned told = 0;      ///< Of these limits, so that each is told once.
+    enum Limit : unsigned {
+        Nesting = 1,
+        StringBytes = 2,
+        NameBytes = 4,
+        FileBytes = 8,
+        Nodes = 16
+    };
+    unsigned told = 0; ///< Of these limits, so that each is told once.
+    std::int64_t numObjects = 0;
     int level = 0;          ///< Of the object that is being written.
     int walked = 0;         ///< The same in one traversal, with those that leave no mark.
     bool isPartial = false; ///< Something of the scene could not be reached.

@@ -223,6 +223,17 @@ TEST_F(WriteLimits, names)
     expectWritten(root, "a name has more than the limit of 11 bytes");
 }
 
+TEST_F(WriteLimits, nodes)
+{
+    const KsRef<KsSeparator> root = parse("DEF A Group { Cube { } } USE A Cube { }");
+    for (const int limit : {4, 3}) {
+        KsLimits::current().nodesPerFile = limit;
+        expectWritten(root, "");
+    }
+    KsLimits::current().nodesPerFile = 2;
+    expectWritten(root, "the file has more than the limit of 2 nodes");
+}
+
 TEST_F(WriteLimits, files)
 {
     const KsRef<KsSeparator> root = parse("Cube { width 3 }");
