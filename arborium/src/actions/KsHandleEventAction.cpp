@@ -7,8 +7,22 @@
 #include <arborium/nodes/KsChildList.h>
 #include <arborium/nodes/KsNode.h>
 
+#include <algorithm>
+#include <vector>
+
 /// Who gets the events. The path holds the nodes; the data is the grabber's own.
 struct KsHandleEventAction::Grab {
+    explicit Grab(KsHandleEventAction* by) : action(by) { all().push_back(this); }
+    ~Grab() { all().erase(std::find(all().begin(), all().end(), this)); }
+    Grab(const Grab&) = delete;
+    Grab& operator=(const Grab&) = delete;
+    /// Of all actions.
+    static std::vector<Grab*>& all()
+    {
+        static auto& grabs = *new std::vector<Grab*>;
+        return grabs;
+    }
+    KsHandleEventAction* const action;
     KsRef<KsFullPath> path;
     std::shared_ptr<void> data;
 };
@@ -23,12 +37,8 @@ struct KsHandleEventAction::Passage {
     bool wasDelivered = false;
     std::unique_ptr<KsRayPickAction> pick;
     KsRef<KsFullPath> deferred;
-    Passage* outer = nullptr;      ///< Of the same action.
-    Passage* outerOfAll = nullptr; ///< Of any.
-    KsHandleEventAction* action = nullptr;
+    Passage* outer = nullptr;
 };
-
-KsHandleEventAction::Passage* KsHandleEventAction::s_innermost = nullptr;
 
 namespace {
 
@@ -72,7 +82,7 @@ void KsHandleEventAction::setGrabber(KsNode* node, std::shared_ptr<void> data)
                            node->getTypeId().getName().getString());
         return;
     }
-    m_grab = std::make_unique<Grab>();
+    m_grab = std::make_unique<Grab>(this);
     m_grab->path = new KsFullPath(*getCurPath());
     m_grab->path->truncate(index + 1);
     m_grab->data = std::move(data);
@@ -85,8 +95,12 @@ KsNode* KsHandleEventAction::getGrabber() const
 
 void KsHandleEventAction::releaseAllGrabs()
 {
-    for (Passage* passage = s_innermost; passage; passage = passage->outerOfAll)
-        passage->action->releaseGrabber();
+    const std::vector<Grab*> present = Grab::all();
+    for (Grab* grab : present) {
+        // The end of one may be that of another.
+        const auto& left = Grab::all();
+        if (std::find(left.begin(), left.end(), grab) != left.end()) grab->action->releaseGrabber();
+    }
 }
 
 const KsPickedPoint* KsHandleEventAction::getPickedPoint()
@@ -127,9 +141,6 @@ void KsHandleEventAction::pass(KsNode* root, KsPath* path)
     passage.isKeyboard = m_event->isOfType(KsKeyboardEvent::getClassTypeId());
     passage.outer = m_passage;
     m_passage = &passage;
-    passage.action = this;
-    passage.outerOfAll = s_innermost;
-    s_innermost = &passage;
 
     bool isDone = false;
     if (m_grab && !passage.isKeyboard) {
@@ -148,7 +159,6 @@ void KsHandleEventAction::pass(KsNode* root, KsPath* path)
 
     m_handled = passage.isHandled;
     m_passage = passage.outer;
-    s_innermost = passage.outerOfAll;
     // The event of an inner event loop is gone now.
     if (m_passage) m_event = m_passage->event;
 }

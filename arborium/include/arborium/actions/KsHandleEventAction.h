@@ -45,8 +45,8 @@ public:
     void setGrabber(KsNode* node, std::shared_ptr<void> data = nullptr);
     void releaseGrabber() { setGrabber(nullptr); }
     KsNode* getGrabber() const;
-    /// Releases the grab of every action that is handing an event on now: what they call is about to
-    /// run an event loop of its own, which will get the events instead.
+    /// Releases the grabs of all actions: an event loop is about to begin that will get the events
+    /// instead.
     static void releaseAllGrabs();
 
     /// What the pointer of the event points at, found once per event; null if nothing, and while no
@@ -78,7 +78,6 @@ private:
 
     std::unique_ptr<Grab> m_grab;
     Passage* m_passage = nullptr;
-    static Passage* s_innermost; ///< Of all actions.
     KbViewportRegion m_viewport;
     const KsEvent* m_event = nullptr;
     float m_pickRadius = 5;
