@@ -96,6 +96,8 @@ private:
     void join(KsFormweave* child);
     /// Takes the widgets of the child at `index` down. Its index then; -1 if it is gone.
     int retire(int index);
+    /// A child that was taken out stands on its own.
+    static void letGo(KsFormweave* child);
 
     KsFormweave* m_owner;
     const KsElementListTraits& m_traits;

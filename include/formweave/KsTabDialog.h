@@ -121,8 +121,6 @@ private:
     void addWindowPage(KsDialogComponent* child, int index);
     void repairSelection();
     bool isPage(int index) const { return index >= 0 && index < m_elements.count(); }
-    /// A child that was taken out stands on its own: it is no hidden page any more.
-    static void letGo(KsDialogComponent* child);
 
     static void startCB3D(void* data, KsDragger* dragger);
     static void finishCB3D(void* data, KsDragger* dragger);

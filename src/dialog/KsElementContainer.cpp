@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 bool ksIsBinary(KsInput* in) { return in->isBinary(); }
 
@@ -129,6 +130,13 @@ int KsElementList::retire(int index)
     return index < m_count && at(index) == child ? index : find(child);
 }
 
+void KsElementList::letGo(KsFormweave* child)
+{
+    child->setParent(nullptr);
+    // What hid it in a scene is no longer above it.
+    if (!asDialog(child) && !child->isShown3D()) child->show3D(1);
+}
+
 bool KsElementList::add(KsFormweave* child)
 {
     if (!mayTake(child, "addChild")) return false;
@@ -169,7 +177,7 @@ bool KsElementList::remove(int index)
     m_owner->getChildren()->remove(index);
     // A walk that stands at the child finds the next one in its place.
     shiftWalks(index, -1);
-    child->setParent(nullptr);
+    letGo(child);
     return true;
 }
 
@@ -178,9 +186,13 @@ bool KsElementList::removeAll()
     for (int i = m_count - 1; i >= 0; --i) {
         if (i < m_count) retire(i);
     }
-    orphanChildren();
+    std::vector<KsRef<KsFormweave>> children;
+    for (int i = 0; i < m_count; ++i) children.emplace_back(at(i));
     m_count = 0;
     m_owner->getChildren()->truncate(0);
+    for (const auto& child : children) {
+        if (child->getParentElement() == m_owner) letGo(child);
+    }
     return true;
 }
 
@@ -195,7 +207,7 @@ bool KsElementList::replace(int index, KsFormweave* child)
     index = retire(index);
     if (index < 0) return false;
     m_owner->getChildren()->set(index, child);
-    old->setParent(nullptr);
+    letGo(old);
     join(child);
     return true;
 }

@@ -119,18 +119,12 @@ void KsTabDialog::removeChild(KsDialogComponent* child) { removeChild(findChild(
 
 void KsTabDialog::removeChild(int index)
 {
-    const KsRef<KsDialogComponent> child(isPage(index) ? childAt(index) : nullptr);
-    if (!m_elements.remove(index)) return;
-    letGo(child.get());
-    pagesChanged(true);
+    if (m_elements.remove(index)) pagesChanged(true);
 }
 
 void KsTabDialog::removeAllChildren()
 {
-    std::vector<KsRef<KsDialogComponent>> children;
-    forEachChild([&](KsDialogComponent* child) { children.emplace_back(child); });
     if (!m_elements.removeAll()) return;
-    for (const auto& child : children) letGo(child.get());
     const KsKeepAlive keep(this);
     if (m_build2D) syncWindowPages();
     if (!isBuilt3D()) return;
@@ -145,15 +139,7 @@ void KsTabDialog::replaceChild(KsDialogComponent* oldChild, KsDialogComponent* n
 
 void KsTabDialog::replaceChild(int index, KsDialogComponent* newChild)
 {
-    const KsRef<KsDialogComponent> child(isPage(index) ? childAt(index) : nullptr);
-    if (!m_elements.replace(index, newChild)) return;
-    letGo(child.get());
-    pagesChanged(false);
-}
-
-void KsTabDialog::letGo(KsDialogComponent* child)
-{
-    if (child && !child->getParentElement() && !child->isShown3D()) child->show3D(1);
+    if (m_elements.replace(index, newChild)) pagesChanged(false);
 }
 
 void KsTabDialog::pagesChanged(bool gone)
