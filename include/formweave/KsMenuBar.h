@@ -16,6 +16,9 @@ class QMenuBar;
 /// Popups are added and taken away as `KsElementContainer` says. One that is inserted at an index
 /// stands there in a scene; in a window that is shown it stands at the end, until the window is built
 /// again.
+///
+/// A panel with a bar leaves its children 14 less than their heights come to: a dialog whose `height`
+/// is 0 lets them reach over its lower edge, so give it one that is that much larger.
 class FORMWEAVE_API KsMenuBar : public KsElementContainer<KsTopComponent, KsMenuPopup> {
     KS_KIT_HEADER(KsMenuBar);
 
@@ -36,6 +39,9 @@ public:
     /// Makes room, in a scene, for titles of other sizes.
     void entriesChanged3D();
 
+    /// Kept for programs that call it; without effect.
+    void updateMenuBar() {}
+
     void buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D) override;
     void destroyWidget() override;
     void applyAuditor(KsFormweave* node) override;
@@ -43,6 +49,7 @@ public:
     void show3D(int show) override;
     void set3DParentTranslation(KbVec3f& translation) override;
     void change3DPosition() override;
+    void change3DEnable() override;
     void refresh3DSkin() override;
     void getSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) override;
     void getBoundingBox(KsGetBoundingBoxAction* action) override;

@@ -44,6 +44,8 @@ public:
     virtual void menuEvent(void* data, int id);
     /// Nothing.
     virtual void destroyNoDeleteMenuItem();
+    /// Kept for programs that call it; without effect.
+    void updateMenuItem() {}
     /// The size that the entry asks for.
     virtual KbVec2i32 getItemInitSize();
     /// Sets the width, once; with `force` also later. The height is the class's own.
@@ -73,6 +75,8 @@ protected:
     virtual void update3DEntry() {}
     /// Arms the sensors of the class's own fields.
     virtual void armSensors() {}
+    /// Whether a person can use it.
+    virtual bool takesInput() const { return enable; }
     /// The text that stands for the entry now.
     virtual const KbString& shownLabel() const { return label.getValue(); }
 
@@ -110,8 +114,11 @@ protected:
     void fit3D();
     /// The corners of the label's box.
     void get3DLabelCachedBBox(KbVec3f& min, KbVec3f& max);
-    /// A pick ends the use of the menu: the open menus of the bar above close.
-    void closeMenus3D();
+    /// In a callback: whether the pick is one of the entry, and the entry may be used.
+    bool takesPick();
+    /// A pick ends the use of the menu. The bar, which may be null, is that of the time before the
+    /// auditors: one of them may take the entry out of its menu.
+    static void closeMenus3D(KsMenuBar* bar);
 
     // Texts.
     /// What follows the first tab of a title; empty without a tab.

@@ -44,6 +44,7 @@ public:
     void changeLabel() override;
     void show3D(int show) override;
     void change3DPosition() override;
+    void change3DEnable() override;
     void set3DInactive() override;
     void refresh3DSkin() override;
     void getBoundingBox(KsGetBoundingBoxAction* action) override;
@@ -60,6 +61,7 @@ protected:
     void childrenChanged() override;
     void childrenRemoved() override {}
     void insertMenuItem() override;
+    bool takesInput() const override;
     void create3DEntry() override;
     void update3DEntry() override;
 

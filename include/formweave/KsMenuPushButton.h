@@ -21,6 +21,7 @@ public:
 
     void updateFromSensor(KsSensor* sensor) override;
     void changeLabel() override;
+    void change3DEnable() override;
     void menuEvent(void* data, int id) override;
     void changeAccelerator();
 

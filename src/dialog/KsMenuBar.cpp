@@ -6,6 +6,8 @@
 #include "KsElementSearch.h"
 #include "KsSkinFamily.h"
 
+#include <arborium/nodes/KsMaterial.h>
+#include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
@@ -178,12 +180,15 @@ void KsMenuBar::create3DBar()
     putFirst(m_strip.scale, "frameSep");
     putBefore(m_strip.translation, "frameSep");
     putBehind(m_stripTransform, "frameSep");
+    insertFirst(m_pickStyle.get(), "geomSwitch");
+    insertFirst(m_material.get(), "geomSwitch");
     apply3DParentTranslation();
     setBuilt3D(1);
     m_3DDepth = -1;
     update3DChildrenSize();
     show3DChildren(0);
     show3D(!m_parent || m_parent->showsChildren3D());
+    if (!enable) KsTopComponent::change3DEnable();
 }
 
 void KsMenuBar::update3DChildrenSize()
@@ -255,6 +260,14 @@ void KsMenuBar::show3D(int show)
 {
     forEachChild([=](KsMenuPopup* child) { child->show3D(show); });
     KsTopComponent::show3D(show && !m_hiddenAsEmpty);
+}
+
+void KsMenuBar::change3DEnable()
+{
+    KsTopComponent::change3DEnable();
+    forEachChild([](KsMenuPopup* child) {
+        if (child->isBuilt3D()) child->change3DEnable();
+    });
 }
 
 void KsMenuBar::show3DChildren(int show)

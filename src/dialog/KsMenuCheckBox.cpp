@@ -7,6 +7,7 @@
 
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuCheckBoxAuditor.h>
 
 #include <algorithm>
@@ -148,14 +149,15 @@ void KsMenuCheckBox::change3DOnString()
 void KsMenuCheckBox::finishCB3D(void*, KsDragger* dragger)
 {
     auto* box = static_cast<KsMenuCheckBox*>(dragger);
-    if (box->isPicked({"geomSwitch"})) box->draggerFinishCallback3D();
+    if (box->takesPick()) box->draggerFinishCallback3D();
 }
 
 void KsMenuCheckBox::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);
+    const KsRef<KsMenuBar> bar(getMenuBar());
     state = !state;
     applyDlgCptAuditor();
-    closeMenus3D();
+    closeMenus3D(bar);
     updateBoth(this, &KsMenuCheckBox::changeState, &KsMenuCheckBox::change3DState);
 }

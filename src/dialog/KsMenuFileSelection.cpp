@@ -1,6 +1,8 @@
 #include <formweave/KsMenuFileSelection.h>
 
+#include <arborium/actions/KsHandleEventAction.h>
 #include <arborium/base/KbFileHelper.h>
+#include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuFileSelectionAuditor.h>
 
 #include <QFileDialog>
@@ -57,6 +59,8 @@ void KsMenuFileSelection::openDialogBox()
     QString filters;
     for (int i = 0; i < filter.getNum() / 2; ++i)
         filters += toQString(filter[2 * i + 1]) + " (" + toQString(filter[2 * i]) + ");;";
+    // The release goes to the dialog: a scene that waits for it would drag ever on.
+    KsHandleEventAction::releaseAllGrabs();
     const auto ask = mode == OPEN ? &QFileDialog::getOpenFileName : &QFileDialog::getSaveFileName;
     const QString directory = toQString(KbFileHelper::expandString(fileDirectory.getValue()));
     const QString chosen =
@@ -76,12 +80,14 @@ void KsMenuFileSelection::add3DCallbackMethods()
 void KsMenuFileSelection::finishCB3D(void*, KsDragger* dragger)
 {
     auto* selection = static_cast<KsMenuFileSelection*>(dragger);
-    if (selection->isPicked({"geomSwitch"})) selection->draggerFinishCallback3D();
+    if (selection->takesPick()) selection->draggerFinishCallback3D();
 }
 
 void KsMenuFileSelection::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);
+    const KsRef<KsMenuBar> bar(getMenuBar());
     openDialogBox();
     KsMenuPushButton::draggerFinishCallback3D();
+    closeMenus3D(bar);
 }

@@ -179,6 +179,8 @@ void KsMenuItem::create3DItem()
         putFirst(m_itemFrame.scale, "itemFrameSep");
         putBefore(m_itemFrame.translation, "itemFrameSep");
         putBehind(m_itemTransform, "itemFrameSep");
+        // A press on a disabled entry ends there: it does not reach what stands behind the menu.
+        static_cast<KsGroup*>(getAnyPart("itemFrameSep", true))->insertChild(new KsPickStyle, 1);
     }
     create3DText(m_itemText, "labelSep");
     auto* geometry = static_cast<KsGroup*>(getAnyPart("geomSwitch", true));
@@ -189,11 +191,11 @@ void KsMenuItem::create3DItem()
     create3DEntry();
     change3DLabel();
     setBuilt3D(1);
-    if (!enable.getValue()) change3DEnable();
-    // An entry of a column shows itself as the column does; others as they were told.
-    show3D(m_parent && m_parent->isOfType(KsMenuPopup::getClassTypeId())
-               ? m_parent->showsChildren3D()
-               : m_show3D);
+    if (!takesInput()) change3DEnable();
+    // An entry of a column shows itself as the column does; others as they were told, if what they
+    // stand in is shown.
+    const bool isInColumn = m_parent && m_parent->isOfType(KsMenuPopup::getClassTypeId());
+    show3D((isInColumn || m_show3D) && (!m_parent || m_parent->showsChildren3D()));
 }
 
 void KsMenuItem::create3DToggle(SceneFrame& toggle, const char* part)
@@ -255,8 +257,13 @@ void KsMenuItem::change3DLabel()
 
 void KsMenuItem::fit3D()
 {
-    if (!m_parent || !m_parent->is3DLive()) return;
     const KbVec2i32 wanted = getItemInitSize();
+    if (!m_parent) {
+        setItemSize(wanted, 1);
+        update3D();
+        return;
+    }
+    if (!m_parent->is3DLive()) return;
     auto* bar = ksCast<KsMenuBar>(m_parent);
     auto* popup = ksCast<KsMenuPopup>(m_parent);
     if (bar && wanted != m_itemSize) bar->entriesChanged3D();
@@ -280,9 +287,10 @@ void KsMenuItem::refresh3DSkin()
     if (is3DLive()) update3D();
 }
 
-void KsMenuItem::closeMenus3D()
+bool KsMenuItem::takesPick() { return takesInput() && isPicked({"geomSwitch"}); }
+
+void KsMenuItem::closeMenus3D(KsMenuBar* bar)
 {
-    const KsRef<KsMenuBar> bar(getMenuBar());
     if (bar) bar->show3DChildren(0);
 }
 

@@ -233,6 +233,21 @@ void KsMenuPopup::create3DEntry()
     update3DChildrenSize();
 }
 
+bool KsMenuPopup::takesInput() const
+{
+    return enable && !(m_parent && isBar(m_parent) && !m_parent->enable);
+}
+
+void KsMenuPopup::change3DEnable()
+{
+    if (takesInput()) {
+        KsMenuItem::change3DEnable();
+        return;
+    }
+    change3DWidgetEnable(0);
+    show3DChildren(0);
+}
+
 void KsMenuPopup::get3DDefaultSize(KbVec3f& size)
 {
     KbVec3f min, max;
@@ -359,7 +374,7 @@ void KsMenuPopup::closeSiblings3D()
 void KsMenuPopup::startCB3D(void*, KsDragger* dragger)
 {
     auto* popup = static_cast<KsMenuPopup*>(dragger);
-    if (popup->isPicked({"geomSwitch"})) popup->draggerStartCallback3D();
+    if (popup->takesPick()) popup->draggerStartCallback3D();
 }
 
 void KsMenuPopup::draggerStartCallback3D()

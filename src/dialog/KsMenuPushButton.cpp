@@ -6,6 +6,7 @@
 
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsTransform.h>
+#include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuPushButtonAuditor.h>
 
 KS_KIT_SOURCE(KsMenuPushButton, KsMenuItem)
@@ -117,13 +118,20 @@ void KsMenuPushButton::show3DPressed(bool pressed)
 void KsMenuPushButton::startCB3D(void*, KsDragger* dragger)
 {
     auto* button = static_cast<KsMenuPushButton*>(dragger);
-    if (button->isPicked({"geomSwitch"})) button->draggerStartCallback3D();
+    if (button->takesPick()) button->draggerStartCallback3D();
 }
 
 void KsMenuPushButton::finishCB3D(void*, KsDragger* dragger)
 {
     auto* button = static_cast<KsMenuPushButton*>(dragger);
-    if (button->isPicked({"geomSwitch"})) button->draggerFinishCallback3D();
+    if (button->takesPick()) button->draggerFinishCallback3D();
+}
+
+void KsMenuPushButton::change3DEnable()
+{
+    KsMenuItem::change3DEnable();
+    // Also in the middle of a press.
+    if (!takesInput()) show3DPressed(false);
 }
 
 void KsMenuPushButton::draggerStartCallback3D() { show3DPressed(true); }
@@ -131,7 +139,8 @@ void KsMenuPushButton::draggerStartCallback3D() { show3DPressed(true); }
 void KsMenuPushButton::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);
+    const KsRef<KsMenuBar> bar(getMenuBar());
     show3DPressed(false);
     applyDlgCptAuditor();
-    closeMenus3D();
+    closeMenus3D(bar);
 }

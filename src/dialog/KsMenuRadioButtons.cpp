@@ -13,6 +13,7 @@
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <formweave/KsMenuBar.h>
 #include <formweave/KsMenuRadioButtonsAuditor.h>
 
 #include <algorithm>
@@ -288,12 +289,14 @@ void KsMenuRadioButtons::change3DSelectedItem()
 
 void KsMenuRadioButtons::finishCB3D(void*, KsDragger* dragger)
 {
-    static_cast<KsMenuRadioButtons*>(dragger)->draggerFinishCallback3D();
+    auto* buttons = static_cast<KsMenuRadioButtons*>(dragger);
+    if (buttons->takesInput()) buttons->draggerFinishCallback3D();
 }
 
 void KsMenuRadioButtons::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);
+    const KsRef<KsMenuBar> bar(getMenuBar());
     int index = selectedItem;
     const KsPath* path = getPickPath();
     for (int i = 0; path && i < std::min(rowCount(), m_numItems); ++i) {
@@ -305,5 +308,5 @@ void KsMenuRadioButtons::draggerFinishCallback3D()
                    &KsMenuRadioButtons::change3DSelectedItem);
     }
     applyDlgCptAuditor();
-    closeMenus3D();
+    closeMenus3D(bar);
 }
