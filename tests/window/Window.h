@@ -131,3 +131,14 @@ protected:
 private:
     std::vector<KsRef<KsTopLevelDialog>> m_dialogs;
 };
+
+/// What a dialog's fields say of its size.
+class Window : public WindowBase {
+protected:
+    static KbVec2i32 sizeOf(const KsDialogComponent* c) { return {c->width, c->height}; }
+    static QSize sizeOf(const KsTopLevelDialog* d) { return {d->width, d->height}; }
+    static QSize minOf(const KsTopLevelDialog* d) { return {d->minWidth, d->minHeight}; }
+    static QSize maxOf(const KsTopLevelDialog* d) { return {d->maxWidth, d->maxHeight}; }
+};
+
+inline const QSize unlimited(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
