@@ -345,6 +345,33 @@ TEST_F(Tool, aBrokenFileOrTargetLeavesAnEarlierPictureAsItWas)
     }
 }
 
+TEST_F(Tool, menusAreOpenInAPictureIfThatIsWanted)
+{
+    const QString menus = FORMWEAVE_SOURCE_DIR "/examples/editor.arb";
+    for (const QString presentation : {"--2d", "--3d"}) {
+        const QString closed = file("closed.png"), open = file("open.png");
+        ASSERT_EQ(run({"render", menus, "-o", closed, presentation}).status, 0);
+        const Result result =
+            run({"render", menus, "-o", open, presentation, "--open", "olderMenu"});
+        EXPECT_EQ(result.status, 0) << result.err.toStdString();
+        const QImage without(closed), with(open);
+        // Three menus beside each other reach beyond the dialog.
+        EXPECT_GT(with.width(), without.width() + 30) << presentation.toStdString();
+        EXPECT_GE(with.height(), without.height());
+        ASSERT_EQ(run({"render", menus, "-o", open, presentation, "--open", "fileMenu", "--size",
+                       "300x250"})
+                      .status,
+                  0);
+        EXPECT_EQ(QImage(open).size(), QSize(300, 250));
+    }
+    for (const QString id : {"none", "material", "new"}) {
+        const Result result = run({"render", menus, "-o", file("x.png"), "--open", id});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_NE(result.err.indexOf("there is no menu \"" + id + "\""), -1)
+            << result.err.toStdString();
+    }
+}
+
 TEST_F(Tool, viewSaysThatThereIsNoDisplay)
 {
     QProcessEnvironment variables = environment();

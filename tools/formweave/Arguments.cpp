@@ -14,7 +14,9 @@ constexpr int largestPicture = 16384; // pixels along one side
 constexpr Command commands[] = {
     {"view", "FILE... [--id ID] [--2d | --3d | --both] [--skin NAME] [--watch]",
      "shows dialogs as windows, as panels in a scene, or both", -1, &runView},
-    {"render", "FILE -o OUT.png [--2d | --3d] [--size WxH] [--scale S] [--id ID] [--skin NAME]",
+    {"render",
+     "FILE -o OUT.png [--2d | --3d] [--size WxH] [--scale S] [--id ID] [--skin NAME] "
+     "[--open ID]",
      "makes a picture of a dialog, with no display", 1, &runRender},
     {"check", "FILE...", "reads files and says what is wrong with them", -1, &runCheck},
     {"tree", "FILE [--id ID]", "lists the elements of a dialog with the sizes of its layout", 1,
@@ -88,6 +90,8 @@ constexpr Option options[] = {
      &takeScale},
     {"--skin", true, "--skin NAME   look of the panel: a directory or an installed skin",
      &takeText<&Arguments::skin>},
+    {"--open", true, "--open ID     the menu with this auditorID is open, with those it stands in",
+     &takeText<&Arguments::open>},
     {"--watch", false, "--watch       reads a file again when it changes", &watch},
 };
 

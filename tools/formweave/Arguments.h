@@ -13,6 +13,7 @@ struct Arguments {
     std::string output;
     std::string id;
     std::string skin;
+    std::string open;
     Presentation presentation = Unset;
     QSize size; ///< Empty: as large as the dialog needs.
     double scale = 1;

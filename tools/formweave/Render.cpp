@@ -12,9 +12,11 @@
 
 namespace {
 
-bool drawWindow(KsFormweave* element, const Arguments& arguments)
+bool drawWindow(KsFormweave* element, const Menus& open, const Arguments& arguments)
 {
-    const QImage image = ElementWindow(element).picture(arguments.size, arguments.scale);
+    ElementWindow window(element);
+    window.open(open);
+    const QImage image = window.picture(arguments.size, arguments.scale);
     if (image.isNull()) {
         std::fprintf(stderr, "formweave: the element shows nothing in a window\n");
         return false;
@@ -41,8 +43,11 @@ int runRender(const Arguments& arguments)
     const DialogFile file(arguments.files.front());
     KsFormweave* element = readElement(file, arguments.id);
     if (!element) return Failed;
-    const bool done = arguments.presentation == Arguments::Scene
-                          ? drawPanel(element, arguments.size, arguments.scale, arguments.output)
-                          : drawWindow(element, arguments);
+    const Menus open = arguments.open.empty() ? Menus() : menusTo(element, arguments.open);
+    if (open.empty() && !arguments.open.empty()) return Failed;
+    const bool done =
+        arguments.presentation == Arguments::Scene
+            ? drawPanel(element, open, arguments.size, arguments.scale, arguments.output)
+            : drawWindow(element, open, arguments);
     return done ? Done : Failed;
 }
