@@ -5,17 +5,16 @@
 
 #include <MessageGuard.h>
 #include <arborium/actions/KsGetBoundingBoxAction.h>
-#include <arborium/actions/KsWriteAction.h>
 #include <arborium/base/KbViewportRegion.h>
 #include <arborium/io/KsDB.h>
 #include <arborium/io/KsInput.h>
-#include <arborium/io/KsOutput.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <dialog/Inside.h>
 #include <formweave/KsDialogCheckBox.h>
 #include <formweave/KsFormweave.h>
 
@@ -227,13 +226,6 @@ template <class T> KsRef<T> readNode(const std::string& text)
 {
     const KsRef<KsSeparator> scene = readScene(text);
     return KsRef<T>(scene && scene->getNumChildren() ? ksCast<T>(scene->getChild(0)) : nullptr);
-}
-
-inline std::string written(KsNode* node)
-{
-    KsWriteAction action;
-    action.apply(node);
-    return action.getOutput()->getBuffer();
 }
 
 inline void writeFile(const std::string& path, const std::string& text)

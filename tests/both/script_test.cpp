@@ -5,8 +5,10 @@
 #include <arborium/io/KsOutput.h>
 #include <dialog/Stage.h>
 
+#include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTimer>
 
 #include <algorithm>
 #include <set>
@@ -70,6 +72,10 @@ const Exception exceptions[] = {
     {"DialogEditText", "break the line",
      "in a window each Return is Enter, in a scene Shift makes "
      "it a break and nothing else"},
+    {"Menu", "choose a file", "a scene tells of the file, and then of the pick"},
+    {"Menu", "cancel the choice", "a scene tells of the file, and then of the pick"},
+    {"Menu", "open a dialog",
+     "in a scene an entry that opens dialogs does so at the press, unheard"},
     {"TabDialog", "select too high",
      "a window shows the last page then, a scene goes back to the last valid one"},
 };
@@ -116,31 +122,63 @@ Step chooseFromList(const char* name, const char* id, int item)
             }};
 }
 
-/// Opens the menu "m" and picks an entry: in a window by its text, in a scene by its id.
-Step pick(const char* name, const char* text, const char* id)
+using Way = std::vector<const char*>;
+
+/// Opens the menu "m" and goes through entries: in a window by their texts, in a scene by their ids.
+Step pick(const char* name, const Way& texts, const Way& ids)
 {
     return {name,
-            [text](Stage& stage) {
+            [texts](Stage& stage) {
                 auto* bar = stage.dialog->getBaseWidget()->findChild<QMenuBar*>();
                 ASSERT_TRUE(bar);
                 QAction* title = bar->actions().value(0);
                 QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier,
                                   bar->actionGeometry(title).center());
                 QMenu* menu = title->menu();
-                for (QAction* entry : menu->actions()) {
-                    if (entry->text() == text)
-                        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
-                                          menu->actionGeometry(entry).center());
+                for (const char* text : texts) {
+                    ASSERT_TRUE(menu) << text;
+                    ASSERT_TRUE(QTest::qWaitFor([=] { return menu->isVisible(); })) << text;
+                    QAction* entry = nullptr;
+                    for (QAction* each : menu->actions())
+                        if (each->text() == text) entry = each;
+                    ASSERT_TRUE(entry) << text;
+                    const QPoint place = menu->actionGeometry(entry).center();
+                    QTest::mouseMove(menu, place);
+                    QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, place);
+                    menu = entry->menu();
                 }
-                menu->hide();
+                while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
             },
-            [id](Stage& stage) {
-                auto* entry = stage.find<KsFormweave>(id);
-                ASSERT_TRUE(entry) << id;
+            [ids](Stage& stage) {
                 stage.clickPart(stage.find<KsFormweave>("m"), "frameSep");
-                stage.clickPart(entry, "geomSwitch");
+                for (const char* id : ids) {
+                    auto* entry = stage.find<KsFormweave>(id);
+                    ASSERT_TRUE(entry) << id;
+                    stage.clickPart(entry, "geomSwitch");
+                }
                 stage.click(KbVec2f(Stage::viewWidth - 1, 1));
             }};
+}
+
+/// The same with an entry that asks for a file: `file` is typed, or the question cancelled if null.
+Step pickFile(const char* name, const char* text, const char* id, const char* file)
+{
+    const Step step = pick(name, {text}, {id});
+    const auto answered = [file](const std::function<void(Stage&)>& act) {
+        return [=](Stage& stage) {
+            QTimer timer;
+            QObject::connect(&timer, &QTimer::timeout, [&] {
+                auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                if (!dialog) return;
+                timer.stop();
+                if (file) dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
+                QMetaObject::invokeMethod(dialog, file ? "accept" : "reject");
+            });
+            timer.start(5);
+            act(stage);
+        };
+    };
+    return {name, answered(step.inWindow), answered(step.inScene)};
 }
 
 Step application(const char* name, std::function<void(Stage&)> act) { return {name, act, act}; }
@@ -529,16 +567,29 @@ std::vector<Control> controls()
          "MenuCheckBox { auditorID \"check\" label \"Off\" onString \"On\" } "
          "MenuSeparator { } "
          "MenuRadioButtons { auditorID \"radio\" items [ \"1\", \"2\", \"3\" ] } "
+         "MenuPopup { auditorID \"in\" label \"In\" MenuPopup { auditorID \"deep\" label \"Deep\" "
+         "  MenuPushButton { auditorID \"last\" label \"Last\" } } } "
+         "MenuFileSelection { auditorID \"file\" label \"File\" } "
+         "MenuPushButtonLauncher { auditorID \"open\" label \"Open\" "
+         "  TopLevelDialog { position3D 400 50 0 DialogCheckBox { } } } "
+         "MenuCheckBoxLauncher { auditorID \"show\" label \"Show\" "
+         "  TopLevelDialog { position3D 400 200 0 DialogCheckBox { } } } "
          "MenuPushButton { auditorID \"grey\" label \"Grey\" enable FALSE } } } }",
          {
-             pick("pick the button", "Push", "push"),
-             pick("check the box", "Off", "check"),
-             pick("uncheck it", "On", "check"),
-             pick("pick the middle row", "2", "radio"),
-             pick("pick it again", "2", "radio"),
-             pick("pick a disabled one", "Grey", "grey"),
+             pick("pick the button", {"Push"}, {"push"}),
+             pick("check the box", {"Off"}, {"check"}),
+             pick("uncheck it", {"On"}, {"check"}),
+             pick("pick the middle row", {"2"}, {"radio"}),
+             pick("pick it again", {"2"}, {"radio"}),
+             pick("pick in a menu of a menu", {"In", "Deep", "Last"}, {"in", "deep", "last"}),
+             pickFile("choose a file", "File", "file", FORMWEAVE_SOURCE_DIR "/examples/editor.arb"),
+             pickFile("cancel the choice", "File", "file", nullptr),
+             pick("open a dialog", {"Open"}, {"open"}),
+             pick("show a dialog", {"Show"}, {"show"}),
+             pick("hide it", {"Show"}, {"show"}),
+             pick("pick a disabled one", {"Grey"}, {"grey"}),
              application("enable it", [](Stage& s) { s.find<KsFormweave>("grey")->enable = true; }),
-             pick("pick it now", "Grey", "grey"),
+             pick("pick it now", {"Grey"}, {"grey"}),
          }},
         {"DialogRadioButtons",
          "TopLevelDialog { label \"Sets\" windowResizedByChildren TRUE "
@@ -648,6 +699,7 @@ public:
     void menuPushButton(KsMenuPushButton* node) override { note("menuPushButton", node); }
     void menuCheckBox(KsMenuCheckBox* node) override { note("menuCheckBox", node); }
     void menuRadioButtons(KsMenuRadioButtons* node) override { note("menuRadioButtons", node); }
+    void menuFileSelection(KsMenuFileSelection* node) override { note("menuFileSelection", node); }
 
     Lines& lines;
 

@@ -1,6 +1,5 @@
 // A check box in its two presentations, clicked where it is drawn.
 
-#include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
@@ -12,8 +11,6 @@
 #include <QSignalSpy>
 
 namespace {
-
-using Strings = std::vector<std::string>;
 
 /// The state behind a check box that tests look at.
 class Box : public KsDialogCheckBox {
@@ -34,11 +31,6 @@ public:
     std::function<void(KsDialogCheckBox*)> then;
 };
 
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
-};
-
 std::string form(const std::string& fields)
 {
     return "TopLevelDialog { label \"Form\" DialogCheckBox { auditorID \"box\" " + fields +
@@ -56,34 +48,14 @@ public:
     QCheckBox* toggle() const { return widgetOf<QCheckBox>(box); }
     QLabel* labelWidget() const { return widgetOf<QLabel>(box); }
     std::string text2D() const { return toggle()->text().toStdString(); }
-    Strings lines3D(const char* part) const
-    {
-        Strings lines;
-        const KsText3* text = last<KsText3>(part);
-        for (int i = 0; text && i < text->string.getNum(); ++i)
-            lines.push_back(text->string[i].toUtf8());
-        return lines;
-    }
+    Strings lines3D(const char* part) const { return textLines(last<KsText3>(part)); }
     std::string text3D() const
     {
         const Strings lines = lines3D("onOffStringSep");
         return lines.empty() ? std::string() : lines[0];
     }
-    /// The nodes of a part, by type, in their order.
-    template <class T> const T* last(const char* part) const
-    {
-        const T* found = nullptr;
-        auto* group = static_cast<KsGroup*>(box->getAnyPart(part, false));
-        for (int i = 0; group && i < group->getNumChildren(); ++i)
-            if (auto* node = ksCast<T>(group->getChild(i))) found = node;
-        return found;
-    }
-    /// The node that stands before a part in `geomSwitch`.
-    const KsNode* before(const char* part) const
-    {
-        auto* group = static_cast<KsGroup*>(box->getAnyPart("geomSwitch", false));
-        return group->getChild(group->findChild(box->getAnyPart(part, false)) - 1);
-    }
+    template <class T> const T* last(const char* part) const { return lastIn<T>(box, part); }
+    const KsNode* before(const char* part) const { return nodeBefore(box, part); }
     int labelWidth() const { return (box->*&Box::m_labelSize)[0]; }
     KbVec2i32 size3D() const { return {box->width, box->height}; }
 

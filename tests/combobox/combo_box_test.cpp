@@ -13,7 +13,6 @@
 
 namespace {
 
-using Strings = std::vector<std::string>;
 using Numbers = std::vector<int>;
 
 /// The state behind a combo box that tests look at.
@@ -47,11 +46,6 @@ struct Watch {
     static void call(void* data, KsSensor*) { ++static_cast<Watch*>(data)->calls; }
     int calls = 0;
     KsFieldSensor sensor;
-};
-
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
 };
 
 constexpr const char* colours = "label \"Colour\" items [ \"red\", \"green\", \"blue\" ]";

@@ -28,12 +28,6 @@ constexpr const char* form =
     "DialogComboBox { auditorID \"other\" label \"Other\" items [ \"x\", \"y\" ] } "
     "DialogCheckBox { auditorID \"last\" label \"Last\" } } }";
 
-class Active : public KsFormweave {
-public:
-    using KsFormweave::m_lastActive;
-    using KsFormweave::set3DCurrentActive;
-};
-
 class Listener : public KsDialogAuditor {
 public:
     void dialogComboBox(KsDialogComboBox* box) override

@@ -7,8 +7,6 @@
 #include <arborium/nodes/KsTranslation.h>
 #include <dialog/Stage.h>
 
-using Strings = std::vector<std::string>;
-
 class EditListener : public KsDialogEditTextAuditor {
 public:
     void dialogEditText(KsDialogEditText* edit) override
@@ -18,11 +16,6 @@ public:
     }
     Strings texts;
     std::function<void(KsDialogEditText*)> then;
-};
-
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
 };
 
 /// What tests look at of an element.

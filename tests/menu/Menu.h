@@ -14,6 +14,11 @@ class MenuListener : public KsDialogAuditor {
 public:
     void menuPushButton(KsMenuPushButton* e) override { hear("push", e, ""); }
     void menuCheckBox(KsMenuCheckBox* e) override { hear("check", e, e->state ? " on" : " off"); }
+    void menuRadioButtons(KsMenuRadioButtons* e) override
+    {
+        hear("radio", e, " " + std::to_string(e->selectedItem.getValue()));
+    }
+    void menuFileSelection(KsMenuFileSelection* e) override { hear("file", e, ""); }
     void dialogCheckBox(KsDialogCheckBox* e) override { hear("box", e, ""); }
 
     /// What was heard since the last call.
@@ -35,6 +40,25 @@ private:
 };
 
 using Heard = std::vector<std::string>;
+
+/// "file" with "new" and "recent", in which is "one"; "view" with "grid".
+inline const char* const twoMenus =
+    "TopLevelDialog { position3D 100 50 0 width 300 height 100 MenuBar { auditorID \"bar\" "
+    "MenuPopup { label \"File\" auditorID \"file\" "
+    "MenuPushButton { label \"New\" auditorID \"new\" } "
+    "MenuPopup { label \"Recent\" auditorID \"recent\" "
+    "MenuPushButton { label \"one\" auditorID \"one\" } } } "
+    "MenuPopup { label \"View\" auditorID \"view\" "
+    "MenuCheckBox { label \"Grid\" auditorID \"grid\" } } } "
+    "DialogCheckBox { auditorID \"box\" onString \"text\" } }";
+
+inline KsMenuPushButton* button(const char* label)
+{
+    auto* made = new KsMenuPushButton;
+    made->label = label;
+    made->auditorID = label;
+    return made;
+}
 
 class MenuStage : public Stage {
 public:
@@ -124,6 +148,12 @@ public:
             clickPart(element, "geomSwitch");
             draw();
         }
+    }
+    /// A press where nothing is.
+    void closeAll()
+    {
+        click(KbVec2f(viewWidth - 1, 1));
+        draw();
     }
     KbBox3f boxOf(const char* id, const char* part = "geomSwitch")
     {

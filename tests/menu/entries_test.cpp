@@ -2,8 +2,10 @@
 
 #include "Menu.h"
 
+#include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsText3.h>
+#include <arborium/nodes/KsTranslation.h>
 
 namespace {
 
@@ -133,6 +135,21 @@ TEST(MenuPushButton, labelsReachTheMenuAsTheyAreWritten)
     EXPECT_EQ(shownText(button).toUtf8(), "\xD0\x96 a");
 }
 
+TEST(MenuEntry, whatIsNotLatin1IsLostInAWindowButInTitlesAndInAScene)
+{
+    MenuStage stage(in(push + check + radio));
+    const KbString wide = KbString::fromUtf8("\xD0\x96 a");
+    for (const char* id : {"push", "check", "menu"}) stage.find<KsMenuItem>(id)->label = wide;
+    stage.find<KsMenuRadioButtons>("radio")->items.set1Value(0, wide);
+    EXPECT_EQ(stage.textsOf({}), QStringList({QString::fromUtf8("\xD0\x96 a")}));
+    EXPECT_EQ(MenuStage::texts(stage.bar()->actions()[0]->menu()),
+              QStringList({"? a", "? a", "? a", "two", "three"}));
+    for (const char* id : {"push", "check", "menu"})
+        EXPECT_EQ(shownText(stage.find<KsMenuItem>(id)), wide) << id;
+    auto* row = ksCast<KsGroup>(stage.find<KsFormweave>("radio")->getAnyPart("labelSep", false));
+    EXPECT_EQ(ksCast<KsText3>(row->getChild(row->getNumChildren() - 1))->string[0], wide);
+}
+
 TEST(MenuPushButton, aLongerTextMakesItsColumnWider)
 {
     MenuStage stage(in(push + check), Stage::Scene);
@@ -152,7 +169,7 @@ TEST(MenuEntry, aDisabledOneIsGreyAndCannotBePicked)
                        std::string("MenuCheckBox { label \"Off\" auditorID \"check\" enable FALSE "
                                    "} MenuRadioButtons { auditorID \"radio\" items [ \"a\", \"b\" "
                                    "] enable FALSE }")));
-    stage.clickOn({"menu", "push", "menu", "check", "menu", "radio"});
+    stage.clickOn({"menu", "push", "check", "radio"});
     for (const char* text : {"Push", "Off", "a", "b"})
         EXPECT_FALSE(stage.action({"Menu", text})->isEnabled()) << text;
     EXPECT_EQ(stage.heard(), Heard());
@@ -166,7 +183,7 @@ TEST(MenuEntry, aDisabledOneIsGreyAndCannotBePicked)
         EXPECT_NEAR(material->emissiveColor[0][0], 0, 1e-6) << id;
     }
     EXPECT_TRUE(stage.action({"Menu", "Push"})->isEnabled());
-    stage.clickOn({"menu", "push"});
+    stage.clickOn({"push"});
     EXPECT_EQ(stage.heard(), Heard({"push:push"}));
 }
 
@@ -358,6 +375,51 @@ TEST(MenuRadioButtons, aSelectionOutOfRangeChecksNothing)
     EXPECT_EQ(stage.heard(), Heard());
 }
 
+TEST(MenuRadioButtons, aPickOnNoRowIsToldAndChangesNothing)
+{
+    MenuStage stage(in(radio));
+    auto* buttons = stage.find<KsMenuRadioButtons>("radio");
+    buttons->selectedItem = 1;
+    auto* ornament = new KsSeparator;
+    auto* place = new KsTranslation;
+    place->translation = KbVec3f(200, 0, 0);
+    auto* cube = new KsCube;
+    cube->width = cube->height = cube->depth = 10;
+    ornament->addChild(place);
+    ornament->addChild(cube);
+    ksCast<KsGroup>(buttons->getAnyPart("geomSwitch", false))->insertChild(ornament, 0);
+    stage.clickOn({"menu"});
+    const KbVec3f row = stage.boxOf("radio", "radioSep").getMax();
+    const float left = stage.boxOf("radio", "radioSep").getMin()[0];
+    EXPECT_TRUE(stage.click(KbVec2f(left + 200, row[1] - 27 + Stage::viewHeight)));
+    EXPECT_EQ(buttons->selectedItem, 1);
+    EXPECT_EQ(stage.heard(), Heard({"radio:radio 1"}));
+    EXPECT_FALSE(stage.isDrawn("radio"));
+}
+
+TEST(MenuRadioButtons, aloneInASceneAreAsHighAsTheirRows)
+{
+    Stage stage("TopLevelDialog { }", Stage::Scene);
+    auto* buttons = new KsMenuRadioButtons;
+    const KbString six[] = {"a", "b", "c", "d", "e", "f with a longer text"};
+    buttons->items.setValues(0, 3, six);
+    auto* place = new KsTranslation;
+    place->translation = KbVec3f(400, -300, 0);
+    auto* group = new KsSeparator;
+    group->addChild(place);
+    group->addChild(buttons);
+    stage.scene()->addChild(group);
+    for (const int rows : {3, 6, 1, 0, 4}) {
+        buttons->items.setNum(0);
+        buttons->items.setValues(0, rows, six);
+        stage.draw();
+        EXPECT_EQ(buttons->getItemSize(), KbVec2i32(buttons->getItemInitSize()[0], rows * 18));
+        if (rows == 0) continue;
+        EXPECT_NEAR(stage.boxOf(buttons, "itemFrameSep").getSize()[1], 18, 1e-3) << rows;
+        EXPECT_NEAR(stage.boxOf(buttons, "geomSwitch").getSize()[1], rows * 18, 1e-3) << rows;
+    }
+}
+
 TEST(MenuRadioButtons, withoutItemsTakeNoRoom)
 {
     MenuStage stage(in("MenuRadioButtons { auditorID \"radio\" label \"unseen\" }" + push));
@@ -380,6 +442,7 @@ TEST(MenuSeparator, isALineInBothAndDoesNothing)
     EXPECT_NEAR(stage.boxOf("check", "itemFrameSep").getMax()[1],
                 stage.boxOf("push", "itemFrameSep").getMin()[1] - 8, 1e-3);
     stage.find<KsMenuSeparator>("rule")->label = "still";
+    EXPECT_FALSE(stage.isDrawn(stage.find<KsMenuSeparator>("rule"), "labelSep"));
     EXPECT_EQ(stage.textsOf({"Menu"}), QStringList({"Push", "-", "Off"}));
 }
 

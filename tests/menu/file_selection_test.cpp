@@ -135,7 +135,6 @@ TEST_F(Selection, filtersArePairsAndTheFirstOneIsShown)
 TEST_F(Selection, namesMayHoldBlanksQuotesAndUnicode)
 {
     start("");
-    // Not a double quote: the dialog's name field reads it as the beginning of a list.
     for (const char* each : {"with blank.arb", "it's `quoted`.arb", "na\xC3\xAFve.arb",
                              "\xD0\x96\xD1\x83\xD0\xBA.arb", "\xF0\x9F\x90\x9B.arb"}) {
         const QString file = QString::fromUtf8(each);
@@ -145,6 +144,41 @@ TEST_F(Selection, namesMayHoldBlanksQuotesAndUnicode)
         EXPECT_EQ(name(), each);
         EXPECT_EQ(directory(), folder.path().toStdString());
     }
+}
+
+TEST_F(Selection, aNameWithDoubleQuotesIsChosenFromTheList)
+{
+    // The dialog's name field would read it as several names.
+    const QString file = "a \"quoted\" name.arb";
+    touch("another.arb");
+    touch(file);
+    start("");
+    answer([&](QFileDialog* dialog) {
+        auto* list = dialog->findChild<QListView*>("listView");
+        ASSERT_TRUE(list);
+        QModelIndex found;
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            const QModelIndex root = list->rootIndex();
+            for (int i = 0; i < list->model()->rowCount(root); ++i) {
+                const QModelIndex each = list->model()->index(i, 0, root);
+                if (each.data().toString() == file) found = each;
+            }
+            return found.isValid();
+        }));
+        list->scrollTo(found);
+        const QPoint place = list->visualRect(found).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        if (dialog->isVisible()) dialog->reject();
+    });
+    stage->clickThrough({"M", "Open"});
+    EXPECT_EQ(QString::fromStdString(name()), file);
+    EXPECT_EQ(directory(), folder.path().toStdString());
+    // The next dialog, and a file of the scene, take the name as it is.
+    answer([](QFileDialog* dialog) { dialog->reject(); });
+    selection->title = "with \"quotes\"";
+    stage->clickThrough({"M", "Open"});
+    EXPECT_EQ(own.names.back(), "");
 }
 
 TEST_F(Selection, aDirectoryThatIsGoneOpensElsewhere)
@@ -177,6 +211,29 @@ TEST_F(Selection, inASceneItIsReportedTwiceAndTheGrabIsOver)
     answer([](QFileDialog* dialog) { dialog->reject(); });
     stage->clickOn({"open"});
     EXPECT_EQ(own.names, std::vector<std::string>({"a.arb", "a.arb", "", ""}));
+}
+
+TEST_F(Selection, whatIsDraggedInTheSceneIsLetGoBeforeTheDialogOpens)
+{
+    start("accelerator \"Ctrl+O\"", Stage::Both);
+    QWidget* window = stage->dialog->getBaseWidget();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    const KbVec3f place = stage->dialog->position3D;
+    const KbVec2f title = stage->placeOf(stage->dialog, "labelSep");
+    stage->press(title);
+    stage->move(title + KbVec2f(5, 0));
+    const KbVec3f dragged = stage->dialog->position3D;
+    EXPECT_TRUE(dragged.equals(place + KbVec3f(5, 0, 0), 1e-3f));
+    answer([&](QFileDialog* dialog) {
+        stage->move(title + KbVec2f(50, 50));
+        dialog->reject();
+    });
+    QTest::keyClick(window, Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(own.names, std::vector<std::string>({""}));
+    stage->move(title + KbVec2f(70, 70));
+    stage->release(title);
+    EXPECT_EQ(stage->dialog->position3D.getValue(), dragged)
+        << "the release went elsewhere; nothing is dragged any more";
 }
 
 TEST_F(Selection, theDialogMayGoWhileTheFileDialogIsOpen)

@@ -22,11 +22,6 @@ public:
     }
 };
 
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
-};
-
 } // namespace
 
 TEST(Accelerator, modifiersComeOutInOneOrderHoweverTheyAreWritten)

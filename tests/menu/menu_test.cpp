@@ -140,6 +140,47 @@ TEST(Menu, closesByAPressElsewhere)
     stage.heard();
 }
 
+TEST(Menu, isTheActiveElementAsLongAsItIsOpen)
+{
+    MenuStage stage(editor, Stage::Scene);
+    stage.clickOn({"file"});
+    EXPECT_EQ(Active::m_lastActive, stage.find<KsFormweave>("file"));
+    stage.clickOn({"recent"});
+    EXPECT_EQ(Active::m_lastActive, stage.find<KsFormweave>("file"));
+    stage.clickOn({"recent"});
+    EXPECT_FALSE(stage.isDrawn("one"));
+    EXPECT_EQ(Active::m_lastActive, stage.find<KsFormweave>("file")) << "an inner one only closes";
+    stage.clickOn({"file"});
+    EXPECT_EQ(Active::m_lastActive, nullptr) << "its title closes and deactivates it";
+    EXPECT_FALSE(stage.isDrawn("new"));
+}
+
+TEST(Menu, closingAMenuClosesThoseInItFirst)
+{
+    MenuStage stage(editor, Stage::Scene);
+    stage.clickOn({"file", "recent", "older", "oldest"});
+    stage.clickOn({"recent"});
+    for (const char* id : {"recent", "older", "oldest"})
+        EXPECT_FALSE(stage.find<KsMenuPopup>(id)->showsChildren3D()) << id;
+    stage.clickOn({"recent"});
+    EXPECT_TRUE(stage.isDrawn("older"));
+    EXPECT_FALSE(stage.isDrawn("two")) << "it opens with its menus closed";
+}
+
+TEST(Menu, allEntriesOfAColumnAreAsWideAsTheWidest)
+{
+    MenuStage stage(editor, Stage::Scene);
+    stage.clickOn({"file"});
+    int widest = 0;
+    for (const char* id : {"new", "recent", "other", "rule", "save"})
+        widest = std::max(widest, stage.find<KsMenuItem>(id)->getItemInitSize()[0]);
+    EXPECT_GT(widest, stage.find<KsMenuItem>("new")->getItemInitSize()[0]);
+    for (const char* id : {"new", "recent", "other", "rule", "save"}) {
+        EXPECT_EQ(stage.find<KsMenuItem>(id)->getItemSize()[0], widest) << id;
+        EXPECT_NEAR(stage.boxOf(id, "itemFrameSep").getSize()[0], widest, 1e-3) << id;
+    }
+}
+
 TEST(Menu, aSecondMenuOfAColumnClosesTheFirst)
 {
     MenuStage stage(editor, Stage::Scene);

@@ -2,39 +2,9 @@
 
 #include "Menu.h"
 
-#include <arborium/actions/KsWriteAction.h>
-#include <arborium/io/KsOutput.h>
-#include <arborium/nodes/KsTransform.h>
-#include <arborium/render/KsOffscreenRenderer.h>
+#include <arborium/base/KsDBImpl.h>
 
-namespace {
-
-const char* const twoMenus =
-    "TopLevelDialog { position3D 100 50 0 width 300 height 100 MenuBar { auditorID \"bar\" "
-    "MenuPopup { label \"File\" auditorID \"file\" "
-    "MenuPushButton { label \"New\" auditorID \"new\" } "
-    "MenuPopup { label \"Recent\" auditorID \"recent\" "
-    "MenuPushButton { label \"one\" auditorID \"one\" } } } "
-    "MenuPopup { label \"View\" auditorID \"view\" "
-    "MenuCheckBox { label \"Grid\" auditorID \"grid\" } } } "
-    "DialogCheckBox { auditorID \"box\" onString \"text\" } }";
-
-KsMenuPushButton* button(const char* label)
-{
-    auto* made = new KsMenuPushButton;
-    made->label = label;
-    made->auditorID = label;
-    return made;
-}
-
-std::string written(KsNode* node)
-{
-    KsWriteAction action;
-    action.apply(node);
-    return action.getOutput()->getBuffer();
-}
-
-} // namespace
+namespace {} // namespace
 
 TEST(MenuTree, aRebuiltWindowHasOneBarWithAllMenusOnce)
 {
@@ -223,6 +193,7 @@ TEST(MenuTree, messagesNameTheClassAndTheRange)
         const KsRef<KsMenuBar> bar(new KsMenuBar);
         const KsRef<KsMenuPopup> popup(new KsMenuPopup);
         const KsRef<KsMenuPushButtonLauncher> launcher(new KsMenuPushButtonLauncher);
+        const KsRef<KsMenuCheckBoxLauncher> checkLauncher(new KsMenuCheckBoxLauncher);
         const auto says = [](const char* where, const char* text,
                              const std::function<void()>& act) {
             ExpectedMessages messages(where, text);
@@ -232,6 +203,8 @@ TEST(MenuTree, messagesNameTheClassAndTheRange)
         KsMenuPopup* noPopup = nullptr;
         KsMenuItem* noItem = nullptr;
         KsTopLevelDialog* noDialog = nullptr;
+        const KsRef<KsTopLevelDialog> dialog(new KsTopLevelDialog);
+        const KsRef<KsMenuItem> spare(button("spare"));
         says("KsMenuBar::addChild", "NULL child node", [&] { bar->addChild(noPopup); });
         says("KsMenuBar::insertChild", "NULL child node", [&] { bar->insertChild(noPopup, 0); });
         says("KsMenuBar::insertChild", "Index 1 is out of range 0 - 0",
@@ -242,19 +215,39 @@ TEST(MenuTree, messagesNameTheClassAndTheRange)
         says("KsMenuBar::replaceChild", "Index 3 is out of range 0 - -1",
              [&] { bar->replaceChild(3, popup); });
         says("KsMenuPopup::addChild", "NULL child node", [&] { popup->addChild(noItem); });
+        says("KsMenuPopup::insertChild", "NULL child node", [&] { popup->insertChild(noItem, 0); });
+        says("KsMenuPopup::insertChild", "Index -1 is out of range 0 - 0",
+             [&] { popup->insertChild(spare, -1); });
         says("KsMenuPopup::getChild", "Index 2 is out of range 0 - 0", [&] { popup->getChild(2); });
         EXPECT_EQ(popup->getChild(-1), nullptr);
-        says("KsMenuPushButtonLauncher::addChild", "NULL child node",
-             [&] { launcher->addChild(noDialog); });
-        launcher->addChild(new KsTopLevelDialog);
-        says("KsMenuPushButtonLauncher::removeChild", "Index 1 is out of range 0 - 0",
-             [&] { launcher->removeChild(1); });
-        says("KsMenuPushButtonLauncher::getChild", "Index 1 is out of range 0 - 1; Be careful",
-             [&] { launcher->getChild(1); });
-        EXPECT_EQ(launcher->getChild(-1), nullptr) << "the range test does not refuse it";
-        launcher->removeAllChildren();
-        EXPECT_EQ(launcher->getNumChildren(), 0);
-        EXPECT_EQ(launcher->getChildren()->getLength(), 0) << "the kit's own entry goes too";
+        popup->addChild(button("a"));
+        says("KsMenuPopup::removeChild", "Index 1 is out of range 0 - 0",
+             [&] { popup->removeChild(1); });
+        says("KsMenuPopup::replaceChild", "Index 1 is out of range 0 - 0",
+             [&] { popup->replaceChild(1, spare); });
+        const auto launcherSays = [&](auto* opener) {
+            const std::string name = opener->getTypeId().getName().getString();
+            const auto each = [&](const char* operation, const char* text,
+                                  const std::function<void()>& act) {
+                says(("Ks" + name + "::" + operation).c_str(), text, act);
+            };
+            each("addChild", "NULL child node", [&] { opener->addChild(noDialog); });
+            each("insertChild", "NULL child node", [&] { opener->insertChild(noDialog, 0); });
+            each("insertChild", "Index 1 is out of range 0 - 0",
+                 [&] { opener->insertChild(dialog, 1); });
+            opener->addChild(new KsTopLevelDialog);
+            each("getChild", "Index 1 is out of range 0 - 1; Be careful",
+                 [&] { opener->getChild(1); });
+            each("removeChild", "Index 1 is out of range 0 - 0", [&] { opener->removeChild(1); });
+            each("replaceChild", "Index -1 is out of range 0 - 0",
+                 [&] { opener->replaceChild(-1, dialog); });
+            EXPECT_EQ(opener->getChild(-1), nullptr) << "the range test does not refuse it";
+            opener->removeAllChildren();
+            EXPECT_EQ(opener->getNumChildren(), 0);
+            EXPECT_EQ(opener->getChildren()->getLength(), 0) << "the kit's own entry goes too";
+        };
+        launcherSays(launcher.get());
+        launcherSays(checkLauncher.get());
     }
     KsFormweave::finish();
 }
@@ -275,6 +268,90 @@ TEST(MenuTree, aRemovedOrDyingEntryLeavesNothingInTheWindow)
     EXPECT_EQ(stage.textsOf({}), QStringList());
     Stage::settle();
     stage.listener.then = nullptr;
+}
+
+TEST(MenuTree, anAuditorMayTakeThePickedEntryOutOfItsOpenMenu)
+{
+    MenuStage stage("TopLevelDialog { position3D 100 50 0 width 300 height 100 MenuBar { MenuPopup "
+                    "{ label \"M\" auditorID \"m\" MenuPushButton { label \"p\" auditorID \"p\" } "
+                    "MenuCheckBox { label \"c\" auditorID \"c\" } MenuRadioButtons { auditorID "
+                    "\"r\" items \"r\" } MenuPushButton { label \"stays\" auditorID \"stays\" } } "
+                    "} }",
+                    Stage::Scene);
+    auto* menu = stage.find<KsMenuPopup>("m");
+    for (const char* id : {"p", "c", "r"}) {
+        const KsRef<KsMenuItem> entry(stage.find<KsMenuItem>(id));
+        stage.listener.then = [&] { menu->removeChild(entry); };
+        stage.clickOn({"m", id});
+        EXPECT_EQ(stage.heard().size(), 1u) << id;
+        EXPECT_FALSE(menu->showsChildren3D()) << id;
+        EXPECT_FALSE(stage.isDrawn("stays")) << id;
+    }
+    stage.listener.then = nullptr;
+}
+
+TEST(MenuTree, aSeparatorThatIsTakenOutTakesItsLineAlong)
+{
+    MenuStage stage(twoMenus);
+    auto* file = stage.find<KsMenuPopup>("file");
+    const KsRef<KsMenuSeparator> rule(new KsMenuSeparator);
+    file->addChild(rule);
+    EXPECT_EQ(stage.textsOf({"File"}), QStringList({"New", "Recent", "-"}));
+    file->removeChild(rule);
+    EXPECT_EQ(stage.textsOf({"File"}), QStringList({"New", "Recent"}));
+    stage.clickOn({"file"});
+    EXPECT_FALSE(stage.isDrawn(rule));
+}
+
+TEST(MenuTree, whatComesWhileThePanelIsHiddenStaysHidden)
+{
+    MenuStage stage(twoMenus, Stage::Scene);
+    auto* bar = stage.find<KsMenuBar>("bar");
+    const auto added = [&](const char* label) {
+        auto* popup = new KsMenuPopup;
+        popup->label = label;
+        popup->addChild(button("a"));
+        bar->addChild(popup);
+        return popup;
+    };
+    stage.dialog->minimized = true;
+    KsMenuPopup* first = added("First");
+    EXPECT_FALSE(stage.isDrawn(first)) << "the panel is a strip";
+    stage.dialog->minimized = false;
+    EXPECT_TRUE(stage.isDrawn(first));
+    stage.dialog->show3D(0);
+    KsMenuPopup* second = added("Second");
+    EXPECT_FALSE(stage.isDrawn(second)) << "the panel is not shown";
+    stage.dialog->show3D(1);
+    EXPECT_TRUE(stage.isDrawn(second));
+    EXPECT_FALSE(stage.isDrawn(second->getChild(0)));
+}
+
+TEST(MenuTree, anEntryThatIsTakenOutOfAClosedMenuIsSeenWhereItIsPut)
+{
+    MenuStage stage(twoMenus, Stage::Scene);
+    const KsRef<KsMenuItem> entry(stage.find<KsMenuItem>("new"));
+    stage.find<KsMenuPopup>("file")->removeChild(entry);
+    stage.scene()->addChild(entry.get());
+    EXPECT_TRUE(stage.isDrawn(entry));
+    stage.scene()->removeChild(stage.scene()->findChild(entry));
+    stage.find<KsMenuPopup>("view")->addChild(entry);
+    EXPECT_FALSE(stage.isDrawn(entry)) << "in a closed menu again";
+    stage.clickOn({"view", "new"});
+    EXPECT_EQ(stage.heard(), Heard({"push:new"}));
+}
+
+TEST(MenuTree, withoutLocalWidgetsABuiltDialogsMenusOpenInAScene)
+{
+    KsDBImpl::m_noLocalWidgets = true;
+    {
+        MenuStage stage(twoMenus, Stage::Window);
+        EXPECT_EQ(stage.bar(), nullptr);
+        stage.scene()->addChild(stage.dialog.get());
+        stage.clickOn({"file", "recent", "one"});
+        EXPECT_EQ(stage.heard(), Heard({"push:one"}));
+    }
+    KsDBImpl::m_noLocalWidgets = false;
 }
 
 TEST(MenuTree, anAuditorMayLetTheWholeDialogGo)
@@ -375,144 +452,4 @@ TEST(MenuTree, aCopyOfAMenuIsUsedLikeTheOriginal)
     EXPECT_EQ(stage.heard(), Heard({"push:new"}));
     dialog->removeAuditor(&stage.listener);
     stage.scene()->removeChild(stage.scene()->findChild(dialog));
-}
-
-// In the scene.
-
-TEST(MenuPlace, aPanelThatIsMovedTakesItsOpenMenusAlong)
-{
-    MenuStage stage(twoMenus, Stage::Scene);
-    stage.clickOn({"file", "recent"});
-    const KbBox3f entry = stage.boxOf("new"), deep = stage.boxOf("one");
-    stage.dialog->position3D = KbVec3f(150, 80, 30);
-    const KbVec3f moved(50, -30, 30);
-    EXPECT_TRUE(stage.boxOf("new").getMin().equals(entry.getMin() + moved, 1e-2f));
-    ASSERT_FALSE(stage.boxOf("one").isEmpty()) << "the inner one stays open";
-    EXPECT_TRUE(stage.boxOf("one").getMin().equals(deep.getMin() + moved, 1e-2f));
-}
-
-TEST(MenuPlace, worksOnAPanelThatIsScaledAndTurned)
-{
-    MenuStage stage(twoMenus, Stage::Scene);
-    auto* group = new KsSeparator;
-    auto* transform = new KsTransform;
-    transform->translation = KbVec3f(250, -100, 0);
-    transform->scaleFactor = KbVec3f(1.3f, 1.3f, 1.3f);
-    transform->rotation = KbRotation(KbVec3f(0.3f, 1, 0.4f), 0.5f);
-    group->addChild(transform);
-    stage.scene()->addChild(group);
-    const KsRef<KsTopLevelDialog> dialog(stage.dialog);
-    stage.scene()->removeChild(1);
-    group->addChild(dialog.get());
-    stage.draw();
-    stage.clickPart(stage.find<KsFormweave>("file"), "labelSep");
-    stage.clickPart(stage.find<KsFormweave>("recent"), "labelSep");
-    EXPECT_TRUE(stage.isDrawn("one"));
-    stage.clickPart(stage.find<KsFormweave>("one"), "labelSep");
-    EXPECT_EQ(stage.heard(), Heard({"push:one"}));
-    EXPECT_FALSE(stage.isDrawn("one"));
-}
-
-TEST(MenuPlace, eachEntryIsPickedWhereItIsDrawnAndNowhereElse)
-{
-    MenuStage stage("TopLevelDialog { position3D 100 50 0 width 300 height 160 MenuBar { "
-                    "MenuPopup { label \"M\" auditorID \"m\" MenuPushButton { label \"first\" "
-                    "auditorID \"0\" } MenuPushButton { label \"the widest of all\" auditorID "
-                    "\"1\" } MenuPushButton { label \"last\" auditorID \"2\" } } } }",
-                    Stage::Scene);
-    for (int i = 0; i < 3; ++i) {
-        const std::string id = std::to_string(i);
-        stage.clickOn({"m"});
-        const KbBox3f box = stage.boxOf(id.c_str(), "itemFrameSep");
-        const float x[] = {box.getMin()[0] + 1, box.getMax()[0] - 1};
-        const float y[] = {box.getMin()[1] + 1, box.getMax()[1] - 1};
-        for (float px : x) {
-            for (float py : y) {
-                if (!stage.isDrawn(id.c_str())) stage.clickOn({"m"});
-                stage.click(KbVec2f(px, py + Stage::viewHeight));
-                EXPECT_EQ(stage.heard(), Heard({"push:" + id})) << px << ' ' << py;
-            }
-        }
-        stage.clickOn({"m"});
-        for (float px : {box.getMin()[0] - 2, box.getMax()[0] + 2}) {
-            if (!stage.isDrawn(id.c_str())) stage.clickOn({"m"});
-            stage.click(KbVec2f(px, box.getCenter()[1] + Stage::viewHeight));
-            EXPECT_EQ(stage.heard(), Heard());
-        }
-    }
-}
-
-TEST(MenuPlace, aPopupAloneInASceneOpensAndClosesByAPressElsewhere)
-{
-    Stage stage("TopLevelDialog { }", Stage::Scene);
-    auto* popup = new KsMenuPopup;
-    popup->label = "Alone";
-    popup->addChild(button("a"));
-    auto* inner = new KsMenuPopup;
-    inner->label = "Inner";
-    inner->addChild(button("b"));
-    popup->addChild(inner);
-    MenuListener listener;
-    popup->addAuditor(&listener);
-    auto* place = new KsTransform;
-    place->translation = KbVec3f(400, -200, 0);
-    auto* group = new KsSeparator;
-    group->addChild(place);
-    group->addChild(popup);
-    stage.scene()->addChild(group);
-    stage.clickPart(popup, "frameSep");
-    stage.clickPart(popup->getChild(0), "btnSep");
-    EXPECT_EQ(listener.take(), Heard({"push:a"}));
-    EXPECT_TRUE(popup->showsChildren3D()) << "there is no bar whose menus close";
-    stage.clickPart(inner, "frameSep");
-    EXPECT_TRUE(inner->showsChildren3D());
-    stage.click(KbVec2f(Stage::viewWidth - 1, 1));
-    EXPECT_FALSE(popup->showsChildren3D());
-    EXPECT_FALSE(inner->showsChildren3D());
-    popup->removeAuditor(&listener);
-}
-
-TEST(MenuPlace, aBarAloneInASceneIsAsWideAsItsTitles)
-{
-    Stage stage("TopLevelDialog { }", Stage::Scene);
-    auto* bar = new KsMenuBar;
-    for (const char* label : {"One", "Two"}) {
-        auto* popup = new KsMenuPopup;
-        popup->label = label;
-        popup->addChild(button(label));
-        bar->addChild(popup);
-    }
-    auto* place = new KsTransform;
-    place->translation = KbVec3f(400, -200, 0);
-    auto* group = new KsSeparator;
-    group->addChild(place);
-    group->addChild(bar);
-    stage.scene()->addChild(group);
-    stage.draw();
-    const int titles = bar->getChild(0)->getItemSize()[0] + bar->getChild(1)->getItemSize()[0];
-    EXPECT_NEAR(stage.boxOf(bar, "frameSep").getSize()[0], titles + 2 + 1, 1e-3);
-    EXPECT_NEAR(stage.boxOf(bar, "frameSep").getSize()[1], 20, 1e-3);
-    stage.clickPart(bar->getChild(1), "frameSep");
-    EXPECT_TRUE(bar->getChild(1)->showsChildren3D());
-}
-
-TEST(MenuPlace, aSwapOfSkinsLeavesAnOpenMenuInPlace)
-{
-    KsFormweave::init();
-    KsFormweave::setSkinsDirectories(FORMWEAVE_SKIN_DIR);
-    KsFormweave::setSkin("default");
-    {
-        MenuStage stage(twoMenus, Stage::Scene);
-        stage.clickOn({"file", "recent"});
-        const float panel = stage.boxOf("box").getMax()[2];
-        KsFormweave::setSkin("dark");
-        for (const char* id : {"new", "one"}) {
-            ASSERT_TRUE(stage.isDrawn(id)) << id;
-            EXPECT_GE(stage.boxOf(id).getMin()[2], stage.boxOf("box").getMax()[2] - 1e-3) << id;
-        }
-        EXPECT_LT(stage.boxOf("box").getMax()[2], panel) << "the dark plates are thinner";
-        stage.clickOn({"one"});
-        EXPECT_EQ(stage.heard(), Heard({"push:one"}));
-    }
-    KsFormweave::finish();
 }

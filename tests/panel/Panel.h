@@ -8,11 +8,9 @@
 #include <arborium/actions/KsHandleEventAction.h>
 #include <arborium/actions/KsPath.h>
 #include <arborium/actions/KsSearchAction.h>
-#include <arborium/actions/KsWriteAction.h>
 #include <arborium/events/KsEvent.h>
 #include <arborium/io/KsDB.h>
 #include <arborium/io/KsInput.h>
-#include <arborium/io/KsOutput.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsPerspectiveCamera.h>
@@ -22,6 +20,7 @@
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <dialog/Inside.h>
 #include <formweave/formweave.h>
 
 #include <gtest/gtest.h>
@@ -30,13 +29,6 @@
 #include <functional>
 #include <string>
 #include <vector>
-
-/// The one active element.
-class Active : public KsFormweave {
-public:
-    using KsFormweave::m_lastActive;
-    using KsFormweave::set3DCurrentActive;
-};
 
 /// Notes the check boxes that it is told of.
 class Listener : public KsDialogAuditor {
@@ -223,13 +215,6 @@ protected:
             frame();
         }
         release(KbVec2f(from[0] + right, from[1] + up));
-    }
-
-    static std::string written(KsNode* node)
-    {
-        KsWriteAction action;
-        action.apply(node);
-        return action.getOutput()->getBuffer();
     }
 
     KbViewportRegion viewport{windowWidth, windowHeight};

@@ -2,14 +2,10 @@
 
 #include <MessageGuard.h>
 #include <arborium/actions/KsRayPickAction.h>
-#include <arborium/actions/KsWriteAction.h>
 #include <arborium/base/KsDBImpl.h>
-#include <arborium/io/KsOutput.h>
 #include <dialog/Stage.h>
 
 namespace {
-
-using Strings = std::vector<std::string>;
 
 /// Hears every control below the container that it is added to.
 class Listener : public KsDialogAuditor {
@@ -81,13 +77,6 @@ public:
         QTest::mousePress(widgetOf<QPushButton>(launcher), Qt::LeftButton);
     }
 };
-
-std::string written(KsNode* node)
-{
-    KsWriteAction action;
-    action.apply(node);
-    return action.getOutput()->getBuffer();
-}
 
 KsRef<KsNode> read(const std::string& text)
 {

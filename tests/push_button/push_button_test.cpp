@@ -1,7 +1,5 @@
 // A push button in its two presentations, pressed where it is drawn.
 
-#include <arborium/actions/KsWriteAction.h>
-#include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsScale.h>
@@ -13,8 +11,6 @@
 #include <fstream>
 
 namespace {
-
-using Strings = std::vector<std::string>;
 
 /// What tests look at behind a push button.
 class Button : public KsDialogPushButton {
@@ -34,11 +30,6 @@ public:
     }
     Strings told;
     std::function<void(KsDialogPushButton*)> then;
-};
-
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
 };
 
 /// One dialog with a push button "button" in it.
@@ -61,27 +52,9 @@ public:
     {
         QTest::mousePress(widget(), Qt::LeftButton, Qt::NoModifier, middle());
     }
-    template <class T> const T* last(const char* part) const
-    {
-        const T* found = nullptr;
-        auto* group = static_cast<KsGroup*>(button->getAnyPart(part, false));
-        for (int i = 0; group && i < group->getNumChildren(); ++i)
-            if (auto* node = ksCast<T>(group->getChild(i))) found = node;
-        return found;
-    }
-    const KsNode* before(const char* part) const
-    {
-        auto* group = static_cast<KsGroup*>(button->getAnyPart("geomSwitch", false));
-        return group->getChild(group->findChild(button->getAnyPart(part, false)) - 1);
-    }
-    Strings lines3D(const char* part) const
-    {
-        Strings lines;
-        const KsText3* text = last<KsText3>(part);
-        for (int i = 0; text && i < text->string.getNum(); ++i)
-            lines.push_back(text->string[i].toUtf8());
-        return lines;
-    }
+    template <class T> const T* last(const char* part) const { return lastIn<T>(button, part); }
+    const KsNode* before(const char* part) const { return nodeBefore(button, part); }
+    Strings lines3D(const char* part) const { return textLines(last<KsText3>(part)); }
     std::string text3D() const
     {
         const Strings lines = lines3D("buttonLabelSep");
@@ -92,13 +65,6 @@ public:
     KsDialogPushButton* button;
     Listener listener;
 };
-
-std::string written(KsNode* node)
-{
-    KsWriteAction action;
-    action.apply(node);
-    return action.getOutput()->getBuffer();
-}
 
 std::string skinFile(const char* skin)
 {

@@ -9,8 +9,6 @@
 #include <dialog/Stage.h>
 #include <formweave/KsDialogChoiceAuditor.h>
 
-using Strings = std::vector<std::string>;
-
 class Listener : public KsDialogChoiceAuditor {
 public:
     void dialogChoice(KsDialogChoice* choice) override
@@ -20,11 +18,6 @@ public:
     }
     std::vector<int> told;
     std::function<void(KsDialogChoice*)> then;
-};
-
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
 };
 
 inline const std::string three = "items [ \"Draft\", \"Preview\", \"Final\" ]";
@@ -119,8 +112,7 @@ public:
     /// The node of a type that stands just before a part.
     template <class T> T* before(const char* part, const char* parent = "geomSwitch") const
     {
-        auto* group = static_cast<KsGroup*>(radio->getAnyPart(parent, false));
-        return ksCast<T>(group->getChild(group->findChild(radio->getAnyPart(part, false)) - 1));
+        return ksCast<T>(nodeBefore(radio, part, parent));
     }
 
     KsDialogRadioButtons* radio;

@@ -3,8 +3,6 @@
 #include "RadioButtons.h"
 
 #include <MessageGuard.h>
-#include <arborium/actions/KsWriteAction.h>
-#include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 
 namespace {
@@ -31,19 +29,6 @@ public:
 };
 
 int textHeight(const char* text = "A") { return KsFormweave::getLabelPixelSize(text, nullptr)[1]; }
-
-class Active : public KsFormweave {
-public:
-    using KsFormweave::m_lastActive;
-    using KsFormweave::set3DCurrentActive;
-};
-
-std::string written(KsNode* node)
-{
-    KsWriteAction action;
-    action.apply(node);
-    return action.getOutput()->getBuffer();
-}
 
 KbVec2i32 minOf(KsDialogComponent* element)
 {

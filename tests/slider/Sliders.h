@@ -133,14 +133,7 @@ public:
         const KsText3* text = last<KsText3>("editTextSep");
         return text && text->string.getNum() == 1 ? text->string[0].toUtf8() : "no text";
     }
-    template <class T> T* last(const char* part) const
-    {
-        T* found = nullptr;
-        auto* group = static_cast<KsGroup*>(slider->getAnyPart(part, false));
-        for (int i = 0; group && i < group->getNumChildren(); ++i)
-            if (auto* node = ksCast<T>(group->getChild(i))) found = node;
-        return found;
-    }
+    template <class T> T* last(const char* part) const { return lastIn<T>(slider, part); }
     template <class T> T* child(const char* part, int index) const
     {
         auto* group = static_cast<KsGroup*>(slider->getAnyPart(part, false));

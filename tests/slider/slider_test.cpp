@@ -2,20 +2,13 @@
 
 #include "Sliders.h"
 
-#include <arborium/actions/KsWriteAction.h>
 #include <arborium/io/KsInput.h>
-#include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 
 #include <cmath>
 #include <limits>
 
 namespace {
-
-struct Library {
-    Library() { KsFormweave::init(); }
-    ~Library() { KsFormweave::finish(); }
-};
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
 constexpr int largest = std::numeric_limits<int>::max();
@@ -30,14 +23,6 @@ void buildIn3D(KsDialogComponent* element)
 int widthOf(const std::string& text)
 {
     return KsFormweave::getLabelPixelSize(KbString(text), nullptr)[0];
-}
-
-std::string written(KsNode* node)
-{
-    KsOutput out;
-    KsWriteAction action(&out);
-    action.apply(node);
-    return out.getBuffer();
 }
 
 } // namespace

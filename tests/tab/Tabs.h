@@ -116,5 +116,3 @@ public:
 
     KsTabDialog* tabs;
 };
-
-using Strings = std::vector<std::string>;

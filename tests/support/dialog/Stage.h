@@ -12,6 +12,7 @@
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
+#include <dialog/Inside.h>
 #include <formweave/formweave.h>
 
 #include <QPointer>
