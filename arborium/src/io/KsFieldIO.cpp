@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -138,7 +139,24 @@ FourNumbers readableNumbers(Value value, Split split, Make make)
     return numbers;
 }
 
-template <> struct Codec<KbRotation> {
+/// Four numbers from which `Form` makes a value, and into which it splits one.
+template <class Value, class Form> struct FourNumbersCodec {
+    static constexpr std::size_t minBytes = 16;
+    static bool read(KsInput& in, Value& value)
+    {
+        FourNumbers numbers;
+        if (!readFour(in, numbers)) return false;
+        value = Form::make(numbers);
+        return true;
+    }
+    static void write(KsOutput& out, const Value& value)
+    {
+        for (float each : readableNumbers(value, Form::split, Form::make)) out.write(each);
+    }
+};
+
+/// Axis and angle.
+struct RotationForm {
     static KbRotation make(const FourNumbers& n)
     {
         return KbRotation(KbVec3f(n[0], n[1], n[2]), n[3]);
@@ -150,38 +168,19 @@ template <> struct Codec<KbRotation> {
         rotation.getValue(axis, radians);
         return {axis[0], axis[1], axis[2], radians};
     }
-    static bool read(KsInput& in, KbRotation& value)
-    {
-        FourNumbers numbers;
-        if (!readFour(in, numbers)) return false;
-        value = make(numbers);
-        return true;
-    }
-    static void write(KsOutput& out, const KbRotation& value)
-    {
-        for (float each : readableNumbers(value, split, make)) out.write(each);
-    }
 };
+template <> struct Codec<KbRotation> : FourNumbersCodec<KbRotation, RotationForm> {};
 
-template <> struct Codec<KbPlane> {
+/// Normal and distance.
+struct PlaneForm {
     static KbPlane make(const FourNumbers& n) { return KbPlane(KbVec3f(n[0], n[1], n[2]), n[3]); }
     static FourNumbers split(const KbPlane& plane)
     {
         const KbVec3f& normal = plane.getNormal();
         return {normal[0], normal[1], normal[2], plane.getDistanceFromOrigin()};
     }
-    static bool read(KsInput& in, KbPlane& value)
-    {
-        FourNumbers numbers;
-        if (!readFour(in, numbers)) return false;
-        value = make(numbers);
-        return true;
-    }
-    static void write(KsOutput& out, const KbPlane& value)
-    {
-        for (float each : readableNumbers(value, split, make)) out.write(each);
-    }
 };
+template <> struct Codec<KbPlane> : FourNumbersCodec<KbPlane, PlaneForm> {};
 
 template <> struct Codec<KbMatrix> {
     static bool read(KsInput& in, KbMatrix& value)
@@ -213,6 +212,20 @@ template <class Field> void writeSingle(const Field& field, KsOutput* out)
 
 // ---- several values ---------------------------------------------------------------------------
 
+/// Goes on behind a list of which the rest would only be more of the same.
+void leaveList(KsInput* in, std::string_view ends)
+{
+    Impl& im = in->impl();
+    while (!im.stopped && !im.atEnd() && ends.find(*im.cur) == ends.npos) {
+        if (*im.cur == '"')
+            im.skipQuoted();
+        else
+            ++im.cur;
+        im.skipBlanks();
+    }
+    in->takeChar(']');
+}
+
 template <class Field> bool readSeveral(Field& field, KsInput* in)
 {
     using Value = typename Field::Value;
@@ -234,28 +247,12 @@ template <class Field> bool readSeveral(Field& field, KsInput* in)
                 im.skipBlanks();
                 im.errorAt(im.cur, "more than the limit of " + std::to_string(limit) +
                                        " values for the field " + im.quote(im.fieldName.view()));
-                while (!im.stopped && !im.atEnd() && *im.cur != ']' && *im.cur != '}') {
-                    if (*im.cur == '"')
-                        im.skipQuoted();
-                    else
-                        ++im.cur;
-                    im.skipBlanks();
-                }
-                in->takeChar(']');
+                leaveList(in, "]}");
                 return false;
             }
             Value value{};
             if (!Codec<Value>::read(*in, value)) {
-                // The rest of the list would only be more of the same.
-                while (!im.stopped && !im.atEnd() && *im.cur != ']' && *im.cur != '}' &&
-                       *im.cur != '{') {
-                    if (*im.cur == '"')
-                        im.skipQuoted();
-                    else
-                        ++im.cur;
-                    im.skipBlanks();
-                }
-                in->takeChar(']');
+                leaveList(in, "]}{");
                 return false;
             }
             values.push_back(std::move(value));
