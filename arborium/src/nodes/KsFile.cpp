@@ -1,6 +1,7 @@
 #include <arborium/nodes/KsFile.h>
 
 #include "io/KsInputImpl.h"
+#include "io/KsNamedFile.h"
 
 #include <arborium/actions/KsAction.h>
 #include <arborium/actions/KsSearchAction.h>
@@ -27,37 +28,6 @@ void KsFile::search(KsSearchAction* action)
     if (!action->isTerminated()) m_children.traverseInPath(action);
 }
 
-namespace {
-
-bool isBelowFolder(const KbString& realPath, const KbString& folder)
-{
-    const KbString real = KbFileHelper::getRealPath(folder);
-    return !real.isEmpty() && (real == "/" || realPath.startsWith(real + "/"));
-}
-
-/// Looks for a file where a file may name one. Empty, with `problem`, if it may not be read.
-KbString findFile(const KbString& name, const KbString& folder, std::string& problem)
-{
-    KbStringList folders;
-    if (!folder.isEmpty()) folders.append(folder);
-    for (const KbString& each : KsInput::getDirectories()) folders.append(each);
-
-    const bool isAbsolute = KbFileHelper::isAbsolute(name);
-    KbString found;
-    for (int i = 0; i < (isAbsolute ? 1 : folders.getLength()) && found.isEmpty(); ++i)
-        found = KbFileHelper::getRealPath(isAbsolute ? name : KbFileHelper::join(folders[i], name));
-    if (found.isEmpty()) {
-        problem = "the file \"" + name.toUtf8() + "\" is not found";
-        return found;
-    }
-    for (const KbString& each : folders)
-        if (isBelowFolder(found, each)) return found;
-    problem = "the file \"" + name.toUtf8() + "\" lies outside of the folders that may be read";
-    return {};
-}
-
-} // namespace
-
 bool KsFile::loadFor(KsInput* includer, KsInput& file)
 {
     m_children.truncate(0);
@@ -76,7 +46,7 @@ bool KsFile::loadFor(KsInput* includer, KsInput& file)
     std::string problem;
     const KbString folder =
         from && from->isFile ? KbFileHelper::getDirectory(from->path) : KbString();
-    const KbString path = findFile(KbFileHelper::expandString(name.getValue()), folder, problem);
+    const KbString path = ksFindNamedFile(name.getValue(), folder, problem);
     if (path.isEmpty()) return refuse(problem);
     for (const KsInput::Impl* each = from; each; each = each->includer) {
         if (each->isFile && KbFileHelper::getRealPath(each->path) == path)

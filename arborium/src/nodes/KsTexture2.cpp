@@ -1,5 +1,6 @@
 #include <arborium/nodes/KsTexture2.h>
 
+#include "io/KsNamedFile.h"
 #include "render/KsTextureLoader.h"
 
 #include <arborium/actions/KsAction.h>
@@ -55,24 +56,16 @@ void KsTexture2::copyContents(const KsNode* from, Copier& copier)
     m_image = other->m_image;
 }
 
-KbString KsTexture2::findImage() const
+KbString KsTexture2::findImage(std::string& error) const
 {
     const KbString& name = filename.getValue();
-    if (!m_isFromFile && KbFileHelper::isAbsolute(name)) return name;
-    std::vector<KbString> directories;
-    if (m_isFromFile && !m_directory.isEmpty()) directories.push_back(m_directory);
-    const KbStringList& list = KsInput::getDirectories();
-    for (int i = 0; i < list.getLength(); ++i) directories.push_back(list[i]);
-
-    for (const KbString& directory : directories) {
+    if (m_isFromFile) return ksFindNamedFile(name, m_directory, error);
+    if (KbFileHelper::isAbsolute(name)) return name;
+    for (const KbString& directory : KsInput::getDirectories()) {
         const KbString path = KbFileHelper::getRealPath(KbFileHelper::join(directory, name));
-        if (path.isEmpty()) continue;
-        if (!m_isFromFile) return path;
-        // Behind all links, so that no way leads out of the directory.
-        KbString root = KbFileHelper::getRealPath(directory);
-        if (root != "/") root += '/';
-        if (path.startsWith(root)) return path;
+        if (!path.isEmpty()) return path;
     }
+    error = "there is no such file where images are looked for";
     return KbString();
 }
 
@@ -80,8 +73,8 @@ std::shared_ptr<const KsTextureImage> KsTexture2::getImage() const
 {
     if (m_isLoaded || filename.getValue().isEmpty()) return m_image;
     m_isLoaded = true;
-    const KbString path = findImage();
-    std::string error = "there is no such file where images are looked for";
+    std::string error;
+    const KbString path = findImage(error);
     if (!path.isEmpty()) m_image = ksLoadTexture(path, error);
     if (!m_image)
         KsDebugError::post("KsTexture2::getImage", "No texture from \"%s\": %s",

@@ -1,6 +1,11 @@
 #include "IoTest.h"
 
+#include <arborium/base/KsPreferences.h>
 #include <arborium/nodes/KsFile.h>
+#include <arborium/nodes/KsTexture2.h>
+#include <arborium/render/KsDrawList.h>
+
+#include <QImage>
 
 class FileNode : public IoTest {
 protected:
@@ -100,6 +105,7 @@ TEST_F(FileNode, theLimitsHoldForAllFilesTogether)
     EXPECT_NE(errors.find("the limit of 512 levels of nesting"), std::string::npos) << errors;
 }
 
+// shows: KsFile, KsFile::load, KsFile::getFullName
 TEST_F(FileNode, aNameSetByHandIsReadWhenAsked)
 {
     const std::string path = file("part.arb", ascii + "Cube { }");
@@ -121,5 +127,84 @@ TEST_F(FileNode, aNameSetByHandIsReadWhenAsked)
     node->name = KbString();
     EXPECT_TRUE(node->load());
     EXPECT_EQ(numNodesBelow(node), 0);
+    KsInput::removeDirectory(KbString(folder().string()));
+}
+
+// shows: KsInput::setConfined, KsInput::isConfined
+TEST_F(FileNode, mayReadAnywhereWhereTheProgramTrustsItsFiles)
+{
+    const std::string path = file("secret.arb", ascii + "Cube { }");
+    const std::string far = file("inner/main.arb", ascii + "File { name \"../secret.arb\" }");
+    EXPECT_TRUE(KsInput::isConfined());
+    EXPECT_FALSE(readFile(far));
+    KsInput::setConfined(false);
+    EXPECT_TRUE(readFile(far)) << errors;
+    EXPECT_TRUE(readFile(file("inner/other.arb", ascii + "File { name \"" + path + "\" }")))
+        << errors;
+    KsInput::setConfined(true);
+    EXPECT_FALSE(readFile(far));
+}
+
+TEST_F(FileNode, namesBeginAtHomeOrAtASettingAndReachNoShell)
+{
+    file("parts/part.arb", ascii + "Cube { }");
+    KsPreferences::setString("FILE_NODE_PARTS", KbString((folder() / "parts").string()));
+    KsPreferences::setString("HOME", KbString(folder().string()));
+    for (const char* name : {"$FILE_NODE_PARTS/part.arb", "~/parts/part.arb"})
+        EXPECT_TRUE(
+            readFile(file("main.arb", ascii + "File { name \"" + std::string(name) + "\" }")))
+            << errors;
+    for (const char* name : {"`echo parts/part.arb`", "$(echo parts/part.arb)", "parts/*.arb"})
+        EXPECT_FALSE(
+            readFile(file("main.arb", ascii + "File { name \"" + std::string(name) + "\" }")))
+            << name;
+    // What a setting says is confined like anything else.
+    KsPreferences::setString("FILE_NODE_PARTS", "/etc");
+    EXPECT_FALSE(readFile(file("main.arb", ascii + "File { name \"$FILE_NODE_PARTS/passwd\" }")));
+    EXPECT_NE(errors.find("lies outside"), std::string::npos) << errors;
+    KsPreferences::unset("FILE_NODE_PARTS");
+    KsPreferences::unset("HOME");
+}
+
+// shows: KsTexture2::getImage, KsTextureImage
+TEST_F(FileNode, imagesThatAFileNamesAreConfinedToo)
+{
+    QImage image(3, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    file("inner/readme", "");
+    ASSERT_TRUE(image.save(QString::fromStdString((folder() / "inner/red.png").string())));
+    ASSERT_TRUE(image.save(QString::fromStdString((folder() / "outer.png").string())));
+    const auto imageOf = [this](const std::string& name) {
+        const KsRef<KsSeparator> root =
+            readFile(file("inner/main.arb", ascii + "Texture2 { filename \"" + name + "\" }"));
+        return static_cast<KsTexture2*>(root->getChild(0))->getImage();
+    };
+    const std::shared_ptr<const KsTextureImage> red = imageOf("red.png");
+    ASSERT_TRUE(red);
+    EXPECT_EQ(red->width, 3);
+    EXPECT_EQ(red->height, 2);
+    KsPreferences::setString("FILE_NODE_FOLDER", KbString((folder() / "inner").string()));
+    EXPECT_TRUE(imageOf("$FILE_NODE_FOLDER/red.png"));
+    KsPreferences::unset("FILE_NODE_FOLDER");
+    for (const std::string& name :
+         {std::string("../outer.png"), (folder() / "outer.png").string()}) {
+        {
+            ExpectedMessages messages("KsTexture2::getImage", "lies outside of the folders");
+            EXPECT_FALSE(imageOf(name));
+        }
+        KsInput::setConfined(false);
+        EXPECT_TRUE(imageOf(name));
+        KsInput::setConfined(true);
+        // A program may name any image.
+        const KsRef<KsTexture2> own(new KsTexture2);
+        own->filename = KbString((folder() / "outer.png").string());
+        EXPECT_TRUE(own->getImage());
+    }
+    {
+        ExpectedMessages messages("KsTexture2::getImage", "is not found");
+        EXPECT_FALSE(imageOf("blue.png"));
+    }
+    KsInput::addDirectoryLast(KbString(folder().string()));
+    EXPECT_TRUE(imageOf("outer.png"));
     KsInput::removeDirectory(KbString(folder().string()));
 }

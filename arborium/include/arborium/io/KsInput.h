@@ -39,11 +39,17 @@ public:
     /// Reads from memory, which must stay until the end of the read. A buffer needs no first line.
     void setBuffer(const void* buffer, std::size_t size);
 
+    /// Where `openFile`, and names that stand in files, are looked up. An empty name is ignored.
     static void addDirectoryFirst(const KbString& directory);
     static void addDirectoryLast(const KbString& directory);
     static void removeDirectory(const KbString& directory);
     static void clearDirectories();
     static const KbStringList& getDirectories();
+    /// By default a file that is named in another one (an included scene, an image) must lie below the
+    /// folder of that file or below a directory of the list, links followed. With FALSE it may lie
+    /// anywhere: for programs that trust their files.
+    static void setConfined(bool confined);
+    static bool isConfined();
 
     /// The full name of the file that is read, or "<buffer>".
     const std::string& getFileName() const;
@@ -59,6 +65,7 @@ public:
     /// The place of the last token read, as "file:line:column".
     std::string getPlace() const;
 
+    /// In the order in which they were found; they stay until the next file is opened.
     const std::vector<KsReadError>& getErrors() const;
     bool hasErrors() const { return !getErrors().empty(); }
     /// Errors beyond the limit, which are counted only.
@@ -106,6 +113,7 @@ public:
     void addReference(const KbName& name, KsBase* object);
     KsBase* findReference(const KbName& name) const;
 
+    // Plumbing.
     struct Impl;
     Impl& impl() { return *m_impl; }
 

@@ -13,7 +13,8 @@ public:
     KsFile();
 
     /// A leading "~", and "$NAME" and "${NAME}", are replaced. The file must lie below the folder of
-    /// the file that names it, or below one of the directories of `KsInput`. Default empty: nothing.
+    /// the file that names it, or below one of the directories of `KsInput`, unless
+    /// `KsInput::setConfined` allows more. Default empty: nothing.
     KsSFFilePathString name;
 
     /// Reads the file anew. FALSE, with messages and nothing below the node, if it cannot be read

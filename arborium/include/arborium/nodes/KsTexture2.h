@@ -3,14 +3,16 @@
 #include <arborium/nodes/KsNode.h>
 
 #include <memory>
+#include <string>
 
 struct KsTextureImage;
 
 /// An image that the shapes behind it wear.
 ///
 /// A name that a program sets is looked up as it stands if it is absolute, else in the directories of
-/// `KsInput`. A name that comes from a file must lead to somewhere below that file's own directory or
-/// one of those. An image that is missing or broken gives a message, once, and no texture.
+/// `KsInput`. For a name that comes from a file "~" and "$NAME" are replaced, and it must lead to
+/// somewhere below that file's own directory or one of those, unless `KsInput::setConfined` allows
+/// more. An image that is missing or broken gives a message, once, and no texture.
 class ARBORIUM_API KsTexture2 : public KsNode {
     KS_NODE_HEADER(KsTexture2);
 
@@ -35,7 +37,7 @@ protected:
     void copyContents(const KsNode* from, Copier& copier) override;
 
 private:
-    KbString findImage() const;
+    KbString findImage(std::string& error) const;
 
     KbString m_directory; // of the file that the node was read from
     bool m_isFromFile = false;
