@@ -5,6 +5,7 @@
 #include <arborium/actions/KsWriteAction.h>
 #include <arborium/base/KsDBImpl.h>
 #include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/io/KsInput.h>
 #include <arborium/io/KsOutput.h>
 #include <formweave/KsTopLevelDialog.h>
@@ -246,8 +247,9 @@ bool KsElementList::read(KsInput* in, const std::function<void(KsFormweave*)>& a
         } while (node);
         return ok;
     }
+    static constexpr std::size_t leastBytes = 8; // of the shortest child
     std::int32_t count = 0;
-    if (!in->read(count)) return false;
+    if (!in->readCount(count, leastBytes, KsLimits::current().nodesPerFile)) return false;
     for (; count > 0; --count) {
         if (!readOne(node) || !node) return false;
     }

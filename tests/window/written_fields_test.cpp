@@ -248,6 +248,11 @@ TEST_F(WrittenFields, allFieldsTogetherReadBackAsTheyWereWritten)
         const std::string text = written(element.get());
         EXPECT_EQ(linesOf(text).size(), count) << text;
         EXPECT_EQ(again(text), text);
+        const std::string bytes = writtenBinary(element.get());
+        const KsRef<KsFormweave> copy = readNode<KsFormweave>(bytes);
+        ASSERT_TRUE(copy) << text;
+        EXPECT_EQ(written(copy.get()), text);
+        EXPECT_EQ(writtenBinary(copy.get()), bytes);
     }
 }
 

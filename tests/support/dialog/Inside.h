@@ -35,6 +35,14 @@ inline std::string written(KsNode* node)
     return action.getOutput()->getBuffer();
 }
 
+inline std::string writtenBinary(KsNode* node)
+{
+    KsWriteAction action;
+    action.getOutput()->setBinary(true);
+    action.apply(node);
+    return action.getOutput()->getBuffer();
+}
+
 /// The last node of a type among the children of a part; null without one.
 template <class T> T* lastIn(KsFormweave* element, const char* part)
 {
