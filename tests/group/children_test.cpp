@@ -275,15 +275,15 @@ TEST_P(Children, aNodeThatIsNoElementIsRefused)
 {
     KsRef<KsGroup> group(new KsGroup);
     {
-        ExpectedMessages messages("KsBaseKit::internalAddChild", "");
+        ExpectedMessages messages("KsNode::internalAddChild", "");
         container->internalAddChild(group.get());
     }
     {
-        ExpectedMessages messages("KsBaseKit::internalInsertChild", "");
+        ExpectedMessages messages("KsNode::internalInsertChild", "");
         container->internalInsertChild(group.get(), 0);
     }
     {
-        ExpectedMessages messages("KsBaseKit::internalReplaceChild", "");
+        ExpectedMessages messages("KsNode::internalReplaceChild", "");
         container->internalReplaceChild(0, group.get());
     }
     EXPECT_EQ(container->internalFindChild(group.get()), -1);

@@ -119,9 +119,6 @@ InitCount s_interaction;
 
 } // namespace
 
-void KsInteractionKit::init() { KsInteraction::init(); }
-void KsInteractionKit::finish() { KsInteraction::finish(); }
-
 void KsInteraction::init() { s_interaction.init(); }
 void KsInteraction::finish() { s_interaction.finish(); }
 int KsInteraction::getInitCount() { return s_interaction.get(); }

@@ -1,6 +1,7 @@
 #include <arborium/nodes/KsNode.h>
 
 #include <arborium/actions/KsActions.h>
+#include <arborium/base/KsDebugError.h>
 #include <arborium/io/KsOutput.h>
 #include <arborium/nodes/KsNodeList.h>
 #include <arborium/sensors/KsSensor.h>
@@ -302,4 +303,43 @@ void KsNode::notifyDelete()
         sensor->dyingReference();
         if (m_watchers && m_watchers->sensors.contains(sensor)) sensor->detach();
     }
+}
+
+// Children, where there are none.
+
+namespace {
+
+void refuseChild(const char* where, const KsNode* node)
+{
+    KsDebugError::post(where, "a %s holds no children", node->getTypeId().getName().getString());
+}
+
+} // namespace
+
+void KsNode::internalAddChild(KsNode*) { refuseChild("KsNode::internalAddChild", this); }
+
+void KsNode::internalInsertChild(KsNode*, int) { refuseChild("KsNode::internalInsertChild", this); }
+
+KsNode* KsNode::internalGetChild(int) const
+{
+    refuseChild("KsNode::internalGetChild", this);
+    return nullptr;
+}
+
+int KsNode::internalFindChild(const KsNode*) const { return -1; }
+
+void KsNode::internalRemoveChild(KsNode*) { refuseChild("KsNode::internalRemoveChild", this); }
+
+void KsNode::internalRemoveChild(int) { refuseChild("KsNode::internalRemoveChild", this); }
+
+void KsNode::internalRemoveAllChildren() {}
+
+void KsNode::internalReplaceChild(KsNode*, KsNode*)
+{
+    refuseChild("KsNode::internalReplaceChild", this);
+}
+
+void KsNode::internalReplaceChild(int, KsNode*)
+{
+    refuseChild("KsNode::internalReplaceChild", this);
 }

@@ -28,6 +28,7 @@ TEST_F(BoundingBox, ofAnEmptySceneIsEmpty)
     EXPECT_TRUE(boxOf(nullptr).isEmpty());
 }
 
+// shows: KsAction::apply, KsGetBoundingBoxAction, KsGetBoundingBoxAction::getBoundingBox
 TEST_F(BoundingBox, ofTheLastApplyCounts)
 {
     addTo<TestShape>(root);
@@ -38,6 +39,7 @@ TEST_F(BoundingBox, ofTheLastApplyCounts)
     EXPECT_TRUE(action.getBoundingBox().isEmpty());
 }
 
+// shows: KsRef::operator bool
 TEST_F(BoundingBox, followsTheTransformsBeforeAShape)
 {
     addTo<KsTranslation>(root)->translation = KbVec3f(10, 0, 0);
@@ -48,6 +50,7 @@ TEST_F(BoundingBox, followsTheTransformsBeforeAShape)
     EXPECT_TRUE(near(boxOf(root), {8, -3, -4}, {12, 3, 4}));
 }
 
+// shows: KsNode::getBoundingBox
 TEST_F(BoundingBox, turnsWithARotation)
 {
     addTo<KsRotation>(root)->rotation = KbRotation(KbVec3f(0, 0, 1), float(M_PI / 2));

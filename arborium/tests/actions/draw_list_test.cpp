@@ -26,12 +26,16 @@ protected:
     }
 };
 
+// shows: KsRenderAction::setViewportRegion, KsDraw
 TEST_F(DrawList, isKeptWhileNothingChanges)
 {
     auto* inner = addTo<KsSeparator>(root);
     auto* shape = addTo<TestShape>(inner);
     render.apply(root);
-    EXPECT_EQ(list().draws.size(), 1u);
+    ASSERT_EQ(list().draws.size(), 1u);
+    const KsDraw& draw = list().draws[0];
+    EXPECT_TRUE(draw.mesh);
+    EXPECT_EQ(draw.matrix[0][0], 2) << "the size of the shape";
     const long visits = render.getNumVisits();
     EXPECT_EQ(visits, 3);
     const auto version = list().version;
@@ -47,6 +51,20 @@ TEST_F(DrawList, isKeptWhileNothingChanges)
     EXPECT_EQ(list().draws.size(), 1u);
 }
 
+// shows: KsDrawList::clear
+TEST_F(DrawList, isEmptiedOnDemand)
+{
+    addTo<TestShape>(root);
+    render.apply(root);
+    KsDrawList copy = list();
+    EXPECT_FALSE(copy.draws.empty());
+    copy.clear();
+    EXPECT_TRUE(copy.draws.empty());
+    EXPECT_TRUE(copy.materials.empty());
+    EXPECT_FALSE(copy.hasCamera);
+}
+
+// shows: KsRenderAction::invalidate
 TEST_F(DrawList, isRebuiltForAnotherRootAnotherWindowAndOnDemand)
 {
     addTo<TestShape>(root);
@@ -68,6 +86,7 @@ TEST_F(DrawList, isRebuiltForAnotherRootAnotherWindowAndOnDemand)
     EXPECT_TRUE(list().draws.empty());
 }
 
+// shows: KsRenderAction, KsRenderAction::getDrawList
 TEST_F(DrawList, ofTwoActionsShowsEachChange)
 {
     auto* inner = addTo<KsSeparator>(root);
@@ -155,6 +174,7 @@ TEST_F(DrawList, sharesEqualMaterials)
     EXPECT_EQ(material(5).diffuse, KbColor(0.75f, 0.75f, 0.75f));
 }
 
+// shows: KsLightModel
 TEST_F(DrawList, takesOfMaterialsOnlyWhatWasSet)
 {
     auto* outer = addTo<KsMaterial>(root);
@@ -197,6 +217,7 @@ TEST_F(DrawList, holdsTheClipPlanesInTheWorld)
     EXPECT_NEAR(planes[0].getDistanceFromOrigin(), 5, 1e-5);
 }
 
+// shows: KsLightState, KsDirectionalLight
 TEST_F(DrawList, holdsTheLightsInTheWorld)
 {
     addTo<TestShape>(root); // before all light

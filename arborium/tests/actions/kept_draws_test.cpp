@@ -81,6 +81,7 @@ TEST_F(KeptDraws, whatAShapeRefersToMayBeAChildAsWell)
     }
 }
 
+// shows: KsRenderAction::getViewportRegion
 TEST_F(KeptDraws, onlyTheWayToAChangeIsVisitedAgain)
 {
     constexpr int branches = 100, leaves = 10;
@@ -137,6 +138,7 @@ TEST_F(KeptDraws, coordinatesInFrontOfASeparatorReachIt)
     EXPECT_TRUE(isFresh(render, root));
 }
 
+// shows: KbViewVolume::getHeight
 TEST_F(KeptDraws, aCameraInsideASeparatorKeepsSpeaking)
 {
     auto* inner = addTo<KsSeparator>(root);

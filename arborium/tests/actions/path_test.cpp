@@ -12,6 +12,8 @@ protected:
     KsRef<KsSeparator> root{new KsSeparator};
 };
 
+// shows: KsPath::getNode, KsPath::getIndex, KsPath::getNodeFromTail, KsPath::append, KsPath::pop,
+// KsPath::truncate
 TEST_F(Path, growsAlongChildren)
 {
     auto* group = addTo<KsGroup>(root);
@@ -38,6 +40,8 @@ TEST_F(Path, growsAlongChildren)
     EXPECT_EQ(path->getHead(), nullptr);
 }
 
+// shows: KsPath::containsNode, KsPath::findNode, KsPath::setNumPublic, KsFullPath::getLength,
+// KsFullPath::getTail
 TEST_F(Path, showsItsPublicPartAndHoldsTheWhole)
 {
     auto* group = addTo<KsGroup>(root);
@@ -58,6 +62,7 @@ TEST_F(Path, showsItsPublicPartAndHoldsTheWhole)
     EXPECT_EQ(shown->getLength(), 3);
 }
 
+// shows: KsPath::operator=, KsPath::getTail, KsPath::operator==, KsPath::copy, KsRef::operator*
 TEST_F(Path, keepsItsNodesAlive)
 {
     KsRef<KsPath> path;
@@ -77,6 +82,7 @@ TEST_F(Path, keepsItsNodesAlive)
     EXPECT_EQ(path->getTail()->getRefCount(), 1);
 }
 
+// shows: KsPath::getLength, KsPath::getHead, KsPath::setHead
 TEST_F(Path, takesANewHeadFromItsOwnNodes)
 {
     auto* group = addTo<KsGroup>(root);
@@ -87,6 +93,7 @@ TEST_F(Path, takesANewHeadFromItsOwnNodes)
     EXPECT_EQ(path->getHead(), group);
 }
 
+// shows: KsAction::getPathCode
 TEST_F(Path, tellsEachNodeHowItStandsToIt)
 {
     auto* before = addTo<KsTranslation>(root);
@@ -147,6 +154,7 @@ TEST_F(Path, tellsEachNodeHowItStandsToIt)
     EXPECT_EQ(codes.met.count(end), 0u);
 }
 
+// shows: KsPath
 TEST_F(Path, endsAllOfItsNodesBeingBelowIfItHasOneNode)
 {
     auto* shape = addTo<TestShape>(root);
@@ -175,6 +183,7 @@ protected:
     KsGetMatrixAction action{KbViewportRegion()};
 };
 
+// shows: KsGetMatrixAction, KsGetMatrixAction::getMatrix, KsGetMatrixAction::getInverse
 TEST_F(Matrix, ofANodeIsItsOwn)
 {
     KsRef<KsTransform> transform(new KsTransform);

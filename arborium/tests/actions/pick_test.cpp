@@ -32,6 +32,7 @@ protected:
     KsRayPickAction pick{KbViewportRegion(100, 100)};
 };
 
+// shows: KsPickedPoint::getDistance, KsRayPickAction
 TEST_F(Pick, meetsTheNearestShape)
 {
     TestShape* back = shapeAt({0, 0, 0});
@@ -52,6 +53,8 @@ TEST_F(Pick, meetsTheNearestShape)
     EXPECT_EQ(pick.getUnsortedPickedPoint(-1), nullptr);
 }
 
+// shows: KsPickedPoint::getPath, KsRayPickAction::setPickAll,
+// KsRayPickAction::getPickedPointsListLength, KsRayPickAction::getUnsortedPickedPoint
 TEST_F(Pick, ofAllShapesSortsThemByDistance)
 {
     TestShape* middle = shapeAt({0, 0, 5});
@@ -74,6 +77,7 @@ TEST_F(Pick, amongEqualDistancesTakesWhatWasMetFirst)
     EXPECT_EQ(at(0.25f, 0), first);
 }
 
+// shows: KsPickedPoint::getObjectPoint
 TEST_F(Pick, followsTransforms)
 {
     addTo<KsTranslation>(root)->translation = KbVec3f(10, 0, 0);
@@ -87,6 +91,7 @@ TEST_F(Pick, followsTransforms)
     EXPECT_TRUE(near(pick.getPickedPoint()->getObjectPoint(), {0.5f, 0, 1}));
 }
 
+// shows: KsPickedPoint::getNormal
 TEST_F(Pick, turnsNormalsAsSurfacesDo)
 {
     addTo<KsRotation>(root)->rotation = KbRotation(KbVec3f(0, 1, 0), 0.5f);
@@ -166,6 +171,7 @@ TEST_F(Pick, leavesOutSeparatorsBehindTheNearestHit)
     EXPECT_EQ(back->pickVisits, 1);
 }
 
+// shows: KsPickedPoint::getPoint, KsRayPickAction::setPoint, KsRayPickAction::setNormalizedPoint
 TEST_F(Pick, needsACameraForAPoint)
 {
     auto* shape = addTo<TestShape>(root);
@@ -252,6 +258,7 @@ TEST_F(Pick, ofARayObeysItsDistances)
     EXPECT_EQ(pick.getPickedPoint(), nullptr);
 }
 
+// shows: KsRayPickAction::setRay, KsRayPickAction::getPickedPoint
 TEST_F(Pick, withoutAUsableRayMeetsNothing)
 {
     addTo<TestShape>(root);
@@ -301,6 +308,7 @@ public:
 };
 } // namespace
 
+// shows: KsRayPickAction::setRadius
 TEST_F(Pick, reachesLinesAndPointsFromBeside)
 {
     auto* camera = addTo<KsOrthographicCamera>(root);
@@ -322,6 +330,9 @@ TEST_F(Pick, reachesLinesAndPointsFromBeside)
     EXPECT_FALSE(isHit(60.2f));
 }
 
+// shows: KsNodeKitDetail, KsNodeKitDetail::setNodeKit, KsNodeKitDetail::setPart,
+// KsNodeKitDetail::setPartName, KsNodeKitDetail::getNodeKit, KsNodeKitDetail::getPart,
+// KsNodeKitDetail::getPartName, KsPickedPoint, KsPickedPoint::getDetail, KsPickedPoint::setDetail
 TEST_F(Pick, keepsDetailsByNode)
 {
     TestShape* shape = shapeAt({0, 0, 0});

@@ -26,6 +26,7 @@ protected:
     KsSearchAction search;
 };
 
+// shows: KsSearchAction::getInterest, KsSearchAction::getPath
 TEST_F(Search, findsTheFirstOfAType)
 {
     EXPECT_EQ(search.getInterest(), KsSearchAction::FIRST);
@@ -38,6 +39,7 @@ TEST_F(Search, findsTheFirstOfAType)
     EXPECT_EQ(search.getPath()->getLength(), 2);
 }
 
+// shows: KsSearchAction::setInterest, KsSearchAction::setType
 TEST_F(Search, findsTheLastOfAType)
 {
     search.setType(KsTranslation::getClassTypeId());
@@ -47,6 +49,7 @@ TEST_F(Search, findsTheLastOfAType)
     EXPECT_EQ(search.getPath()->getTail(), third);
 }
 
+// shows: KsPathList::operator[], KsSearchAction::getPaths
 TEST_F(Search, findsAllInTheirOrder)
 {
     search.setType(KsTranslation::getClassTypeId());
@@ -62,6 +65,7 @@ TEST_F(Search, findsAllInTheirOrder)
     EXPECT_EQ(search.getPaths()[3], nullptr);
 }
 
+// shows: KsPathList::getLength
 TEST_F(Search, takesDerivedTypesIfItMay)
 {
     search.setInterest(KsSearchAction::ALL);
@@ -85,6 +89,7 @@ TEST_F(Search, findsTheRootItself)
     EXPECT_EQ(search.getPath()->getLength(), 1);
 }
 
+// shows: KsSearchAction::setName
 TEST_F(Search, findsByNameAndByNode)
 {
     search.setName("last");
@@ -102,6 +107,7 @@ TEST_F(Search, findsByNameAndByNode)
     EXPECT_EQ(search.getPath()->getTail(), scale);
 }
 
+// shows: KsSearchAction::isFound
 TEST_F(Search, withoutCriteriaFindsNothing)
 {
     search.apply(root);
@@ -112,6 +118,7 @@ TEST_F(Search, withoutCriteriaFindsNothing)
     EXPECT_FALSE(search.isFound());
 }
 
+// shows: KsSearchAction::isSearchingAll, KsSearchAction::reset
 TEST_F(Search, forgetsItsResultWithTheNextApplyAndAtReset)
 {
     search.setNode(scale);
@@ -131,6 +138,7 @@ TEST_F(Search, forgetsItsResultWithTheNextApplyAndAtReset)
     EXPECT_FALSE(search.isSearchingAll());
 }
 
+// shows: KsSearchAction::setSearchingAll
 TEST_F(Search, goesWhereSwitchesLead)
 {
     auto* choice = addTo<KsSwitch>(root);
@@ -154,6 +162,7 @@ TEST_F(Search, goesWhereSwitchesLead)
     EXPECT_TRUE(search.isFound());
 }
 
+// shows: KsSearchAction::setNode
 TEST_F(Search, meetsASharedNodeOncePerPlace)
 {
     root->addChild(first);
@@ -165,6 +174,7 @@ TEST_F(Search, meetsASharedNodeOncePerPlace)
     EXPECT_EQ(search.getPaths()[1]->getIndex(1), 3);
 }
 
+// shows: KsAction::visit, KsSearchAction, KsSearchAction::setFound
 TEST_F(Search, endsWhenANodeSaysThatItIsFound)
 {
     struct Ender : KsSearchAction {
@@ -224,6 +234,7 @@ TEST_F(Walk, leavesOutWhatIsPruned)
     EXPECT_EQ(behind.size(), 4u);
 }
 
+// shows: KsAction::isTerminated, KsCallbackAction
 TEST_F(Walk, endsAtOnceWhenAborted)
 {
     answer = KsCallbackAction::ABORT;
@@ -238,6 +249,7 @@ TEST_F(Walk, endsAtOnceWhenAborted)
     EXPECT_FALSE(walk.isTerminated());
 }
 
+// shows: KsAction::getState, KsAction::getCurPathTail, KsCallbackAction::setPostCallback
 TEST_F(Walk, hasTheStateAtHand)
 {
     first->translation = KbVec3f(3, 0, 0);
@@ -258,6 +270,7 @@ TEST_F(Walk, hasTheStateAtHand)
     EXPECT_EQ(walk.getCurPathTail(), nullptr);
 }
 
+// shows: KsAction::getCurPath
 TEST_F(Walk, mayBeAppliedAgainInItsMiddle)
 {
     int inner = 0;
@@ -280,6 +293,7 @@ TEST_F(Walk, mayBeAppliedAgainInItsMiddle)
     EXPECT_NE(path, nullptr);
 }
 
+// shows: KsCallbackAction::setPreCallback
 TEST_F(Walk, survivesAChangeOfTheListThatItWalks)
 {
     walk.setPreCallback([this](KsCallbackAction*, const KsNode* node) {

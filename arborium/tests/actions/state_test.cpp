@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+// shows: KsState::push, KsState::getDepth, KsState::Element::get, KsState::Element::setAt,
+// KsState::edit
 TEST(State, bringsBackWhatWasSetBeforeAPush)
 {
     KsState state;
@@ -38,6 +40,7 @@ TEST(State, bringsBackListsAsTheyWere)
     EXPECT_EQ(state.clipPlanes.get().size(), 1u);
 }
 
+// shows: KsFontState, KsState::reset, KsState::multModelMatrix
 TEST(State, isAsNewAfterAReset)
 {
     KsState state;
@@ -52,6 +55,7 @@ TEST(State, isAsNewAfterAReset)
     EXPECT_TRUE(state.modelMatrix.get().isIdentity());
 }
 
+// shows: KsState, KsState::pop
 TEST(State, survivesAPopWithoutAPush)
 {
     KsState state;
@@ -61,6 +65,7 @@ TEST(State, survivesAPopWithoutAPush)
     EXPECT_EQ(state.font.get().size, 20);
 }
 
+// shows: KsViewVolumeElement::isSet, KsViewVolumeElement::get
 TEST(State, hasAViewVolumeOnlyIfACameraSetOne)
 {
     KsState state;

@@ -15,6 +15,7 @@ constexpr float s_pi = 3.14159265f;
 constexpr float s_nan = std::numeric_limits<float>::quiet_NaN();
 } // namespace
 
+// shows: KbLine::getClosestPoint
 TEST(Line, findsTheClosestPoint)
 {
     const KbLine line(KbVec3f(0, 1, 0), KbVec3f(5, 1, 0));
@@ -23,6 +24,7 @@ TEST(Line, findsTheClosestPoint)
     EXPECT_EQ(none.getClosestPoint(KbVec3f(9, 9, 9)), KbVec3f(1, 2, 3));
 }
 
+// shows: KbLine::getClosestPoints
 TEST(Line, findsWhereTwoLinesAreClosest)
 {
     const KbLine a(KbVec3f(0, 0, 0), KbVec3f(1, 0, 0)), b(KbVec3f(3, -2, 1), KbVec3f(3, 5, 1));
@@ -37,6 +39,7 @@ TEST(Line, findsWhereTwoLinesAreClosest)
     EXPECT_EQ(onB, KbVec3f(0, 2, 0));
 }
 
+// shows: KbLine, KbLine::intersect
 TEST(Line, meetsATriangleFromEitherSideAndNotBehindItself)
 {
     const KbVec3f a(0, 0, 0), b(4, 0, 0), c(0, 4, 0);
@@ -79,6 +82,8 @@ TEST(Line, meetsABox)
     EXPECT_TRUE(KbLine(KbVec3f(-3, 0, 0), KbVec3f(-2, 0, 0)).intersect(flat));
 }
 
+// shows: KbPlane, KbPlane::getNormal, KbPlane::getDistanceFromOrigin, KbPlane::getDistance,
+// KbPlane::isInHalfSpace
 TEST(Plane, isMadeOfANormalAndAPointOrOfThreePoints)
 {
     const KbPlane plane(KbVec3f(0, 0, 4), KbVec3f(7, 7, 3));
@@ -91,6 +96,7 @@ TEST(Plane, isMadeOfANormalAndAPointOrOfThreePoints)
     EXPECT_EQ(KbPlane(KbVec3f(), 2.0f).getNormal(), KbVec3f(0, 0, 1));
 }
 
+// shows: KbLine::getPosition, KbPlane::intersect
 TEST(Plane, meetsALineUnlessItIsParallel)
 {
     const KbPlane plane(KbVec3f(0, 0, 1), 3.0f);
@@ -107,6 +113,7 @@ TEST(Plane, meetsALineUnlessItIsParallel)
     EXPECT_FALSE(plane.intersect(plane, line));
 }
 
+// shows: KbPlane::transform
 TEST(Plane, movesWithItsPoints)
 {
     std::mt19937 random(5);
@@ -133,6 +140,8 @@ TEST(Plane, movesWithItsPoints)
     EXPECT_EQ(plane, KbPlane(KbVec3f(0, 1, 0), 4.0f));
 }
 
+// shows: KbViewportRegion, KbViewportRegion::setWindowSize, KbViewportRegion::setViewportPixels,
+// KbViewportRegion::getViewportOriginPixels, KbViewportRegion::getViewportAspectRatio
 TEST(Viewport, isAShareOfItsWindow)
 {
     KbViewportRegion region(800, 600);
@@ -147,6 +156,9 @@ TEST(Viewport, isAShareOfItsWindow)
     EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(500, 100));
 }
 
+// shows: KbViewportRegion::getWindowSize, KbViewportRegion::setViewport,
+// KbViewportRegion::getViewportOrigin, KbViewportRegion::getViewportSizePixels,
+// KbViewportRegion::setPixelsPerInch, KbViewportRegion::getPixelsPerInch
 TEST(Viewport, hasNoSizeOfZero)
 {
     KbViewportRegion region(0, -5);
@@ -160,6 +172,8 @@ TEST(Viewport, hasNoSizeOfZero)
     EXPECT_EQ(region.getPixelsPerInch(), 72.0f);
 }
 
+// shows: KbViewVolume::isSet, KbViewVolume::ortho, KbViewVolume::getProjectionType,
+// KbViewVolume::getDepth, KbViewVolume::getWidth
 TEST(ViewVolume, isNotSetUntilACameraShapesIt)
 {
     KbViewVolume volume;
@@ -171,6 +185,7 @@ TEST(ViewVolume, isNotSetUntilACameraShapesIt)
     EXPECT_EQ(volume.getProjectionType(), KbViewVolume::ORTHOGRAPHIC);
 }
 
+// shows: KbViewVolume::transform, KbViewVolume::projectPointToLine, KbViewVolume::projectToScreen
 TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
 {
     KbViewVolume ortho, perspective;
@@ -200,6 +215,9 @@ TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
     }
 }
 
+// shows: KbViewVolume::translateCamera, KbViewVolume::getPlane, KbViewVolume::getSightPoint,
+// KbViewVolume::getProjectionPoint, KbViewVolume::getProjectionDirection, KbViewVolume::getViewUp,
+// KbViewVolume::getNearDist, KbViewVolume::getWorldToScreenScale
 TEST(ViewVolume, looksAlongMinusZFromTheCamera)
 {
     KbViewVolume volume;
@@ -216,6 +234,7 @@ TEST(ViewVolume, looksAlongMinusZFromTheCamera)
     EXPECT_NEAR(volume.getWorldToScreenScale(KbVec3f(0, 0, 0), 0.5f), 5, 1e-4f);
 }
 
+// shows: KbViewVolume::frustum, KbViewVolume::rotateCamera, KbViewVolume::getViewVolumePlanes
 TEST(ViewVolume, hasPlanesThatFaceInwards)
 {
     KbViewVolume ortho, perspective;
@@ -240,6 +259,7 @@ TEST(ViewVolume, hasPlanesThatFaceInwards)
     }
 }
 
+// shows: KbViewVolume::perspective, KbViewVolume::intersect
 TEST(ViewVolume, cullsOnlyWhatIsOutOfSight)
 {
     KbViewVolume volume;
@@ -272,6 +292,7 @@ TEST(ViewVolume, cullsOnlyWhatIsOutOfSight)
     }
 }
 
+// shows: KbMatrix::isFinite, KbVecBase::isFinite, KbViewVolume::getMatrix
 TEST(ViewVolume, isNeverFlat)
 {
     KbViewVolume volume;
@@ -291,6 +312,7 @@ TEST(ViewVolume, isNeverFlat)
     }
 }
 
+// shows: KbViewVolume::narrow, KbViewVolume::projectBox
 TEST(ViewVolume, narrowsToAPartOfTheScreen)
 {
     KbViewVolume volume;

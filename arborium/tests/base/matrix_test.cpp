@@ -34,6 +34,7 @@ bool isRotation(const KbRotation& rotation)
 
 } // namespace
 
+// shows: KbMatrix::setTranslate, KbMatrix::multDirMatrix
 TEST(Matrix, keepsTheTranslationInItsLastRow)
 {
     KbMatrix m;
@@ -46,6 +47,7 @@ TEST(Matrix, keepsTheTranslationInItsLastRow)
     EXPECT_EQ(p, KbVec3f(10, 10, 10));
 }
 
+// shows: KbMatrix::multLeft, KbMatrix::multRight, KbMatrix::operator*=, KbMatrix::operator*
 TEST(Matrix, appliesTheLeftFactorFirst)
 {
     KbMatrix scale, move;
@@ -65,6 +67,7 @@ TEST(Matrix, appliesTheLeftFactorFirst)
     EXPECT_EQ(m, move * move);
 }
 
+// shows: KbMatrix::setRotate
 TEST(Matrix, rotatesCounterClockwise)
 {
     KbMatrix m;
@@ -74,6 +77,7 @@ TEST(Matrix, rotatesCounterClockwise)
     EXPECT_TRUE(p.equals(KbVec3f(0, 1, 0), 1e-6f)) << p;
 }
 
+// shows: KbMatrix::getTransform
 TEST(Matrix, scalesAndRotatesAboutACenter)
 {
     KbMatrix m;
@@ -115,6 +119,7 @@ TEST(Matrix, comesApartIntoWhatItWasMadeOf)
     EXPECT_TRUE(parts.orientation.isIdentity());
 }
 
+// shows: KbMatrix::equals
 TEST(Matrix, getsBackFromItsPartsWhateverTheyAre)
 {
     std::mt19937 random(20240917);
@@ -151,6 +156,7 @@ TEST(Matrix, getsBackFromItsPartsWhenItFlattens)
     }
 }
 
+// shows: KbMatrix::setTransform
 TEST(Matrix, thatFlattensAnAxisIsNotTakenForARotation)
 {
     for (const KbVec3f& scale : {KbVec3f(0, 20, 1), KbVec3f(0, 0, 1), KbVec3f(3, 0, 0),
@@ -164,6 +170,7 @@ TEST(Matrix, thatFlattensAnAxisIsNotTakenForARotation)
     }
 }
 
+// shows: KbMatrix::setScale
 TEST(Matrix, thatMirrorsKeepsItsRotationAndGetsANegativeScale)
 {
     for (const KbVec3f& scale : {KbVec3f(-1, 1, 1), KbVec3f(1, -2, 3), KbVec3f(-1, -1, -1)}) {
@@ -184,6 +191,7 @@ TEST(Matrix, ofTheIdentityComesApartExactly)
     EXPECT_EQ(parts.compose(), KbMatrix());
 }
 
+// shows: KbMatrix
 TEST(Matrix, withInfinityOrNotANumberComesApartAsTheIdentity)
 {
     for (float bad :
@@ -196,6 +204,7 @@ TEST(Matrix, withInfinityOrNotANumberComesApartAsTheIdentity)
     }
 }
 
+// shows: KbMatrix::inverse
 TEST(Matrix, timesItsInverseIsTheIdentity)
 {
     std::mt19937 random(3);
@@ -210,6 +219,7 @@ TEST(Matrix, timesItsInverseIsTheIdentity)
     }
 }
 
+// shows: KbMatrix::operator[]
 TEST(Matrix, withVeryUnequalScalesStillHasItsInverse)
 {
     KbMatrix m;
@@ -218,6 +228,7 @@ TEST(Matrix, withVeryUnequalScalesStillHasItsInverse)
     EXPECT_FLOAT_EQ(m.inverse()[1][1], 1e7f);
 }
 
+// shows: KbMatrix::isInvertible
 TEST(Matrix, thatFlattensHasTheIdentityForItsInverse)
 {
     KbMatrix m;
@@ -229,6 +240,7 @@ TEST(Matrix, thatFlattensHasTheIdentityForItsInverse)
     EXPECT_FALSE(twice.isInvertible());
 }
 
+// shows: KbMatrix::det4, KbMatrix::det3
 TEST(Matrix, knowsItsDeterminants)
 {
     KbMatrix m;
@@ -237,6 +249,7 @@ TEST(Matrix, knowsItsDeterminants)
     EXPECT_FLOAT_EQ(m.det3(), -24);
 }
 
+// shows: KbMatrix::multVecMatrix
 TEST(Matrix, dividesByTheFourthComponentWhereItCan)
 {
     const KbMatrix perspective(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, -1, 0, 0, 0, 0);
@@ -247,6 +260,7 @@ TEST(Matrix, dividesByTheFourthComponentWhereItCan)
     EXPECT_EQ(p, KbVec3f(2, 4, 0));
 }
 
+// shows: KbMatrix::transpose, KbMatrix::multMatrixVec
 TEST(Matrix, timesAColumnIsItsTransposedTimesARow)
 {
     const KbMatrix m(1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 10, 0, 0, 0, 0, 1);
@@ -267,6 +281,7 @@ TEST(Matrix, mayWriteOverItsOwnArgument)
     EXPECT_TRUE(p.equals(KbVec3f(-1, 0, 0), 1e-6f)) << p;
 }
 
+// shows: KbLine::getDirection, KbMatrix::multLineMatrix
 TEST(Matrix, movesALineWithItsPoints)
 {
     KbMatrix m;
@@ -277,6 +292,7 @@ TEST(Matrix, movesALineWithItsPoints)
     EXPECT_TRUE(line.getDirection().equals(KbVec3f(1, 0, 0), 1e-5f)) << line.getDirection();
 }
 
+// shows: KbRotation::equals
 TEST(Rotation, equalsItsMatrix)
 {
     std::mt19937 random(11);
@@ -294,6 +310,7 @@ TEST(Rotation, equalsItsMatrix)
     }
 }
 
+// shows: KbRotation::inverse, KbRotation::operator*
 TEST(Rotation, appliesTheLeftFactorFirst)
 {
     const KbRotation a(KbVec3f(1, 0, 0), 0.5f), b(KbVec3f(0, 1, 0), 0.9f);
@@ -305,6 +322,7 @@ TEST(Rotation, appliesTheLeftFactorFirst)
     EXPECT_TRUE((a * a.inverse()).equals(KbRotation(), 1e-6f));
 }
 
+// shows: KbRotation::getValue
 TEST(Rotation, givesItsAxisAndAngleBack)
 {
     KbVec3f axis;
@@ -320,6 +338,7 @@ TEST(Rotation, givesItsAxisAndAngleBack)
     EXPECT_EQ(radians, 0.0f);
 }
 
+// shows: KbRotation::isIdentity
 TEST(Rotation, ofNothingIsNone)
 {
     EXPECT_TRUE(KbRotation(KbVec3f(), 1).isIdentity());
@@ -329,6 +348,7 @@ TEST(Rotation, ofNothingIsNone)
     EXPECT_TRUE(KbRotation(KbVec3f(1, 0, 0), std::numeric_limits<float>::infinity()).isIdentity());
 }
 
+// shows: KbRotation::multVec
 TEST(Rotation, turnsOneVectorToAnother)
 {
     const KbVec3f vectors[] = {{1, 0, 0},     {-1, 0, 0},     {0, 2, 0},          {0.3f, -4, 1},
@@ -344,6 +364,7 @@ TEST(Rotation, turnsOneVectorToAnother)
     }
 }
 
+// shows: KbRotation, KbRotation::slerp
 TEST(Rotation, movesEvenlyFromOneToAnother)
 {
     const KbRotation from(KbVec3f(0, 0, 1), 0.2f), to(KbVec3f(0, 0, 1), 1.2f);

@@ -12,6 +12,7 @@
 
 using KbNumber::Result;
 
+// shows: KbNumber::parseInt32, KbNumber::parseUInt32
 TEST(Number, isReadFromTheWholeWord)
 {
     std::int32_t i = -1;
@@ -37,6 +38,7 @@ TEST(Number, isReadFromTheWholeWord)
     EXPECT_EQ(KbNumber::parseUInt32("4294967296", u), Result::OutOfRange);
 }
 
+// shows: KbNumber::parseFloat
 TEST(Number, withAFractionIsReadFromTheWholeWord)
 {
     float f = -1;
@@ -57,6 +59,7 @@ TEST(Number, withAFractionIsReadFromTheWholeWord)
     EXPECT_TRUE(std::isinf(f));
 }
 
+// shows: KbNumber::parseDouble
 TEST(Number, tooSmallForItsTypeIsZero)
 {
     float f = -1;
@@ -75,6 +78,7 @@ TEST(Number, tooSmallForItsTypeIsZero)
     EXPECT_EQ(f, std::numeric_limits<float>::denorm_min());
 }
 
+// shows: KbNumber::toString
 TEST(Number, readsBackToTheSameBits)
 {
     std::mt19937 random(1);
@@ -104,6 +108,7 @@ TEST(Number, isWrittenPlainlyWhereThatIsShort)
     EXPECT_EQ(KbNumber::toString(-255, 16), "-ff");
 }
 
+// shows: KbNumber::toInt32
 TEST(Number, becomesAWholeOneWithinItsRange)
 {
     EXPECT_EQ(KbNumber::toInt32(3.9), 3);
@@ -146,6 +151,7 @@ template <class T> std::string byPrintf(const std::string& format, T value)
 
 } // namespace
 
+// shows: KbNumberFormat::isInteger
 TEST(NumberFormat, printsWholeNumbersAsPrintfDoes)
 {
     for (char conversion : {'d', 'i', 'u', 'o', 'x', 'X'}) {
@@ -185,6 +191,7 @@ TEST(NumberFormat, printsOtherNumbersAsPrintfDoes)
     }
 }
 
+// shows: KbNumberFormat::print
 TEST(NumberFormat, keepsTheZerosOfANumberThatRoundsToAPowerOfTen)
 {
     // Where printf of some C libraries drops them, against its definition.
@@ -214,6 +221,7 @@ TEST(NumberFormat, printsRandomNumbersAsPrintfDoes)
     }
 }
 
+// shows: KbNumberFormat, KbNumberFormat::parse
 TEST(NumberFormat, refusesEverythingElse)
 {
     for (const char* format : {"",

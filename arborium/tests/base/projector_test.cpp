@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -29,6 +30,7 @@ KbViewVolume perspective()
 
 } // namespace
 
+// shows: KbPlaneProjector::setPlane
 TEST(PlaneProjector, findsThePointUnderThePointer)
 {
     KbPlaneProjector projector(0);
@@ -40,6 +42,7 @@ TEST(PlaneProjector, findsThePointUnderThePointer)
     EXPECT_TRUE(projector.project(KbVec2f(1, 0.5f)).equals(KbVec3f(7, 0, 3), 1e-4f));
 }
 
+// shows: KbProjector::setWorkingSpace
 TEST(PlaneProjector, answersInItsWorkingSpace)
 {
     KbPlaneProjector projector(0);
@@ -72,6 +75,7 @@ TEST(PlaneProjector, keepsTheLastPointWhereThereIsNone)
     EXPECT_EQ(projector.project(KbVec2f(0.1f, 0.1f)), last);
 }
 
+// shows: KbProjector::tryProject
 TEST(PlaneProjector, doesNotLookBehindAPerspectiveEye)
 {
     KbPlaneProjector projector(0);
@@ -99,6 +103,7 @@ TEST(PlaneProjector, takesRaysInTheWorld)
     EXPECT_TRUE(projector.intersect(down, point));
 }
 
+// shows: KbPlaneProjector, KbProjector::setViewVolume
 TEST(PlaneProjector, turnsToTheEyeWhenToldTo)
 {
     KbPlaneProjector projector(KbPlane(KbVec3f(0, 1, 0), 0.0f), 1);
@@ -109,6 +114,7 @@ TEST(PlaneProjector, turnsToTheEyeWhenToldTo)
     EXPECT_TRUE(projector.project(KbVec2f(0.5f, 0.75f)).equals(KbVec3f(0, 5, 0), 1e-4f));
 }
 
+// shows: KbProjector::getVector, KbProjector::setStartPosition
 TEST(PlaneProjector, measuresTheWayOfThePointer)
 {
     KbPlaneProjector projector(0);
@@ -120,6 +126,7 @@ TEST(PlaneProjector, measuresTheWayOfThePointer)
     EXPECT_TRUE(projector.getVector(KbVec2f(0.25f, 0)).equals(KbVec3f(1, 0, 0), 1e-5f));
 }
 
+// shows: KbProjector::project, KbProjector::copy
 TEST(Projector, copiesItsKindAndState)
 {
     KbPlaneProjector projector(0);
@@ -148,6 +155,7 @@ TEST(LineProjector, findsTheNearestPointOfItsLine)
     EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.55f)).equals(KbVec3f(5, 1, 0), 1e-4f));
 }
 
+// shows: KbLineProjector, KbLineProjector::setLine
 TEST(LineProjector, keepsTheLastPointWhenSeenFromItsEnd)
 {
     KbLineProjector projector;
@@ -167,4 +175,74 @@ TEST(LineProjector, answersInItsWorkingSpace)
     EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.5f)).equals(KbVec3f(10, 0, 0), 1e-4f));
     EXPECT_TRUE(projector.getVector(KbVec2f(0.5f, 0.5f), KbVec2f(0.25f, 0))
                     .equals(KbVec3f(-10, 0, 0), 1e-4f));
+}
+
+namespace {
+
+/// A projector of one's own: onto the unit sphere about the origin.
+class SphereProjector : public KbProjector {
+public:
+    SphereProjector() { restartAt(KbVec3f(0, 0, 1)); }
+    SphereProjector* copy() const override { return new SphereProjector(*this); }
+    SphereProjector& operator=(const SphereProjector&) = default;
+    SphereProjector(const SphereProjector&) = default;
+    using KbProjector::getEyeDirection;
+
+protected:
+    bool intersectShape(const KbLine& ray, KbVec3f& result) const override
+    {
+        const KbVec3f nearest = ray.getClosestPoint(KbVec3f());
+        const float rest = 1 - nearest.sqrLength();
+        if (rest < 0) return false;
+        result = nearest - ray.getDirection() * std::sqrt(rest);
+        return true;
+    }
+};
+
+} // namespace
+
+// shows: KbProjector::getViewVolume, KbProjector::getWorkingSpace, KbProjector::intersect,
+// KbProjector::operator=, KbProjector::intersectShape, KbProjector::restartAt,
+// KbProjector::getEyeDirection
+TEST(Projector, ofOnesOwnNeedsOnlyItsShape)
+{
+    SphereProjector sphere;
+    sphere.setViewVolume(fromAbove());
+    EXPECT_TRUE(sphere.getViewVolume() == fromAbove());
+    EXPECT_EQ(sphere.project(KbVec2f(0, 0)), KbVec3f(0, 0, 1)) << "beside it: where it was last";
+    EXPECT_TRUE(sphere.project(KbVec2f(0.5f, 0.5f)).equals(KbVec3f(0, 0, 1), 1e-5f));
+    EXPECT_TRUE(sphere.getEyeDirection(KbVec3f()).equals(KbVec3f(0, 0, 1), 1e-5f));
+
+    KbMatrix space;
+    space.setTranslate(KbVec3f(1, 0, 0));
+    sphere.setWorkingSpace(space);
+    EXPECT_TRUE(sphere.getWorkingSpace() == space);
+    EXPECT_TRUE(sphere.project(KbVec2f(0.75f, 0.5f)).equals(KbVec3f(0, 0, 1), 1e-5f));
+
+    KbVec3f point(7, 7, 7);
+    EXPECT_FALSE(sphere.intersect(KbLine(KbVec3f(2, 0, 9), KbVec3f(2, 0, 0)), point));
+    EXPECT_EQ(point, KbVec3f(7, 7, 7));
+    EXPECT_TRUE(sphere.intersect(KbLine(KbVec3f(0, 0, 9), KbVec3f()), point));
+    EXPECT_TRUE(point.equals(KbVec3f(0, 0, 1), 1e-5f));
+
+    SphereProjector other;
+    other = sphere;
+    EXPECT_TRUE(other.getWorkingSpace() == space);
+}
+
+// shows: KbLineProjector::getLine, KbPlaneProjector::getPlane, KbPlaneProjector::setOrientToEye,
+// KbPlaneProjector::isOrientToEye
+TEST(Projector, tellsItsShape)
+{
+    KbLineProjector line;
+    EXPECT_EQ(line.getLine().getDirection(), KbVec3f(0, 1, 0));
+    KbVec3f point;
+    EXPECT_TRUE(line.intersect(KbLine(KbVec3f(3, 2, 9), KbVec3f(3, 2, 0)), point));
+    EXPECT_TRUE(point.equals(KbVec3f(0, 2, 0), 1e-5f)) << "the nearest point of the line";
+
+    KbPlaneProjector plane(KbPlane(KbVec3f(0, 1, 0), 2));
+    EXPECT_TRUE(plane.getPlane() == KbPlane(KbVec3f(0, 1, 0), 2));
+    EXPECT_FALSE(plane.isOrientToEye());
+    plane.setOrientToEye(1);
+    EXPECT_TRUE(plane.isOrientToEye());
 }

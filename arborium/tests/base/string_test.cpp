@@ -14,6 +14,7 @@
 
 TEST(String, isSmall) { EXPECT_LE(sizeof(KbString), 40u); }
 
+// shows: KbString::fromUtf16, KbString::isUnicode, KbString::makeEmpty
 TEST(String, saysWhichKindItIs)
 {
     EXPECT_FALSE(KbString("abc").isUnicode());
@@ -31,6 +32,7 @@ TEST(String, saysWhichKindItIs)
     EXPECT_TRUE(text.isEmpty());
 }
 
+// shows: KbString::operator<, KbString::hash
 TEST(String, ofBothKindsWithTheSameCharactersIsEqual)
 {
     const KbString latin1("caf\xe9"), unicode(u"caf\u00e9"), other(u"caf\u03b1");
@@ -47,6 +49,7 @@ TEST(String, ofBothKindsWithTheSameCharactersIsEqual)
     EXPECT_GT(KbString("\xe9"), KbString("z"));
 }
 
+// shows: KbString::isEmpty
 TEST(String, ofNullIsEmpty)
 {
     EXPECT_TRUE(KbString(static_cast<const char*>(nullptr)).isEmpty());
@@ -57,6 +60,7 @@ TEST(String, ofNullIsEmpty)
     EXPECT_EQ(KbString(), static_cast<const char*>(nullptr));
 }
 
+// shows: KbString::toLatin1, KbString::getString, KbString::operator[]
 TEST(String, losesInLatin1OnlyWhatLatin1Lacks)
 {
     const KbString text(u"a\u00e9\u03b1z");
@@ -70,6 +74,7 @@ TEST(String, losesInLatin1OnlyWhatLatin1Lacks)
     EXPECT_EQ(KbString("\xe9")[0], 0xe9);
 }
 
+// shows: KbString::toUtf8, KbString::getLength
 TEST(String, goesThroughUtf8Unchanged)
 {
     for (const char* utf8 : {"", "plain", "caf\xc3\xa9", "\xce\xb1\xce\xb2", "\xf0\x9f\x98\x80!"})
@@ -78,6 +83,7 @@ TEST(String, goesThroughUtf8Unchanged)
     EXPECT_EQ(KbString("\xe9").toUtf8(), "\xc3\xa9");
 }
 
+// shows: KbString::fromUtf8, KbString::toUtf16
 TEST(String, replacesBytesThatAreNoUtf8)
 {
     for (const char* bad :
@@ -88,6 +94,7 @@ TEST(String, replacesBytesThatAreNoUtf8)
     EXPECT_EQ(KbString(half).toUtf8(), "\xef\xbf\xbdx");
 }
 
+// shows: KbString::getSubString
 TEST(String, givesTheCharactersBeforeTheEnd)
 {
     for (const KbString& text : {KbString("abcdef"), KbString(u"abcdef")}) {
@@ -110,6 +117,7 @@ TEST(String, givesTheCharactersBeforeTheEnd)
     EXPECT_EQ(KbString(static_cast<const char*>(nullptr), 1, 3), "");
 }
 
+// shows: KbString::find, KbString::rfind, KbString::startsWith, KbString::endsWith
 TEST(String, findsTextsOfBothKinds)
 {
     for (const KbString& text : {KbString("abcabc"), KbString(u"abcabc")}) {
@@ -131,6 +139,7 @@ TEST(String, findsTextsOfBothKinds)
     EXPECT_FALSE(KbString("c").endsWith("bc"));
 }
 
+// shows: KbString::operator=, KbString::operator+=, KbString::operator+
 TEST(String, joinsWithItselfAndWithOthers)
 {
     KbString text("ab");
@@ -153,6 +162,7 @@ TEST(String, joinsWithItselfAndWithOthers)
     EXPECT_EQ(text, moved);
 }
 
+// shows: KbString::setNum
 TEST(String, writesAndReadsNumbers)
 {
     KbString text;
@@ -166,6 +176,7 @@ TEST(String, writesAndReadsNumbers)
     EXPECT_EQ(KbString('x'), "x");
 }
 
+// shows: KbString, KbString::toInt, KbString::toFloat
 TEST(String, readsTheLeadingNumber)
 {
     bool ok = false;
@@ -197,6 +208,7 @@ TEST(String, readsTheLeadingNumber)
     }
 }
 
+// shows: KbString::toString_l
 TEST(String, formatsNumbersByAFormatOfTheirKind)
 {
     EXPECT_EQ(KbString::toString_l("%.3f", 1.5), "1.500");
@@ -217,6 +229,7 @@ TEST(String, isAKeyOfHashTables)
     EXPECT_EQ(set.count(KbString("?")), 0u);
 }
 
+// shows: KbStringList, KbStringList::split
 TEST(StringList, splitsAtEachSeparator)
 {
     const auto joined = [](const KbStringList& list) {
@@ -232,6 +245,8 @@ TEST(StringList, splitsAtEachSeparator)
     EXPECT_EQ(joined(KbStringList::split(u"\u03b1\n\u03b2", "\n")), "<\xce\xb1><\xce\xb2>");
 }
 
+// shows: KbStringList::append, KbStringList::insert, KbStringList::remove, KbStringList::truncate,
+// KbStringList::getLength, KbStringList::find, KbStringList::get, KbStringList::operator[]
 TEST(StringList, bearsBadPositions)
 {
     KbStringList list;
@@ -256,6 +271,7 @@ TEST(StringList, bearsBadPositions)
     EXPECT_EQ(list.getLength(), 0);
 }
 
+// shows: KbName::getString, KbName::getLength, KbName::operator<
 TEST(Name, isOnePointerPerText)
 {
     const KbName a("topSeparator"), b(std::string("topSeparator")), c(KbString("topSeparator"));
@@ -271,6 +287,7 @@ TEST(Name, isOnePointerPerText)
     EXPECT_FALSE(KbName("a") < KbName("a"));
 }
 
+// shows: KbName, KbName::isEmpty, KbName::operator!
 TEST(Name, ofNothingIsEmpty)
 {
     EXPECT_TRUE(KbName().isEmpty());
@@ -281,6 +298,7 @@ TEST(Name, ofNothingIsEmpty)
     EXPECT_EQ(KbName(std::string("ab\0c", 4)), "ab");
 }
 
+// shows: KbName::findExisting
 TEST(Name, isNotMadeByLookingForIt)
 {
     EXPECT_TRUE(KbName::findExisting("never made before").isEmpty());
@@ -302,6 +320,7 @@ TEST(Name, isTheSameInAllThreads)
         for (const auto& row : names) EXPECT_EQ(row[i], names[0][i]);
 }
 
+// shows: KbName::isIdentifier
 TEST(Name, knowsWhatAFileTakesForOne)
 {
     EXPECT_TRUE(KbName::isIdentifier("frame_2"));
@@ -310,6 +329,8 @@ TEST(Name, knowsWhatAFileTakesForOne)
         EXPECT_FALSE(KbName::isIdentifier(bad)) << bad;
 }
 
+// shows: KbPList, KbPList::append, KbPList::insert, KbPList::find, KbPList::removeItem,
+// KbPList::truncate, KbPList::copy
 TEST(PointerList, keepsItsOrder)
 {
     int things[4];
@@ -336,6 +357,7 @@ TEST(PointerList, keepsItsOrder)
     EXPECT_EQ(copy.getLength(), 1);
 }
 
+// shows: KbPList::get, KbPList::set, KbPList::operator[], KbPList::getLength, KbPList::remove
 TEST(PointerList, bearsBadPositions)
 {
     int thing;

@@ -118,6 +118,7 @@ TEST_F(Files, areReplacedThroughALink)
     EXPECT_TRUE(S_ISLNK(info.st_mode));
 }
 
+// shows: KbFileHelper::writeFileAtomically
 TEST_F(Files, thatCannotBeWrittenLeaveAMessageAndNothingBehind)
 {
     KbString error;
@@ -148,6 +149,7 @@ TEST_F(Files, areAsTheyWereWhenTheDeviceIsFull)
     EXPECT_EQ(list(), std::vector<std::string>{"f"});
 }
 
+// shows: KbFileHelper::readWholeFile
 TEST_F(Files, areReadUpToTheLimit)
 {
     ASSERT_TRUE(KbFileHelper::writeFileAtomically(path("f"), std::string(100, 'x')));
@@ -175,6 +177,8 @@ TEST_F(Files, thatAreNoneAreRefusedAtOnce)
     EXPECT_GT(bytes.size(), 10u);
 }
 
+// shows: KbFileHelper::isAccessible, KbFileHelper::isRegularFile, KbFileHelper::isDirectory,
+// KbFileHelper::getRealPath
 TEST_F(Files, areAccessibleWhereTheyExist)
 {
     ASSERT_TRUE(KbFileHelper::writeFileAtomically(path("f"), "1"));
@@ -201,6 +205,8 @@ TEST_F(Files, haveTheSameNameHoweverItIsKept)
     EXPECT_EQ(read("\xce\xb1"), "2");
 }
 
+// shows: KbFileHelper::toUnixPath, KbFileHelper::toNative, KbFileHelper::getDirectory,
+// KbFileHelper::getFileName, KbFileHelper::isAbsolute, KbFileHelper::join
 TEST(Path, comesApartAndTogether)
 {
     EXPECT_EQ(KbFileHelper::getDirectory("/a/b"), "/a");
@@ -214,8 +220,14 @@ TEST(Path, comesApartAndTogether)
     EXPECT_EQ(KbFileHelper::join("", "b"), "b");
     EXPECT_EQ(KbFileHelper::toUnixPath("C:\\skins;D:\\more"), "C:/skins;D:/more");
     EXPECT_EQ(KbFileHelper::toUnixPath(u"\u03b1\\b").toUtf16(), u"\u03b1/b");
+    EXPECT_TRUE(KbFileHelper::isAbsolute("/a"));
+    EXPECT_FALSE(KbFileHelper::isAbsolute("a/b"));
+    EXPECT_FALSE(KbFileHelper::isAbsolute(""));
+    EXPECT_EQ(KbFileHelper::toNative(u"\u03b1/b"), "\u03b1/b") << "as UTF-8";
+    EXPECT_EQ(KbFileHelper::toNative("\u03b1"), "\u03b1") << "the same bytes, if these are UTF-8";
 }
 
+// shows: KbFileHelper::expandString
 TEST(Path, expandsHomeAndNamesAndNothingElse)
 {
     KsPreferences::setString("HOME", "/home/ann");
@@ -235,6 +247,8 @@ TEST(Path, expandsHomeAndNamesAndNothingElse)
     EXPECT_EQ(KbFileHelper::expandString(""), "");
 }
 
+// shows: KsPreferences::getValue, KsPreferences::getStringValue, KsPreferences::getString,
+// KsPreferences::unset
 TEST(Preferences, fallBackToTheEnvironment)
 {
     ::setenv("BASE_TEST_PREFERENCE", "from outside", 1);
@@ -258,6 +272,7 @@ TEST(Preferences, fallBackToTheEnvironment)
     EXPECT_EQ(KsPreferences::getValue(""), nullptr);
 }
 
+// shows: KsPreferences::setString
 TEST(Preferences, keepPointersUntilTheNameIsSetAgain)
 {
     KsPreferences::setString("BASE_TEST_A", "value");
@@ -271,6 +286,7 @@ TEST(Preferences, keepPointersUntilTheNameIsSetAgain)
     EXPECT_TRUE(KsPreferences::getStringValue("BASE_TEST_A")->isUnicode());
 }
 
+// shows: KsDebugError::postInfo
 TEST(DebugError, reachesTheHandler)
 {
     std::vector<Heard> heard;
@@ -299,6 +315,7 @@ TEST(DebugError, isWrittenToStandardErrorByDefault)
                                                           std::string(5000, 'a') + "\n");
 }
 
+// shows: KsDebugError::setHandler
 TEST(DebugError, giverOfAHandlerGetsTheFormerOneBack)
 {
     std::vector<Heard> first, second;
@@ -313,6 +330,7 @@ TEST(DebugError, giverOfAHandlerGetsTheFormerOneBack)
     EXPECT_EQ(KsDebugError::setHandler(&hear, &first), nullptr);
 }
 
+// shows: KsDebugError::post
 TEST(DebugError, endsAHandlerThatPostsEachTime)
 {
     static int s_calls;
@@ -329,6 +347,7 @@ TEST(DebugError, endsAHandlerThatPostsEachTime)
     EXPECT_GT(s_calls, 1);
 }
 
+// shows: KbThreadMutex, KbThreadAutoLock
 TEST(Mutex, letsOneThreadInAtATime)
 {
     for (int flag : {0, 1}) {
@@ -358,6 +377,8 @@ TEST(Mutex, withAFlagMayBeLockedAgainByItsOwner)
     EXPECT_FALSE(entered);
 }
 
+// shows: KbThreadMutex::lock, KbThreadMutex::tryLock, KbThreadMutex::unlock,
+// KbThreadAutoLock::unlock
 TEST(Mutex, isFreeAtTheEndOfTheScope)
 {
     KbThreadMutex mutex;
@@ -369,10 +390,14 @@ TEST(Mutex, isFreeAtTheEndOfTheScope)
     {
         const KbThreadAutoLock lock(mutex);
     }
+    mutex.lock();
+    std::thread([&] { EXPECT_FALSE(mutex.tryLock()); }).join();
+    mutex.unlock();
     EXPECT_TRUE(mutex.tryLock());
     mutex.unlock();
 }
 
+// shows: KbThread::getCurrentThreadId, KbThread::setName
 TEST(Thread, hasANumberOfItsOwn)
 {
     const unsigned long here = KbThread::getCurrentThreadId();
@@ -386,22 +411,29 @@ TEST(Thread, hasANumberOfItsOwn)
     EXPECT_NE(here, there);
 }
 
+// shows: KsModule, KsModule::getFileName, KsModule::getVersion, KsModule::getCompiler,
+// KsModule::getArchitecture, KsModule::getFirstFlag, KsModule::getSecondFlag,
+// KsModule::getNumModules, KsModule::getModule
 TEST(Module, isListedWhileItLives)
 {
     const int before = KsModule::getNumModules();
     {
-        const KsModule module("libx.so", "1.0.0.0", nullptr, "64 bits", 1, 1);
+        const KsModule module("libx.so", "1.0.0.0", nullptr, "64 bits", 1, 2);
         ASSERT_EQ(KsModule::getNumModules(), before + 1);
         EXPECT_EQ(KsModule::getModule(before), &module);
         EXPECT_EQ(module.getFileName(), "libx.so");
         EXPECT_EQ(module.getArchitecture(), "64 bits");
         EXPECT_EQ(module.getCompiler(), "");
+        EXPECT_EQ(module.getVersion(), "1.0.0.0");
+        EXPECT_EQ(module.getFirstFlag(), 1);
+        EXPECT_EQ(module.getSecondFlag(), 2);
     }
     EXPECT_EQ(KsModule::getNumModules(), before);
     EXPECT_EQ(KsModule::getModule(before), nullptr);
     EXPECT_EQ(KsModule::getModule(-1), nullptr);
 }
 
+// shows: KcInitModuleCmd::Instance, KcInitModuleCmd::serialize, KcInitModuleCmd::getNames
 TEST(Module, announcementsAreKept)
 {
     const std::size_t before = KcInitModuleCmd::Instance()->getNames().size();
@@ -411,6 +443,8 @@ TEST(Module, announcementsAreKept)
     EXPECT_EQ(KcInitModuleCmd::Instance()->getNames().back(), "Formweave");
 }
 
+// shows: KsDBImpl::isRunningCluster, KsDBImpl::setRunningCluster, KsDBImpl::isRunningToolMode,
+// KsDBImpl::setRunningToolMode
 TEST(ProcessState, isAPlainProcessUntilToldOtherwise)
 {
     EXPECT_FALSE(KsDBImpl::isRunningCluster());
@@ -424,6 +458,7 @@ TEST(ProcessState, isAPlainProcessUntilToldOtherwise)
     KsDBImpl::setRunningToolMode(false);
 }
 
+// shows: KsLimits::current
 TEST(Limits, canBeSet)
 {
     const KsLimits defaults;

@@ -46,6 +46,7 @@ private:
 };
 } // namespace
 
+// shows: KsType::fromName, KsType::isBad
 TEST(Type, isFoundWithAndWithoutThePrefix)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple");
@@ -59,6 +60,7 @@ TEST(Type, isFoundWithAndWithoutThePrefix)
     EXPECT_TRUE(KsType::fromName("Ks").isBad());
 }
 
+// shows: KsType, KsType::badType, KsType::getParent, KsType::isDerivedFrom
 TEST(Type, derivesFromItselfAndFromEachTypeAboveIt)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple");
@@ -74,6 +76,8 @@ TEST(Type, derivesFromItselfAndFromEachTypeAboveIt)
     EXPECT_EQ(small.getParent(), apple);
 }
 
+// shows: KsType::createType, KsType::canCreateInstance, KsType::createInstance,
+// KsType::getActionIndex
 TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple", nullptr, 7);
@@ -84,6 +88,7 @@ TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
     EXPECT_EQ(apple.createInstance(), nullptr);
 }
 
+// shows: KsType::removeType, KsType::getName
 TEST(Type, isGoneAfterItsRemovalAndComesBackUnderItsName)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple");
@@ -98,6 +103,7 @@ TEST(Type, isGoneAfterItsRemovalAndComesBackUnderItsName)
     }
 }
 
+// shows: KsTypedObject::getClassTypeId, KsTypedObject::isOfType, KsTypedObject::checkDatabase
 TEST(Type, createsInstances)
 {
     const KsType type =
@@ -113,6 +119,7 @@ TEST(Type, createsInstances)
     delete thing;
 }
 
+// shows: KsBase::notifyDelete, KsRefCounter::unref
 TEST(References, destroyAtTheLastOne)
 {
     std::vector<std::string> log;
@@ -125,6 +132,7 @@ TEST(References, destroyAtTheLastOne)
     EXPECT_EQ(log, (std::vector<std::string>{"going", "gone"}));
 }
 
+// shows: KsRefCounter::getRefCount
 TEST(References, givenBackTooOftenAreIgnored)
 {
     auto* item = new Item;
@@ -144,6 +152,7 @@ TEST(References, takenWhileAnObjectDiesDoNotDestroyItTwice)
     EXPECT_EQ(log, (std::vector<std::string>{"going", "gone"}));
 }
 
+// shows: KsBase::getNumInstances, KsRef::operator=, KsRef::reset
 TEST(References, releaseAChainOfAnyLength)
 {
     const int before = KsBase::getNumInstances();
@@ -158,6 +167,7 @@ TEST(References, releaseAChainOfAnyLength)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsKeepAlive, KsKeepAlive::isStillWanted
 TEST(KeepAlive, leavesAnObjectThatHadNoReference)
 {
     std::vector<std::string> log;
@@ -182,6 +192,7 @@ TEST(KeepAlive, leavesAnObjectThatHadNoReference)
     EXPECT_FALSE(nothing.isStillWanted());
 }
 
+// shows: KsBase::setName, KsBase::getNamed, KsBase::getFirstNamed, KsRef::get
 TEST(Names, areFoundInTheOrderOfNaming)
 {
     KsRef<Item> a(new Item), b(new Item), c(new Item);
@@ -199,4 +210,82 @@ TEST(Names, areFoundInTheOrderOfNaming)
     b->setName(KbName());
     EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), nullptr);
     EXPECT_EQ(KsBase::getFirstNamed("desk", fruit()), nullptr);
+}
+
+// shows: KsTypedObject::initClass
+TEST(Type, ofEverythingThatHasOneIsThereFromTheFirstUse)
+{
+    KsTypedObject::initClass();
+    EXPECT_EQ(KsType::fromName("TypedObject"), KsTypedObject::getClassTypeId());
+    EXPECT_TRUE(KsBase::getClassTypeId().isDerivedFrom(KsTypedObject::getClassTypeId()));
+}
+
+// shows: KsType::getIndex, KsType::operator==
+TEST(Type, isComparedByItsPlaceInTheTable)
+{
+    const KsType a = KsType::createType(KsTypedObject::getClassTypeId(), "TestPear");
+    const KsType b = KsType::createType(KsTypedObject::getClassTypeId(), "TestPlum");
+    EXPECT_TRUE(a == KsType::fromName("TestPear"));
+    EXPECT_TRUE(a != b);
+    EXPECT_NE(a.getIndex(), b.getIndex());
+    EXPECT_EQ(KsType().getIndex(), 0);
+    EXPECT_TRUE(KsType() == KsType::badType());
+}
+
+namespace {
+/// An object that is put back on a shelf instead of dying.
+class Returned : public KsRefCounter {
+public:
+    int returns = 0;
+
+protected:
+    void destroy() override { ++returns; }
+};
+} // namespace
+
+// shows: KsRefCounter, KsRefCounter::destroy
+TEST(References, mayEndOtherwiseThanByDeletion)
+{
+    Returned object;
+    object.ref();
+    object.ref();
+    object.unref();
+    EXPECT_EQ(object.returns, 0);
+    object.unref();
+    EXPECT_EQ(object.returns, 1);
+}
+
+// shows: KsRefCounter::ref, KsRefCounter::unrefNoDelete, KsRef, KsRef::operator T*
+TEST(References, areHandedOnWithoutDestroying)
+{
+    std::vector<std::string> log;
+    auto* item = new Item(&log);
+    item->ref();
+    item->unrefNoDelete();
+    EXPECT_EQ(item->getRefCount(), 0);
+    EXPECT_TRUE(log.empty());
+    {
+        KsRef<Item> owner(item);
+        Item* same = owner;
+        EXPECT_EQ(same, item);
+        const KsRef<Item> other(std::move(owner));
+        EXPECT_EQ(item->getRefCount(), 1);
+    }
+    EXPECT_FALSE(log.empty());
+}
+
+// shows: KsBaseInitializer
+TEST(References, areHeldWhileAnObjectIsMade)
+{
+    std::vector<std::string> log;
+    auto* item = new Item(&log);
+    {
+        const KsBaseInitializer guard(item);
+        item->ref(); // such as what a listener does meanwhile
+        item->unref();
+    }
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(item->getRefCount(), 0);
+    item->ref();
+    item->unref();
 }

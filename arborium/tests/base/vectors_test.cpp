@@ -22,6 +22,8 @@ TEST(Vector, isZeroByDefault)
     EXPECT_EQ(KbColor(), KbColor(0, 0, 0));
 }
 
+// shows: KbVecBase::operator+=, KbVecBase::operator/=, KbVecBase::dot, KbVec3f::getValue,
+// KbVec3f::cross
 TEST(Vector, calculatesByComponents)
 {
     KbVec3f v(1, 2, 3);
@@ -38,6 +40,7 @@ TEST(Vector, calculatesByComponents)
     EXPECT_EQ(KbVec3f(x, y, z), v);
 }
 
+// shows: KbVecBase::operator[], KbVecBase::setValue
 TEST(Vector, takesABadIndexForTheFirstComponent)
 {
     KbVec3f v(1, 2, 3);
@@ -48,6 +51,7 @@ TEST(Vector, takesABadIndexForTheFirstComponent)
     EXPECT_EQ(KbVec3f(1, 2, 3).setValue(static_cast<const float*>(nullptr)), KbVec3f(1, 2, 3));
 }
 
+// shows: KbVecBase::normalize, KbVec3f
 TEST(Vector, normalizesToLengthOneAndLeavesWhatHasNoDirection)
 {
     KbVec3f v(3, 0, 4);
@@ -63,6 +67,7 @@ TEST(Vector, normalizesToLengthOneAndLeavesWhatHasNoDirection)
     EXPECT_TRUE(large.equals(KbVec3f(0.6f, 0.8f, 0), 1e-6f));
 }
 
+// shows: KbVec2i32
 TEST(Vector, ofWholeNumbersWrapsAndBearsADivisionByZero)
 {
     constexpr std::int32_t top = std::numeric_limits<std::int32_t>::max();
@@ -74,6 +79,7 @@ TEST(Vector, ofWholeNumbersWrapsAndBearsADivisionByZero)
     EXPECT_EQ(-KbVec2i32(bottom, 1), KbVec2i32(bottom, -1));
 }
 
+// shows: KbVecBase::equals, KbVec2f
 TEST(Vector, comparesWithinATolerance)
 {
     EXPECT_TRUE(KbVec2f(1, 1).equals(KbVec2f(1.05f, 0.95f), 0.1f));
@@ -92,18 +98,21 @@ TEST(Vector, printsAsFilesWriteIt)
     EXPECT_EQ(out.str(), "1 0.5 -100000|3 -4");
 }
 
+// shows: KbVec3f::getClosestAxis
 TEST(Vector, knowsItsClosestAxis)
 {
     EXPECT_EQ(KbVec3f(0.1f, -3, 2).getClosestAxis(), KbVec3f(0, -1, 0));
     EXPECT_EQ(KbVec3f().getClosestAxis(), KbVec3f(0, 0, 1));
 }
 
+// shows: KbVec4f, KbVec4f::getReal
 TEST(Vector4, dividesByItsFourthComponent)
 {
     EXPECT_EQ(KbVec4f(2, 4, 6, 2).getReal(), KbVec3f(1, 2, 3));
     EXPECT_EQ(KbVec4f(2, 4, 6, 0).getReal(), KbVec3f(2, 4, 6));
 }
 
+// shows: KbColor, KbColor::getPackedValue, KbColor::setPackedValue
 TEST(Color, packsAndUnpacksEightBits)
 {
     float transparency = -1;
@@ -115,6 +124,7 @@ TEST(Color, packsAndUnpacksEightBits)
     EXPECT_EQ(KbColor(2, -1, s_nan).getPackedValue(1), 0xff000000u);
 }
 
+// shows: KbBox3f::getCenter, KbBox3f::getSize, KbBox3f::isEmpty
 TEST(Box, isEmptyUntilItHoldsAPoint)
 {
     KbBox3f box;
@@ -131,6 +141,7 @@ TEST(Box, isEmptyUntilItHoldsAPoint)
     EXPECT_EQ(KbVec3f(x, y, z), KbVec3f(2, 0, 2));
 }
 
+// shows: KbBox3f::getMin, KbBox3f::getMax
 TEST(Box, withAllSixNumbersTheSameIsAPoint)
 {
     const KbBox3f stale(-1, -1, -1, -1, -1, -1);
@@ -139,6 +150,7 @@ TEST(Box, withAllSixNumbersTheSameIsAPoint)
     EXPECT_NE(stale, KbBox3f());
 }
 
+// shows: KbBox3f, KbBox3f::extendBy
 TEST(Box, isNotChangedByEmptyBoxesAndByWhatIsNotANumber)
 {
     KbBox3f box(0, 0, 0, 1, 1, 1);
@@ -149,6 +161,7 @@ TEST(Box, isNotChangedByEmptyBoxesAndByWhatIsNotANumber)
     EXPECT_EQ(box, KbBox3f(-1, 0, 0, 1, 2, 1));
 }
 
+// shows: KbBox3f::transform
 TEST(Box, transformsToTheBoxOfItsCorners)
 {
     KbBox3f box(-1, -2, -3, 1, 2, 3);
@@ -163,6 +176,7 @@ TEST(Box, transformsToTheBoxOfItsCorners)
     EXPECT_TRUE(empty.isEmpty());
 }
 
+// shows: KbMatrix::isAffine
 TEST(Box, transformsAlikeOnBothRoadsThroughAMatrix)
 {
     KbMatrix affine;
@@ -178,6 +192,7 @@ TEST(Box, transformsAlikeOnBothRoadsThroughAMatrix)
     EXPECT_TRUE(a.getMax().equals(b.getMax(), 1e-4f)) << a << " and " << b;
 }
 
+// shows: KbBox2f, KbBox2f::getCenter, KbBox2f::isEmpty, KbBox2f::intersect, KbBox3f::intersect
 TEST(Box, knowsWhatItMeets)
 {
     const KbBox3f box(0, 0, 0, 1, 1, 1);

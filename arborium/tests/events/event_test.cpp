@@ -60,6 +60,9 @@ private:
 
 } // namespace
 
+// shows: KsEvent::wasShiftDown, KsMouseButtonEvent, KsMouseButtonEvent::isButtonPress,
+// KsMouseButtonEvent::isButtonRelease, KsKeyboardEvent::getPrintableCharacter,
+// KsKeyboardEvent::isKeyPressEvent, KsKeyboardEvent::isKeyReleaseEvent
 TEST_F(Events, haveTheirTypes)
 {
     const KsMouseButtonEvent mouse(KsMouseButtonEvent::BUTTON2, KsButtonEvent::DOWN, {3, 4});
@@ -80,6 +83,7 @@ TEST_F(Events, haveTheirTypes)
     EXPECT_FALSE(key.wasShiftDown());
 }
 
+// shows: KsEvent::getNormalizedPosition, KsLocation2Event
 TEST_F(Events, positionsAreSharesOfTheViewport)
 {
     KbViewportRegion viewport(200, 100);
@@ -89,6 +93,7 @@ TEST_F(Events, positionsAreSharesOfTheViewport)
     EXPECT_TRUE(event.getNormalizedPosition(viewport).equals(KbVec2f(0.5f, 0.25f), 1e-6f));
 }
 
+// shows: KsTrackerEvent, KsTrackerEvent::getDirection
 TEST_F(Events, threeDimensionalPointerLooksAlongItsTurnedNegativeZAxis)
 {
     const KsTrackerEvent straight(KsTrackerEvent::MOVE, KbVec3f(), KbRotation());
@@ -108,6 +113,7 @@ TEST_F(Events, passInTraversalOrderUntilOneHandlesThem)
     EXPECT_EQ(heard, (Names{"first", "second"}));
 }
 
+// shows: KsKeyboardEvent
 TEST_F(Events, keysReachEveryCallbackEvenWhenHandled)
 {
     Ear first(&heard, "first", true);
@@ -136,6 +142,7 @@ TEST_F(Events, keysPassAGrabByThePointer)
     EXPECT_EQ(catcher.count, 2);
 }
 
+// shows: KsHandleEventAction::releaseGrabber, KsHandleEventAction::getGrabber
 TEST_F(Events, grabberAloneGetsThemUntilItReleases)
 {
     Catcher catcher(action);
@@ -169,6 +176,7 @@ TEST_F(Events, grabEndsWhenTheGrabberIsTakenOutOrDeleted)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsHandleEventAction::setGrabber
 TEST_F(Events, nodeThatIsNotTraversedCannotGrab)
 {
     const KsRef<KsGroup> stranger(new KsGroup);
@@ -177,6 +185,7 @@ TEST_F(Events, nodeThatIsNotTraversedCannotGrab)
     EXPECT_EQ(action.getGrabber(), nullptr);
 }
 
+// shows: KsHandleEventAction, KsHandleEventAction::getPickedPoint, KsEvent
 TEST_F(Events, pickIsMadeOnceAndOnDemand)
 {
     struct Context {
@@ -201,6 +210,7 @@ TEST_F(Events, pickIsMadeOnceAndOnDemand)
     EXPECT_EQ(action.getPickedPoint(), nullptr) << "it is gone with the event";
 }
 
+// shows: KsHandleEventAction::setEvent, KsHandleEventAction::isHandled
 TEST_F(Events, withoutAnEventOrSceneNothingHappens)
 {
     Ear ear(&heard, "ear");
@@ -268,4 +278,52 @@ TEST_F(Events, innerEventLoopLeavesTheOuterEventAsItWas)
     root->addChild(taker);
     EXPECT_FALSE(press(0, 0)) << "only the inner event was handled";
     EXPECT_EQ(heard, (Names{"ear", "ear"}));
+}
+
+// shows: KsEvent, KsEvent::setPosition, KsEvent::getPosition, KsEvent::setTime, KsEvent::getTime,
+// KsEvent::setShiftDown, KsEvent::setCtrlDown, KsEvent::setAltDown, KsEvent::wasCtrlDown,
+// KsEvent::wasAltDown, KsEvent::initClasses
+TEST_F(Events, knowWhereWhenAndWithWhichKeys)
+{
+    KsEvent::initClasses(); // has happened already
+    KsEvent event(KbVec2f(1, 2));
+    EXPECT_EQ(event.getPosition(), KbVec2f(1, 2));
+    event.setPosition(KbVec2f(3, 4));
+    EXPECT_EQ(event.getPosition(), KbVec2f(3, 4));
+    event.setTime(12.5);
+    EXPECT_EQ(event.getTime(), 12.5);
+    event.setCtrlDown(true);
+    EXPECT_TRUE(event.wasCtrlDown());
+    EXPECT_FALSE(event.wasShiftDown());
+    EXPECT_FALSE(event.wasAltDown());
+    event.setAltDown(true);
+    event.setShiftDown(true);
+    event.setCtrlDown(false);
+    EXPECT_FALSE(event.wasCtrlDown());
+    EXPECT_TRUE(event.wasShiftDown());
+    EXPECT_TRUE(event.wasAltDown());
+}
+
+// shows: KsButtonEvent::setState, KsButtonEvent::getState, KsMouseButtonEvent::getButton,
+// KsKeyboardEvent, KsKeyboardEvent::getKey, KsTrackerEvent::getAction,
+// KsTrackerEvent::getOrigin, KsTrackerEvent::getRotation, KsDragger::isPress
+TEST_F(Events, knowWhatWasPressed)
+{
+    KsMouseButtonEvent button(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN, KbVec2f());
+    EXPECT_EQ(button.getButton(), KsMouseButtonEvent::BUTTON1);
+    EXPECT_EQ(button.getState(), KsButtonEvent::DOWN);
+    EXPECT_TRUE(KsDragger::isPress(&button));
+    button.setState(KsButtonEvent::UP);
+    EXPECT_EQ(button.getState(), KsButtonEvent::UP);
+    EXPECT_FALSE(KsDragger::isPress(&button));
+    const KsKeyboardEvent key(KsKeyboardEvent::PAD_7, KsButtonEvent::DOWN, u'7');
+    EXPECT_EQ(key.getKey(), 65429);
+    EXPECT_FALSE(KsDragger::isPress(&key));
+    EXPECT_FALSE(KsDragger::isPress(nullptr));
+    const KbRotation turn(KbVec3f(0, 1, 0), 1);
+    const KsTrackerEvent tracker(KsTrackerEvent::PRESS, KbVec3f(1, 2, 3), turn);
+    EXPECT_EQ(tracker.getAction(), KsTrackerEvent::PRESS);
+    EXPECT_EQ(tracker.getOrigin(), KbVec3f(1, 2, 3));
+    EXPECT_TRUE(tracker.getRotation() == turn);
+    EXPECT_TRUE(KsDragger::isPress(&tracker));
 }

@@ -45,7 +45,8 @@ KS_NODE_SOURCE(KsTestLamp, KsNode)
 KsTestLamp::KsTestLamp()
 {
     KsInstanceBuilder build(classRecord, this);
-    build.enums("Color", {{"RED", RED}, {"GREEN", GREEN}, {"BLUE", BLUE}});
+    const KsEnumValue red{"RED", RED};
+    build.enums("Color", {red, {"GREEN", GREEN}, {"BLUE", BLUE}});
     build.field("isOn", isOn, false);
     build.field("power", power, 40.0f);
     build.field("count", count, 1);
@@ -94,6 +95,7 @@ private:
 };
 } // namespace
 
+// shows: KsField::getContainer, KsField::getFieldType
 TEST_F(Fields, haveTheDefaultsOfTheirClass)
 {
     EXPECT_FALSE(lamp->isOn.getValue());
@@ -105,6 +107,7 @@ TEST_F(Fields, haveTheDefaultsOfTheirClass)
     EXPECT_EQ(lamp->isOn.getFieldType(), 5);
 }
 
+// shows: KsFieldEntry, KsFieldContainer::getField, KsFieldContainer::getFields
 TEST_F(Fields, areListedInTheOrderOfTheirDeclaration)
 {
     KsFieldList list;
@@ -117,6 +120,8 @@ TEST_F(Fields, areListedInTheOrderOfTheirDeclaration)
     EXPECT_EQ(list[2].field, &lamp->count);
 }
 
+// shows: KsField::isDefault, KsField::setDefault, KsField::touch,
+// KsFieldContainer::hasDefaultValues
 TEST_F(Fields, areDefaultUntilTheyAreSet)
 {
     lamp->power = 40.0f;
@@ -130,16 +135,20 @@ TEST_F(Fields, areDefaultUntilTheyAreSet)
     EXPECT_FALSE(lamp->hasDefaultValues());
 }
 
+// shows: KsFieldContainer::enableNotify, KsFieldContainer::isNotifyEnabled,
+// KsFieldContainer::fieldHasChanged
 TEST_F(Fields, tellTheirContainerOfEachChangeAlsoToAnEqualValue)
 {
     lamp->count = 1;
     lamp->count = 1;
     EXPECT_EQ(lamp->changed, (std::vector<KsField*>{&lamp->count, &lamp->count}));
-    lamp->enableNotify(false);
+    EXPECT_TRUE(lamp->enableNotify(false));
+    EXPECT_FALSE(lamp->isNotifyEnabled());
     lamp->count = 2;
     EXPECT_EQ(lamp->changed.size(), 3u);
 }
 
+// shows: KsFieldContainer::validateNewFieldValue, KsFieldContainer::setValidatesFields
 TEST_F(Fields, askTheContainerWhetherAValueIsWanted)
 {
     lamp->validate = [this](KsField* field, const void* value) {
@@ -157,6 +166,7 @@ TEST_F(Fields, askTheContainerWhetherAValueIsWanted)
     EXPECT_EQ(lamp->count.getValue(), 9);
 }
 
+// shows: KsFieldContainer::fieldsAreEqual, KsFieldContainer::copyFieldValues, KsMFieldOf::setValue
 TEST_F(Fields, copyValuesAndDefaultMarks)
 {
     other->power = 60.0f;
@@ -175,6 +185,7 @@ TEST_F(Fields, copyValuesAndDefaultMarks)
     EXPECT_FALSE(lamp->fieldsAreEqual(group));
 }
 
+// shows: KsSFieldOf::setValue, KsSFEnum::setValue
 TEST_F(Fields, ofAnEnumKnowTheNamesOfTheirValues)
 {
     EXPECT_TRUE(lamp->color.setValue(KbName("BLUE")));
@@ -194,6 +205,7 @@ TEST_F(Fields, ofAnEnumKnowTheNamesOfTheirValues)
     EXPECT_EQ(free.getValue(), 77);
 }
 
+// shows: KsRef::operator->, KsSFieldOf::getValue
 TEST_F(Fields, ofABitMaskTakeAnyNamedBits)
 {
     lamp->colors = KsTestLamp::RED | KsTestLamp::GREEN;
@@ -205,6 +217,8 @@ TEST_F(Fields, ofABitMaskTakeAnyNamedBits)
     EXPECT_EQ(lamp->colors.getValue(), 0);
 }
 
+// shows: KsMField::setNum, KsMField::deleteValues, KsMFieldOf::operator[], KsMFieldOf::getValues,
+// KsMFieldOf::values
 TEST_F(Fields, ofManyValuesGrowAndClip)
 {
     lamp->levels.set1Value(4, 9);
@@ -222,6 +236,7 @@ TEST_F(Fields, ofManyValuesGrowAndClip)
     EXPECT_EQ(lamp->levels.getNum(), 0);
 }
 
+// shows: KsMFieldOf::set1Value, KsMFieldOf::setValues
 TEST_F(Fields, ofManyValuesRefuseAnIndexBeyondTheLimit)
 {
     KsLimits::current().valuesPerField = 10;
@@ -239,6 +254,7 @@ TEST_F(Fields, ofManyValuesRefuseAnIndexBeyondTheLimit)
     EXPECT_EQ(lamp->levels.getNum(), 10);
 }
 
+// shows: KsSFNode::operator=
 TEST_F(Fields, ofANodeHoldAReferenceAndAParent)
 {
     KsRef<KsGroup> shade(new KsGroup);
@@ -255,6 +271,7 @@ TEST_F(Fields, ofANodeHoldAReferenceAndAParent)
     EXPECT_EQ(shade->getNumParents(), 0);
 }
 
+// shows: KsSFNode::getValue
 TEST_F(Fields, ofANodeRefuseWhatHoldsThem)
 {
     ExpectedMessages messages("KsSFNode::setValue", "cannot refer to a node that holds it", 2);
@@ -267,6 +284,7 @@ TEST_F(Fields, ofANodeRefuseWhatHoldsThem)
     EXPECT_EQ(lamp->shade.getValue(), nullptr);
 }
 
+// shows: KsField::disconnect, KsField::getConnectedField
 TEST_F(Fields, thatAreConnectedFollowTheirMaster)
 {
     lamp->power = 75.0f;
@@ -293,6 +311,7 @@ TEST_F(Fields, thatAreConnectedAreNotDefault)
     EXPECT_FALSE(other->power.isDefault());
 }
 
+// shows: KsField::connectFrom
 TEST_F(Fields, refuseAConnectionThatMakesNoSense)
 {
     ExpectedMessages messages;
@@ -335,6 +354,7 @@ TEST_F(Fields, connectedBothWaysAgreeWhenASensorCorrectsTheValue)
     EXPECT_EQ(lamp->count.getValue(), 10);
 }
 
+// shows: KsField::isConnected
 TEST_F(Fields, leaveTheirConnectionsWhenTheyDie)
 {
     other->count.connectFrom(&lamp->count);
@@ -358,6 +378,7 @@ TEST_F(Fields, takeValuesBeforeTheirMastersSensorsFire)
     EXPECT_EQ(order, "slave master ");
 }
 
+// shows: KsSFInt32
 TEST_F(Fields, withoutAContainerMayDieInTheirOwnCallback)
 {
     auto* field = new KsSFInt32(1);
@@ -456,11 +477,15 @@ TEST(ClassRecord, registersTheParentThatWasForgotten)
     EXPECT_TRUE(KsTestDerived::getClassTypeId().isDerivedFrom(KsNode::getClassTypeId()));
 }
 
+// shows: KsClassRecord, KsClassRecord::fileName, KsClassRecord::initClass,
+// KsNode::getNextActionMethodIndex, KsNode::incNextActionMethodIndex
 TEST(ClassRecord, isRegisteredOnce)
 {
     KsNode::initClass();
     KsTestBase::initClass();
     const KsType type = KsTestBase::getClassTypeId();
+    EXPECT_STREQ(KsTestBase::classRecord.fileName(), "TestBase");
+    KsNode::incNextActionMethodIndex(); // as some other class does
     const int index = KsNode::getNextActionMethodIndex();
     KsTestBase::initClass();
     EXPECT_EQ(KsTestBase::getClassTypeId(), type);
@@ -478,6 +503,8 @@ TEST(ClassRecord, repairsItselfWhenAnInstanceComesFirst)
     EXPECT_EQ(node->getField("first"), &node->first);
 }
 
+// shows: KsEnumValue, KsInstanceBuilder, KsInstanceBuilder::field, KsInstanceBuilder::emptyField,
+// KsInstanceBuilder::enums, KsNode::getIsBuiltIn
 TEST(ClassRecord, fillsTheFieldsAtTheFirstInstance)
 {
     KsNode::initClass();
@@ -497,6 +524,7 @@ TEST(ClassRecord, fillsTheFieldsAtTheFirstInstance)
     EXPECT_EQ(base->getField("second"), nullptr);
 }
 
+// shows: KsClassRecord::exitClass
 TEST(ClassRecord, leavesTwiceWithAMessage)
 {
     KsNode::initClass();
@@ -519,6 +547,7 @@ TEST(ClassRecord, leavesTwiceWithAMessage)
     EXPECT_EQ(node->getField("first"), &node->first);
 }
 
+// shows: KsClassRecord::getFieldData, KsFieldContainer::getFieldData, KsFieldData::getNumFields
 TEST(ClassRecord, missesItsFieldDataWithAMessage)
 {
     KsNode::initClass();
@@ -530,6 +559,7 @@ TEST(ClassRecord, missesItsFieldDataWithAMessage)
     EXPECT_EQ(node->getFieldData()->getNumFields(), 0);
 }
 
+// shows: KsInstanceBuilder::enumField
 TEST(ClassRecord, missesAnEnumThatWasNotDeclared)
 {
     KsNode::initClass();
@@ -547,6 +577,7 @@ TEST(ClassRecord, missesAnEnumThatWasNotDeclared)
     node = new KsTestForgetful; // said once
 }
 
+// shows: KsEnumData::nameOf
 TEST(ClassRecord, isOutlivedByTheNamesOfAnEnum)
 {
     KsNode::initClass();

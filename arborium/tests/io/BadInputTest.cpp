@@ -191,6 +191,7 @@ TEST_F(BadInput, strayCharactersAreToldOneByOne)
               "1:8: met the character 0x01, expected a field of Cube or '}'\n");
 }
 
+// shows: KsInput::getErrors, KsInput::getNumFurtherErrors
 TEST_F(BadInput, allErrorsOfAFileAreFoundInOneRun)
 {
     EXPECT_EQ(errorsOf("Group {\n"
@@ -250,6 +251,7 @@ TEST_F(BadInput, onlySoManyErrorsAreKept)
     EXPECT_EQ(KsDB::readAll(&in), nullptr);
 }
 
+// shows: KsDB::readAll
 TEST_F(BadInput, readAllPostsEachErrorWithItsPlace)
 {
     ExpectedMessages messages;
@@ -291,6 +293,7 @@ protected:
     }
 };
 
+// shows: KsInput::isOpen
 TEST_F(BadFile, missing)
 {
     expectNotOpened((folder() / "no.arb").string(), "no.arb: the file is not found");
@@ -298,6 +301,7 @@ TEST_F(BadFile, missing)
     expectNotOpened("", "the file is not found");
 }
 
+// shows: KsInput::openFile, KsInput::hasErrors
 TEST_F(BadFile, missingIsNoErrorWhereItIsAllowed)
 {
     KsInput in;
@@ -341,6 +345,7 @@ TEST_F(BadFile, directoriesDevicesAndPipesAreRefusedAtOnce)
     expectNotOpened(pipe, "this is a device or a pipe, expected a file");
 }
 
+// shows: KsDB::parse
 TEST_F(BadFile, theLimitOfTheSize)
 {
     KsLimits::current().fileBytes = 40;
@@ -367,6 +372,7 @@ TEST_F(BadFile, treesReadBeforeAreUntouched)
     EXPECT_EQ(KsNode::getByName("Kept"), good->getChild(0));
 }
 
+// shows: KsFieldContainer::set
 TEST_F(BadInput, setTellsItsErrors)
 {
     const KsRef<KsSeparator> root = parse("Cube { }");

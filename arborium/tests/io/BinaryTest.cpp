@@ -24,6 +24,7 @@ protected:
     const std::string header = "#Arborium V2.1 binary\n";
 };
 
+// shows: KsOutput::setBinary
 TEST_F(Binary, theFormIsFixed)
 {
     const KsRef<KsSeparator> root = parse("Group { Cube { width 2 } }");

@@ -100,6 +100,7 @@ TEST_F(Input, aFieldOfSeveralValuesTakesBracketsOrOneValue)
     EXPECT_EQ(child<KsMaterial>(root, 3)->diffuseColor.getNum(), 1);
 }
 
+// shows: KsBase::getName
 TEST_F(Input, sharesNodesByName)
 {
     const KsRef<KsSeparator> root = parse("DEF A Group { DEF B Cube { } USE B } USE A USE B");
@@ -153,6 +154,7 @@ TEST_F(Input, readsLineEndsOfAllKinds)
     }
 }
 
+// shows: KsInput::setBuffer
 TEST_F(Input, aBufferNeedsNoFirstLine)
 {
     KsRef<KsSeparator> root = parse("Cube { }");
@@ -167,6 +169,7 @@ TEST_F(Input, aBufferNeedsNoFirstLine)
     EXPECT_TRUE(root);
 }
 
+// shows: KsNodeList::get
 TEST_F(Input, readsNodesOneByOne)
 {
     KsInput in;
@@ -184,6 +187,7 @@ TEST_F(Input, readsNodesOneByOne)
     EXPECT_EQ(node, nullptr);
 }
 
+// shows: KsDB::read
 TEST_F(Input, aNodeReadAloneOutlivesItsInput)
 {
     KsNode* node = nullptr;
@@ -197,6 +201,7 @@ TEST_F(Input, aNodeReadAloneOutlivesItsInput)
     EXPECT_EQ(held->getName(), "A");
 }
 
+// shows: KsRefCounter::ref
 TEST_F(Input, theRootComesWithoutAReference)
 {
     KsInput in;
@@ -209,6 +214,8 @@ TEST_F(Input, theRootComesWithoutAReference)
     root->unref();
 }
 
+// shows: KsInput, KsInput::addDirectoryFirst, KsInput::addDirectoryLast, KsInput::removeDirectory,
+// KsInput::clearDirectories, KsInput::getDirectories, KsInput::getFileName
 TEST_F(Input, findsFilesInItsDirectoriesInOrder)
 {
     const std::string here = file("a/x.arb", ascii + "Cube { }");
@@ -238,6 +245,8 @@ TEST_F(Input, findsFilesInItsDirectoriesInOrder)
     EXPECT_EQ(KsInput::getDirectories(), before);
 }
 
+// shows: KsInput::eof, KsInput::getPlace, KsInput::read, KsInput::readWord, KsInput::peekWord,
+// KsInput::peekChar, KsInput::takeChar
 TEST_F(Input, nodesOfAFileCanBeSetFromTextAndTellTheirPlace)
 {
     KsInput in;
@@ -285,6 +294,7 @@ TEST_F(Input, refusesWrongConnections)
               "1:24: expected a node's name and a field, as in \"Name.field\", met \"A\"\n");
 }
 
+// shows: KsDB::init, KsDB::finish, KsDB::isInitialized, KsDB::getInitCount
 TEST(Database, initNests)
 {
     EXPECT_FALSE(KsDB::isInitialized());

@@ -24,6 +24,7 @@ std::vector<std::string> order(const KsNodekitCatalog& catalog, const char* pare
 
 } // namespace
 
+// shows: KsNodekitCatalog::getNumEntries
 TEST_F(Catalog, beginsWithTheKitItself)
 {
     const KsNodekitCatalog catalog;
@@ -32,6 +33,7 @@ TEST_F(Catalog, beginsWithTheKitItself)
     EXPECT_EQ(catalog.getPartNumber("that"), -1);
 }
 
+// shows: KsNodekitCatalog, KsNodekitCatalog::getPartNumber, KsNodekitCatalog::getRightSibling
 TEST_F(Catalog, ordersSiblingsByRowsUnlessARightSiblingIsNamed)
 {
     KsNodekitCatalog catalog;
@@ -44,6 +46,7 @@ TEST_F(Catalog, ordersSiblingsByRowsUnlessARightSiblingIsNamed)
     EXPECT_EQ(catalog.getPartNumber("c"), 3); // rows keep the order of adding
 }
 
+// shows: KsNodekitCatalog::addEntry
 TEST_F(Catalog, refusesWhatCannotBe)
 {
     KsNodekitCatalog catalog;
@@ -67,6 +70,9 @@ TEST_F(Catalog, refusesWhatCannotBe)
     EXPECT_EQ(catalog.getNumEntries(), 4);
 }
 
+// shows: KsNodekitCatalog::getName, KsNodekitCatalog::getDefaultType,
+// KsNodekitCatalog::isNullByDefault, KsNodekitCatalog::getParent, KsNodekitCatalog::isList,
+// KsNodekitCatalog::getChildrenInOrder
 TEST_F(Catalog, answersForRowsThatDoNotExist)
 {
     const KsNodekitCatalog catalog;
@@ -83,6 +89,7 @@ TEST_F(Catalog, answersForRowsThatDoNotExist)
     EXPECT_FALSE(catalog.isPublic(KbName("nowhere")));
 }
 
+// shows: KsNodekitCatalog::clone, KsNodekitCatalog::getType
 TEST_F(Catalog, cloneHasRowsOfItsOwn)
 {
     KsNodekitCatalog catalog;
@@ -95,6 +102,7 @@ TEST_F(Catalog, cloneHasRowsOfItsOwn)
     EXPECT_EQ(order(*copy, "a"), (std::vector<std::string>{"b"}));
 }
 
+// shows: KsNodekitCatalog::isPublic, KsNode::getNodekitCatalog
 TEST_F(Catalog, classHasTheRowsOfItsBaseInFront)
 {
     const KsRef<KsPanel> panel(new KsPanel);

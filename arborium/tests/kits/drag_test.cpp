@@ -90,6 +90,7 @@ TEST_F(Drag, otherPressesDuringItAreSwallowed)
     EXPECT_EQ(lines, (Lines{"start", "finish"}));
 }
 
+// shows: KsDragger::addStartCallback, KsDragger::addFinishCallback
 TEST_F(Drag, pressGoesToTheInnermostDraggerThatHasACallback)
 {
     KsPanel* outer = makePanel(-3, 0);
@@ -114,6 +115,7 @@ TEST_F(Drag, pressGoesToTheInnermostDraggerThatHasACallback)
     EXPECT_EQ(lines, (Lines{"inner finish", "outer start", "outer start"}));
 }
 
+// shows: KsDragger::removeStartCallback
 TEST_F(Drag, withoutAnyCallbackThereIsNone)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -152,6 +154,7 @@ TEST_F(Drag, frontmostGeometryGetsThePress)
     EXPECT_EQ(lines, (Lines{"front start", "front finish"}));
 }
 
+// shows: KsDragger::getPickPath, KsDragger::getViewVolume
 TEST_F(Drag, keepsThePickPathOfThePress)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -179,6 +182,9 @@ TEST_F(Drag, keepsThePickPathOfThePress)
     EXPECT_FALSE(panel->isDragging());
 }
 
+// shows: KbMatrix::operator==, KsDragger::getHandleEventAction, KsDragger::getLocalStartingPoint,
+// KsDragger::getWorldStartingPoint, KsDragger::getLocalToWorldMatrix,
+// KsDragger::getWorldToLocalMatrix, KsDragger::getNormalizedLocaterPosition
 TEST_F(Drag, spaceIsTheOneInWhichTheDraggerStands)
 {
     auto* shift = new KsTranslation;
@@ -240,6 +246,7 @@ TEST_F(Drag, grabIsGivenBackBeforeFinish)
     EXPECT_EQ(lines, (Lines{"start", "finish"}));
 }
 
+// shows: KsHandleEventAction::getEvent, KsDragger::getEvent
 TEST_F(Drag, finishMayOpenAnEventLoopInWhichTheSameDraggerIsDragged)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -324,6 +331,7 @@ TEST_F(Drag, draggerThatLeavesTheSceneHearsNoMore)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsDragger
 TEST_F(Drag, draggerRemovedByItsOwnMotionHearsNoMore)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -339,6 +347,7 @@ TEST_F(Drag, draggerRemovedByItsOwnMotionHearsNoMore)
     EXPECT_EQ(lines, (Lines{"start", "motion"}));
 }
 
+// shows: KsDragger::isDragging
 TEST_F(Drag, anotherSceneUnderTheSameActionEndsIt)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -375,6 +384,7 @@ TEST_F(Drag, sceneAndActionMayDieDuringIt)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsDragger::addMotionCallback, KsDragger::removeMotionCallback
 TEST_F(Drag, callbacksMayBeAddedAndRemovedByCallbacks)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -397,6 +407,24 @@ TEST_F(Drag, callbacksMayBeAddedAndRemovedByCallbacks)
     release(2, 0);
 }
 
+// shows: KsDragger::removeFinishCallback, KsDragger::hasCallbacks, KsDragger::getViewportRegion
+TEST_F(Drag, finishIsNotHeardByWhoHasLeft)
+{
+    KsPanel* panel = makePanel(0, 0);
+    root->addChild(panel);
+    Log log{"", &lines, nullptr};
+    panel->addFinishCallback(onFinish, &log);
+    EXPECT_TRUE(panel->hasCallbacks());
+    press(0, 0);
+    EXPECT_TRUE(panel->getViewportRegion() == KbViewportRegion(100, 100));
+    panel->removeFinishCallback(onFinish, &log);
+    panel->removeFinishCallback(onFinish, &log); // is gone already
+    release(0, 0);
+    EXPECT_TRUE(lines.empty());
+    EXPECT_FALSE(panel->hasCallbacks());
+}
+
+// shows: KsDragger::getTrackerRay
 TEST_F(Drag, threeDimensionalPointerDragsByItsRay)
 {
     auto* shift = new KsTranslation;
@@ -493,6 +521,7 @@ TEST_F(Drag, draggerThatStandsTwiceIsDraggedWhereItWasHit)
     EXPECT_EQ(lines, (Lines{"start", "finish", "start", "finish"}));
 }
 
+// shows: KsInteractionKit::setPartAsPath
 TEST_F(Drag, geometryElsewhereCanStandForAPart)
 {
     KsPanel* panel = makePanel(-3, 0);
@@ -557,6 +586,7 @@ TEST_F(Drag, pickedPartIsTheOneOfWhichTheParentWasPassed)
     EXPECT_EQ(detail->getPartName(), "lookA");
 }
 
+// shows: KsDragger::hasCallbacks
 TEST_F(Drag, copyHasNoCallbacks)
 {
     KsPanel* panel = makePanel(0, 0);

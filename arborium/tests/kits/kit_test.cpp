@@ -59,6 +59,7 @@ TEST_F(Kit, hasNoPartsUntilOneIsNeeded)
     EXPECT_EQ(fields[0].name, "size");
 }
 
+// shows: KsTypedObject::getTypeId, KsBaseKit::getPart
 TEST_F(Kit, makingAPartMakesTheChainOfItsParents)
 {
     KsNode* look = panel->getPart("lookB", true);
@@ -123,6 +124,7 @@ TEST_F(Kit, oneNodeCanBeTwoPartsOfOneParent)
     EXPECT_EQ(childrenOf(part("choice")), (Nodes{shared.get(), other}));
 }
 
+// shows: KsBaseKit::setPart
 TEST_F(Kit, nullRemovesAPartAndWhatIsBelowIt)
 {
     make("lookA");
@@ -140,6 +142,7 @@ TEST_F(Kit, nullRemovesAPartAndWhatIsBelowIt)
     EXPECT_EQ(childrenOf(again->getParent(0)), Nodes{again});
 }
 
+// shows: KsBaseKit::setAnyPart
 TEST_F(Kit, newParentPartTakesThePartsOfTheFormerOne)
 {
     KsNode* a = make("lookA");
@@ -160,6 +163,7 @@ TEST_F(Kit, partThatWasTakenOutByHandIsPutBack)
     EXPECT_EQ(childrenOf(part("choice")), (Nodes{a, b}));
 }
 
+// shows: KsChildList
 TEST_F(Kit, topSeparatorReturnsBehindTheChildren)
 {
     KsNode* first = make("first");
@@ -222,6 +226,7 @@ TEST_F(Kit, refusesUnknownAndHiddenNames)
     EXPECT_NE(panel->getAnyPart("second", true), nullptr);
 }
 
+// shows: KsInstanceBuilder::part
 TEST_F(Kit, refusesANodeOfTheWrongType)
 {
     KsNode* choice = make("choice");
@@ -249,6 +254,7 @@ TEST_F(Kit, refusesAPartThatHoldsTheKit)
     group->removeAllChildren();
 }
 
+// shows: KsBaseKit
 TEST_F(Kit, namesLeadThroughInnerKitsAndLists)
 {
     KsNode* inner = panel->getPart("inner", true);
@@ -284,6 +290,7 @@ TEST_F(Kit, namesLeadThroughInnerKitsAndLists)
     EXPECT_EQ(panel->getPartString(nullptr), "");
 }
 
+// shows: KsBaseKit::getPartString, KsBaseKit::createPathToPart
 TEST_F(Kit, pathToAPartPassesTheChainOfItsParents)
 {
     const KsRef<KsGroup> root(new KsGroup);
@@ -359,6 +366,7 @@ TEST_F(Kit, namedNodeOfTheWrongTypeIsPassedOver)
     EXPECT_EQ(part("lookA"), skin.get());
 }
 
+// shows: KsInteractionKit::setPartAsDefault
 TEST_F(Kit, defaultLeavesAloneWhatTheApplicationSetOrRemoved)
 {
     const KsRef<KsGroup> skin(new KsGroup);
@@ -377,6 +385,7 @@ TEST_F(Kit, defaultLeavesAloneWhatTheApplicationSetOrRemoved)
     EXPECT_FALSE(panel->setPartAsDefault("nothing", "PanelLook"));
 }
 
+// shows: KsInteractionKit, KsInteractionKit::setSwitchValue
 TEST_F(Kit, switchValueIsWrittenOnlyWhenItChanges)
 {
     const KsRef<KsSwitch> choice(new KsSwitch);
@@ -392,6 +401,7 @@ TEST_F(Kit, switchValueIsWrittenOnlyWhenItChanges)
     KsInteractionKit::setSwitchValue(panel.get(), 1);
 }
 
+// shows: KsSFNode
 TEST_F(Kit, assigningAPartFieldPutsTheNodeInPlace)
 {
     make("items");
@@ -459,6 +469,7 @@ TEST_F(Kit, removedPartStaysRemovedThroughAFile)
     EXPECT_FALSE(static_cast<KsPanel*>(again.get())->setPartAsDefault("lookA", "Nobody"));
 }
 
+// shows: KsBaseKit::getAnyPart
 TEST_F(Kit, readsPartsInAnyOrder)
 {
     const KsRef<KsNode> node = read("Panel { lookB Group {} items Group {} first Group {} "
@@ -502,6 +513,7 @@ TEST_F(Kit, copyHasItsPartsInTheSamePlacesAndSharesTheSharedOnes)
     EXPECT_EQ(childrenOf(kit->getAnyPart("choice", false)).size(), 2u);
 }
 
+// shows: KsBaseKit::setSearchingChildren
 TEST_F(Kit, searchFindsWhatIsInsideAndShowsThePathUpToTheKit)
 {
     const KsRef<KsGroup> root(new KsGroup);
@@ -555,12 +567,13 @@ TEST_F(Kit, placesNothingBehindIt)
     EXPECT_EQ(matrix.getMatrix()[3][0], 1);
 }
 
+// shows: KsNode::getChildren
 TEST_F(Kit, holdsNoChildrenOfItsOwn)
 {
     ExpectedMessages messages;
-    messages.expect("KsBaseKit::internalAddChild", "a Panel holds no children");
-    messages.expect("KsBaseKit::internalInsertChild", "a Panel holds no children");
-    messages.expect("KsBaseKit::internalGetChild", "a Panel holds no children");
+    messages.expect("KsNode::internalAddChild", "a Panel holds no children");
+    messages.expect("KsNode::internalInsertChild", "a Panel holds no children");
+    messages.expect("KsNode::internalGetChild", "a Panel holds no children");
     const KsRef<KsNode> node(new KsGroup);
     panel->internalAddChild(node);
     panel->internalInsertChild(node, 0);
@@ -570,6 +583,8 @@ TEST_F(Kit, holdsNoChildrenOfItsOwn)
     EXPECT_EQ(panel->getChildren()->getLength(), 0);
 }
 
+// shows: KsInteraction::init, KsInteraction::finish, KsInteraction::getInitCount, KsNodeKit::init,
+// KsNodeKit::finish, KsNodeKit::getInitCount
 TEST_F(Kit, kitsAndInteractionStartAndStopInPairs)
 {
     const int layers = KsDB::getInitCount();

@@ -59,6 +59,7 @@ TEST_F(Camera, standsAndSeesAsDocumented)
     EXPECT_NEAR(volume.getWidth(), 2 * volume.getHeight(), 1e-4);
 }
 
+// shows: KsCamera::getViewVolume, KsCamera::viewAll, KsOrthographicCamera, KsPerspectiveCamera
 TEST_F(Camera, framesABoxTightly)
 {
     const KbBox3f box(10, 20, 30, 18, 26, 31);
@@ -126,6 +127,7 @@ TEST_F(Camera, staysWhereThereIsNothingToSee)
     EXPECT_TRUE(camera->getViewVolume(2).intersect(KbVec3f(1, 2, 3)));
 }
 
+// shows: KsCamera::pointAt
 TEST_F(Camera, turnsToAPoint)
 {
     const KsRef<KsPerspectiveCamera> camera(new KsPerspectiveCamera);

@@ -56,6 +56,8 @@ protected:
     bool handled = false;
 };
 
+// shows: KsEventCallback::getEvent, KsEventCallback::getAction, KsEventCallback::getPickedPoint,
+// KsEventCallback::setHandled, KsEventCallback::isHandled
 TEST_F(EventCallback, isCalledForItsTypeAndDerivedOnes)
 {
     auto* node = addTo<KsEventCallback>(root);
@@ -78,6 +80,7 @@ TEST_F(EventCallback, isCalledForItsTypeAndDerivedOnes)
     EXPECT_FALSE(node->isHandled());
 }
 
+// shows: KsEventCallback
 TEST_F(EventCallback, ofAnEventThatWasHandledIsNotCalled)
 {
     add(addTo<KsEventCallback>(root), KsEvent::getClassTypeId(), handle, "1");
@@ -96,6 +99,7 @@ TEST_F(EventCallback, ofAKeyIsCalledThoughItWasHandled)
     EXPECT_TRUE(handled);
 }
 
+// shows: KsEventCallback::addEventCallback, KsEventCallback::removeEventCallback
 TEST_F(EventCallback, followsChangesOfItsListAtOnce)
 {
     auto* node = addTo<KsEventCallback>(root);
@@ -133,6 +137,7 @@ TEST_F(EventCallback, behindAClosedSwitchHearsNothing)
     EXPECT_EQ(s_calls, "1");
 }
 
+// shows: KsNode::copy
 TEST_F(EventCallback, isNotCopiedWithItsNode)
 {
     auto* node = addTo<KsEventCallback>(root);

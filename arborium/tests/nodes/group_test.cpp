@@ -2,6 +2,7 @@
 
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsNodeList.h>
+#include <arborium/nodes/KsTranslation.h>
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,7 @@ void visit(KsNode* node)
 }
 } // namespace
 
+// shows: KsGroup::getNumChildren, KsGroup::removeAllChildren
 TEST_F(Group, keepsItsChildrenInOrder)
 {
     auto* a = new KsGroup;
@@ -78,6 +80,8 @@ TEST_F(Group, keepsItsChildrenInOrder)
     EXPECT_EQ(KsBase::getNumInstances(), instances);
 }
 
+// shows: KsGroup::insertChild, KsGroup::getChild, KsGroup::findChild, KsGroup::removeChild,
+// KsGroup::replaceChild
 TEST_F(Group, refusesWhatIsNoChildOrNoIndex)
 {
     KsRef<KsGroup> other(new KsGroup);
@@ -124,6 +128,7 @@ TEST_F(Group, isNeverPutBelowItself)
     EXPECT_EQ(inner->getChild(0), holder);
 }
 
+// shows: KsNode::isBelow
 TEST_F(Group, releasesATreeOfAnyDepth)
 {
     KsGroup* tail = group;
@@ -138,6 +143,7 @@ TEST_F(Group, releasesATreeOfAnyDepth)
     EXPECT_EQ(KsBase::getNumInstances(), instances - 1);
 }
 
+// shows: KsGroup, KsGroup::addChild, KsNode::getNumParents, KsNode::getParent
 TEST_F(Group, sharesAChildWithManyParents)
 {
     KsRef<KsGroup> shared(new KsGroup);
@@ -193,6 +199,7 @@ TEST_F(Group, isMarkedAboveWhatOneTraversalLeftMarked)
     EXPECT_TRUE(group->isStale(KsNode::StaleDraw));
 }
 
+// shows: KsSceneObserver::sceneChanged, KsNode::addObserver, KsNode::removeObserver
 TEST_F(Group, tellsItsObserverOncePerTraversal)
 {
     Watch watch;
@@ -213,6 +220,7 @@ TEST_F(Group, tellsItsObserverOncePerTraversal)
     EXPECT_EQ(watch.calls, 2);
 }
 
+// shows: KsNode::getByName, KsNodeList::truncate, KsNodeList::operator[]
 TEST_F(Group, findsNodesByTheirNames)
 {
     auto* a = new KsGroup;
@@ -301,6 +309,8 @@ TEST_F(Group, isCopiedAtAnyDepth)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsNodeList, KsNodeList::operator=, KsNodeList::append, KsNodeList::insert,
+// KsNodeList::set, KsNodeList::remove, KsNodeList::find, KsNodeList::getLength
 TEST(NodeList, holdsOneReferenceToEachNode)
 {
     KsNode::initClass();
@@ -326,4 +336,33 @@ TEST(NodeList, holdsOneReferenceToEachNode)
     }
     EXPECT_EQ(a->getRefCount(), 1);
     EXPECT_EQ(b->getRefCount(), 1);
+}
+
+// shows: KsNode::internalAddChild, KsNode::internalInsertChild, KsNode::internalGetChild,
+// KsNode::internalFindChild, KsNode::internalRemoveChild, KsNode::internalRemoveAllChildren,
+// KsNode::internalReplaceChild
+TEST_F(Group, isOneOfManyKindsOfContainers)
+{
+    const KsRef<KsNode> a(new KsGroup), b(new KsGroup), c(new KsGroup);
+    KsNode* container = group;
+    EXPECT_TRUE(container->isGroup());
+    container->internalAddChild(a);
+    container->internalInsertChild(b, 0);
+    EXPECT_EQ(container->internalGetChild(1), a.get());
+    EXPECT_EQ(container->internalFindChild(b), 0);
+    container->internalReplaceChild(a, c);
+    container->internalReplaceChild(0, a);
+    EXPECT_EQ(container->internalFindChild(b), -1);
+    container->internalRemoveChild(c);
+    container->internalRemoveChild(0);
+    EXPECT_EQ(container->getChildren()->getLength(), 0);
+    container->internalAddChild(b);
+    container->internalRemoveAllChildren();
+    EXPECT_EQ(container->getChildren()->getLength(), 0);
+
+    // A node without children says so.
+    const KsRef<KsNode> leaf(new KsTranslation);
+    ExpectedMessages messages("KsNode::internalAddChild", "a Translation holds no children");
+    leaf->internalAddChild(a);
+    EXPECT_EQ(leaf->internalFindChild(a), -1);
 }

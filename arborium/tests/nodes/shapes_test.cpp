@@ -123,6 +123,7 @@ TEST_F(Shapes, haveTheBoxesThatTheirFieldsSay)
     EXPECT_EQ(box(), KbBox3f(-2, -3, -2, 2, 3, 2));
 }
 
+// shows: KsCube
 TEST_F(Shapes, ofNegativeSizeAreNotTurnedInsideOut)
 {
     add<KsCube>()->width = -6.0f;
@@ -131,6 +132,7 @@ TEST_F(Shapes, ofNegativeSizeAreNotTurnedInsideOut)
     EXPECT_GT(draws()[0].matrix.det3(), 0);
 }
 
+// shows: KsCone, KsCylinder, KsSphere
 TEST_F(Shapes, ofNoFiniteSizeShowNothing)
 {
     add<KsCube>()->width = s_nan;
@@ -144,6 +146,7 @@ TEST_F(Shapes, ofNoFiniteSizeShowNothing)
 
 // ---- faces -------------------------------------------------------------------------------------
 
+// shows: KsFaceSet
 TEST_F(Shapes, faceSetTakesConsecutivePoints)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -222,6 +225,7 @@ TEST_F(Shapes, crossingEdgesAreCutAtTheirCrossing)
     EXPECT_EQ(pick(1.2f, 2.2f), 0);
 }
 
+// shows: KsCoordinate3
 TEST_F(Shapes, starIsNotTakenForConvex)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -235,6 +239,7 @@ TEST_F(Shapes, starIsNotTakenForConvex)
     EXPECT_EQ(pick(0.0f, 0.0f), 0) << "the middle lies outside by the rule of odd crossings";
 }
 
+// shows: KsIndexedFaceSet
 TEST_F(Shapes, indexedFacesOfAPrismFormAClosedBody)
 {
     auto* hints = add<KsShapeHints>();
@@ -262,6 +267,7 @@ TEST_F(Shapes, indexedFacesOfAPrismFormAClosedBody)
     EXPECT_EQ(pick(1, 2.5f), 2) << "its top and its bottom";
 }
 
+// shows: KsVertexProperty
 TEST_F(Shapes, aChangeInsideTheVertexPropertyIsSeen)
 {
     auto* property = new KsVertexProperty;
@@ -289,6 +295,7 @@ TEST_F(Shapes, pointsOfTheSceneGiveWayToTheirOwn)
     EXPECT_EQ(box(), KbBox3f(0, 0, 7, 1, 1, 7));
 }
 
+// shows: KsSeparator
 TEST_F(Shapes, theBoxFollowsPointsOutsideOfASeparator)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -305,6 +312,7 @@ TEST_F(Shapes, theBoxFollowsPointsOutsideOfASeparator)
     EXPECT_EQ(box(), KbBox3f(0, 0, 7, 1, 1, 7));
 }
 
+// shows: KsNode::touch
 TEST_F(Shapes, theMeshIsKeptUntilSomethingChanges)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -338,6 +346,7 @@ TEST_F(Shapes, normalsAreFlatOrFollowTheCrease)
     }
 }
 
+// shows: KsNormal
 TEST_F(Shapes, givenNormalsAreTakenIfTheyFit)
 {
     auto* normals = add<KsNormal>();
@@ -449,6 +458,7 @@ TEST_F(Shapes, aFaceWithTooManyCrossingsIsRefusedSoon)
 
 // ---- lines -------------------------------------------------------------------------------------
 
+// shows: KsIndexedLineSet
 TEST_F(Shapes, linesRunThroughTheirPoints)
 {
     add<KsCoordinate3>()->point.setValues(0, 4, s_arrow);
@@ -584,6 +594,7 @@ TEST_F(Shapes, aMissingImageIsReportedOnce)
     draws();
 }
 
+// shows: KsTexture2
 TEST_F(Shapes, brokenImageIsReported)
 {
     QTemporaryDir directory;

@@ -77,6 +77,7 @@ TEST_F(StateNodes, areRegisteredUnderTheirNames)
         EXPECT_FALSE(KsType::fromName(name).canCreateInstance()) << name;
 }
 
+// shows: KsRef, KsPickStyle, KsSwitch
 TEST_F(StateNodes, startAsTheyAreDocumented)
 {
     EXPECT_EQ(KsRef<KsSwitch>(new KsSwitch)->whichChild.getValue(), KsSwitch::NONE);
@@ -113,6 +114,7 @@ TEST_F(StateNodes, takeNamesForTheirChoices)
     EXPECT_EQ(style->style.getValue(), KsPickStyle::UNPICKABLE);
 }
 
+// shows: KsFont
 TEST_F(StateNodes, setTheFontTheyName)
 {
     auto* font = addTo<KsFont>(root);
@@ -130,6 +132,7 @@ TEST_F(StateNodes, setTheFontTheyName)
     });
 }
 
+// shows: KsShapeHintsState, KsShapeHints
 TEST_F(StateNodes, setTheHintsOfShapes)
 {
     auto* hints = addTo<KsShapeHints>(root);
@@ -137,6 +140,7 @@ TEST_F(StateNodes, setTheHintsOfShapes)
     hints->faceType = KsShapeHints::UNKNOWN_FACE_TYPE;
     hints->creaseAngle = 1.0f;
     atEnd([](KsState& state) {
+        EXPECT_FALSE(KsShapeHintsState().ordered);
         EXPECT_TRUE(state.shapeHints.get().ordered);
         EXPECT_TRUE(state.shapeHints.get().counterClockwise);
         EXPECT_FALSE(state.shapeHints.get().solid);
@@ -145,6 +149,7 @@ TEST_F(StateNodes, setTheHintsOfShapes)
     });
 }
 
+// shows: KsMaterialState, KsBaseColor, KsMaterial
 TEST_F(StateNodes, passOverColoursThatAreNone)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -160,6 +165,7 @@ TEST_F(StateNodes, passOverColoursThatAreNone)
     });
 }
 
+// shows: KsClipPlane, KsPointLight
 TEST_F(StateNodes, passOverPlanesAndLightsThatAreNowhere)
 {
     addTo<KsScale>(root)->scaleFactor = KbVec3f(0, 1, 1);
@@ -181,6 +187,7 @@ protected:
     const KbRotation lean{KbVec3f(0, 1, 1), 0.3f};
 };
 
+// shows: KsMatrixTransform, KsRotation, KsScale
 TEST_F(Transforms, placeAsTheirMatricesDo)
 {
     KbMatrix expected;
@@ -233,6 +240,7 @@ TEST_F(Transforms, composeAllTheirFields)
     EXPECT_TRUE(transform->getLocalMatrix().equals(expected, 1e-5f));
 }
 
+// shows: KsTransform::setMatrix
 TEST_F(Transforms, takeAMatrixApart)
 {
     KbMatrix matrix;
@@ -251,6 +259,7 @@ TEST_F(Transforms, takeAMatrixApart)
     EXPECT_TRUE(near(transform->scaleFactor.getValue(), {1, 1, 1}));
 }
 
+// shows: KsTransform::multLeft, KsTransform::multRight
 TEST_F(Transforms, multiplyOnEitherSide)
 {
     KbMatrix first, second;
@@ -265,6 +274,7 @@ TEST_F(Transforms, multiplyOnEitherSide)
     EXPECT_TRUE(transform->getLocalMatrix().equals(first * second, 1e-4f));
 }
 
+// shows: KbMatrix::isIdentity, KsTransform, KsTransformation::getLocalMatrix
 TEST_F(Transforms, ofAMatrixThatIsNoneAreTheIdentity)
 {
     const KsRef<KsTransform> transform(new KsTransform);
@@ -293,6 +303,7 @@ protected:
     }
 };
 
+// shows: KsTranslation
 TEST_F(Switches, showNoneOneOrAll)
 {
     auto* choice = addTo<KsSwitch>(root);

@@ -20,10 +20,15 @@ protected:
     void afterRealizeHook() override { ++realized; }
     const char* getDefaultWidgetName() const override { return "Box"; }
     const char* getDefaultTitle() const override { return "A box"; }
+    const char* getDefaultIconTitle() const override { return "A box icon"; }
 };
 
 } // namespace
 
+// shows: KsQtComponent::getWidget, KsQtComponent::getParentWidget, KsQtComponent::isVisible,
+// KsQtComponent::setTitle, KsQtComponent::getTitle, KsQtComponent::setIconTitle,
+// KsQtComponent::getIconTitle, KsQtComponent::getDefaultWidgetName, KsQtComponent::getDefaultTitle,
+// KsQtComponent::getDefaultIconTitle
 TEST(QtComponent, namesItsWidgetAndItsWindow)
 {
     Box box;
@@ -33,8 +38,13 @@ TEST(QtComponent, namesItsWidgetAndItsWindow)
     box.build(new QWidget);
     EXPECT_EQ(box.getWidget()->objectName(), "Box");
     EXPECT_EQ(box.getWidget()->windowTitle(), "A box");
-    EXPECT_EQ(box.getIconTitle(), "A box");
+    EXPECT_EQ(box.getIconTitle(), "A box icon");
+    EXPECT_EQ(box.getParentWidget(), nullptr);
+    EXPECT_EQ(box.getTitle(), "A box");
+    box.setIconTitle("Small");
+    EXPECT_EQ(box.getWidget()->windowIconText(), "Small");
     box.setTitle("Mine");
+    EXPECT_EQ(box.getTitle(), "Mine");
     EXPECT_EQ(box.getWidget()->windowTitle(), "Mine");
     box.setTitle(QString());
     EXPECT_EQ(box.getWidget()->windowTitle(), "A box");
@@ -44,6 +54,7 @@ TEST(QtComponent, namesItsWidgetAndItsWindow)
     EXPECT_EQ(named.getWidget()->objectName(), "given");
 }
 
+// shows: KsQtComponent::show, KsQtComponent::hide, KsQtComponent::afterRealizeHook
 TEST(QtComponent, tellsOnceThatItsWidgetIsThere)
 {
     Box box;
@@ -58,10 +69,12 @@ TEST(QtComponent, tellsOnceThatItsWidgetIsThere)
     EXPECT_EQ(box.realized, 2);
 }
 
+// shows: KsQtComponent::setFullScreen, KsQtComponent::isFullScreen
 TEST(QtComponent, remembersThatItCoversTheScreen)
 {
     Box box;
     box.setFullScreen(true);
+    EXPECT_TRUE(box.isFullScreen());
     box.build(new QWidget);
     box.show();
     EXPECT_TRUE(box.getWidget()->isFullScreen());
@@ -69,6 +82,7 @@ TEST(QtComponent, remembersThatItCoversTheScreen)
     EXPECT_FALSE(box.getWidget()->isFullScreen());
 }
 
+// shows: KsQtComponent, KsQtComponent::setBaseWidget
 TEST(QtComponent, widgetAndComponentDieInAnyOrder)
 {
     auto box = std::make_unique<Box>();
@@ -79,6 +93,7 @@ TEST(QtComponent, widgetAndComponentDieInAnyOrder)
 
     QWidget window;
     auto* inner = new Box(&window);
+    EXPECT_EQ(inner->getParentWidget(), &window);
     widget = new QWidget(&window);
     inner->build(widget);
     delete widget.data();

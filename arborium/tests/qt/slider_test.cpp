@@ -113,6 +113,8 @@ std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL
     return rgba;
 }
 
+// shows: KsGL::begin, KsGL::end, KsGL::color3f, KsGL::color3ub, KsGL::vertex2s, KsGL::rects,
+// KsGL::shadeModel, KsGL::pushAttrib, KsGL::popAttrib, KsGL::flush, KsGL::Target::usesGL
 TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
 {
     bool byGL = false;
@@ -136,6 +138,7 @@ TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
     EXPECT_EQ(at(60, 3).red(), 128);
 }
 
+// shows: KsGL::setRaster
 TEST(ImmediateMode, looksTheSameByRasterAsByOpenGL)
 {
     for (const float scale : {1.0f, 2.0f}) {
@@ -161,6 +164,7 @@ TEST(ImmediateMode, looksTheSameByRasterAsByOpenGL)
     }
 }
 
+// shows: KsGL::color3fv, KsGL::vertex2f, KsGL::vertex2sv, KsGL::Target, KsGL::Target::finish
 TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
 {
     KsGL::end();
@@ -178,6 +182,7 @@ TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
     EXPECT_EQ(rgba, std::vector<std::uint8_t>(64, 0)) << "targets are not nested";
 }
 
+// shows: KsQtBasicSlider::getCursorRectangle
 TEST_F(BasicSlider, takesItsCursorAlongAndSaysSo)
 {
     Slider slider(&window);
@@ -229,6 +234,7 @@ TEST_F(BasicSlider, keysAndTheWheelMoveItWhileItHasTheFocus)
     EXPECT_EQ(slider.getValue(), 0);
 }
 
+// shows: KsQtBasicSlider
 TEST_F(BasicSlider, aTypeLeavesOutWhatTheUserCannotDo)
 {
     Slider slider(&window, KsQtBasicSlider::DRAG);
@@ -239,6 +245,7 @@ TEST_F(BasicSlider, aTypeLeavesOutWhatTheUserCannotDo)
     EXPECT_EQ(slider.getValue(), 0);
 }
 
+// shows: KsQtBasicSlider::getValue, KsQtBasicSlider::setValue
 TEST_F(BasicSlider, aValueFromTheProgramCallsNobodyAndMayLieOutside)
 {
     Slider slider(&window);
@@ -251,6 +258,7 @@ TEST_F(BasicSlider, aValueFromTheProgramCallsNobodyAndMayLieOutside)
     EXPECT_TRUE(slider.ends.empty());
 }
 
+// shows: KsQtBasicSlider::addFinishCallback, KsQtBasicSlider::removeFinishCallback
 TEST_F(BasicSlider, aCallbackIsHeldOnceAndMayBeTakenOut)
 {
     Slider slider(&window);
@@ -264,6 +272,7 @@ TEST_F(BasicSlider, aCallbackIsHeldOnceAndMayBeTakenOut)
     EXPECT_EQ(slider.moves.size(), 2u);
 }
 
+// shows: KsQtBasicSlider::addValueChangedCallback, KsQtBasicSlider::removeValueChangedCallback
 TEST_F(BasicSlider, maySetOutToDieInItsCallback)
 {
     auto* slider = new Slider(&window);
@@ -276,6 +285,7 @@ TEST_F(BasicSlider, maySetOutToDieInItsCallback)
     EXPECT_FALSE(widget);
 }
 
+// shows: KsQtGLWidget::getNumPictures, KsQtGLWidget::paintGraphic
 TEST_F(BasicSlider, aPictureIsMadeOnlyAfterAChange)
 {
     Slider slider(&window);
@@ -292,6 +302,7 @@ TEST_F(BasicSlider, aPictureIsMadeOnlyAfterAChange)
     EXPECT_EQ(slider.getNumPictures(), made + 1);
 }
 
+// shows: KsQtBasicSlider::getBarRectangle, KsQtGLWidget::getNormalWindow
 TEST_F(BasicSlider, drawsOnWhatTheWindowIsFilledWith)
 {
     QPalette palette = window.palette();

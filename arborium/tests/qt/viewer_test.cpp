@@ -2,6 +2,7 @@
 
 #include <arborium/actions/KsHandleEventAction.h>
 #include <arborium/actions/KsRenderAction.h>
+#include <arborium/actions/KsSearchAction.h>
 #include <arborium/events/KsEvent.h>
 #include <arborium/io/KsDB.h>
 #include <arborium/nodes/KsCube.h>
@@ -105,6 +106,7 @@ protected:
 
 } // namespace
 
+// shows: KsQtViewer::hasOwnCamera
 TEST_F(Viewer, showsASceneWithoutACameraFromTheFrontAsAWhole)
 {
     show();
@@ -120,6 +122,7 @@ TEST_F(Viewer, showsASceneWithoutACameraFromTheFrontAsAWhole)
     EXPECT_LT(QColor(picture.pixel(40, 50)).red(), 150);
 }
 
+// shows: KsQtViewer::getCamera, KsQtViewer::viewAll, KsQtViewer::home
 TEST_F(Viewer, usesTheCameraOfTheScene)
 {
     auto* own = new KsPerspectiveCamera;
@@ -266,6 +269,7 @@ TEST_F(Viewer, textOfAnInputMethodArrivesAsKeys)
     EXPECT_EQ(ear.heard, (Lines{"key 16797229 types 20013 down", "key 16797229 types 20013 up"}));
 }
 
+// shows: KsQtViewer::isViewing, KsQtViewer::viewingChanged
 TEST_F(Viewer, escapeSwitchesTheModeUnlessTheSceneHandlesIt)
 {
     show();
@@ -282,6 +286,7 @@ TEST_F(Viewer, escapeSwitchesTheModeUnlessTheSceneHandlesIt)
     EXPECT_EQ(spy.count(), 2);
 }
 
+// shows: KbVecBase::length
 TEST_F(Viewer, inViewModeTheMouseMovesTheCameraAndTheSceneHearsNothing)
 {
     show();
@@ -368,6 +373,7 @@ TEST_F(Viewer, aFingerIsTheLeftButtonAndTwoZoom)
     EXPECT_TRUE(ear.heard.empty());
 }
 
+// shows: KsQtViewer::getRenderer
 TEST_F(Viewer, paintsAgainWhenTheSceneChangedAndOnlyThen)
 {
     show();
@@ -391,6 +397,7 @@ TEST_F(Viewer, paintsAgainWhenTheSceneChangedAndOnlyThen)
     EXPECT_EQ(viewer->getRenderer()->getRenderAction()->getNumVisits(), visits);
 }
 
+// shows: KsQtViewer::setViewing
 TEST_F(Viewer, aResizedWindowStillShowsAllUnlessThePersonMovedTheCamera)
 {
     show();
@@ -408,6 +415,7 @@ TEST_F(Viewer, aResizedWindowStillShowsAllUnlessThePersonMovedTheCamera)
     EXPECT_NEAR(camera()->height.getValue(), 2 * height, 0.01 * height);
 }
 
+// shows: KsQtViewer::renderToImage, KsGLContext::isAvailable
 TEST_F(Viewer, printsTheSceneInAnySize)
 {
     viewer->setSceneGraph(scene);
@@ -420,6 +428,7 @@ TEST_F(Viewer, printsTheSceneInAnySize)
     EXPECT_LT(QColor(picture.pixel(60, 20)).red(), 200);
 }
 
+// shows: KsQtViewer
 TEST_F(Viewer, mayBeDeletedByAListenerInTheScene)
 {
     show();
@@ -432,6 +441,7 @@ TEST_F(Viewer, mayBeDeletedByAListenerInTheScene)
     EXPECT_EQ(ear.heard.size(), 1u);
 }
 
+// shows: KsQtViewer::getSceneGraph
 TEST_F(Viewer, letsGoOfAnEarlierScene)
 {
     show();
@@ -446,6 +456,7 @@ TEST_F(Viewer, letsGoOfAnEarlierScene)
     EXPECT_EQ(viewer->getSceneGraph(), nullptr);
 }
 
+// shows: KsQtViewer::setSceneGraph
 TEST_F(Viewer, theTabulatorGoesToTheSceneFirst)
 {
     QWidget window;
@@ -467,6 +478,51 @@ TEST_F(Viewer, theTabulatorGoesToTheSceneFirst)
     EXPECT_EQ(window.focusWidget(), second);
 }
 
+// shows: KsQtViewer::setBackgroundColor, KsQtViewer::setBackgroundGradient, KsQtViewer::setSamples
+TEST_F(Viewer, showsItsBackgroundBesideTheScene)
+{
+    show();
+    const auto corners = [this] {
+        const QImage image = viewer->grab().toImage();
+        return std::make_pair(image.pixelColor(1, 1), image.pixelColor(1, 98));
+    };
+    viewer->setSamples(1);
+    viewer->setBackgroundColor(KbColor(0, 0, 1));
+    EXPECT_EQ(corners(), std::make_pair(QColor(0, 0, 255), QColor(0, 0, 255)));
+    viewer->setBackgroundGradient(KbColor(0, 0, 0), KbColor(0, 1, 0));
+    EXPECT_GT(corners().first.green(), 240);
+    EXPECT_LT(corners().second.green(), 15);
+}
+
+// shows: KsQtViewer::saveHomePosition, KsQtViewer::home
+TEST_F(Viewer, goesBackToThePlaceThatItWasToldToRemember)
+{
+    show();
+    const KbVec3f first = viewer->getCamera()->position.getValue();
+    viewer->getCamera()->position = first + KbVec3f(1, 0, 0);
+    viewer->saveHomePosition();
+    viewer->getCamera()->position = first + KbVec3f(0, 5, 0);
+    viewer->home();
+    EXPECT_EQ(viewer->getCamera()->position.getValue(), first + KbVec3f(1, 0, 0));
+}
+
+// shows: KsQtViewer::getHandleEventAction, KsQtViewer::getRoot
+TEST_F(Viewer, leavesTheRoadOfItsEventsToPrograms)
+{
+    show();
+    const KsMouseButtonEvent press(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN, {100, 50});
+    KsHandleEventAction* action = viewer->getHandleEventAction();
+    action->setEvent(&press);
+    action->apply(viewer->getRoot());
+    action->setEvent(nullptr);
+    EXPECT_EQ(ear.heard, Lines{"button1 down at 100 50"});
+    KsSearchAction search;
+    search.setNode(viewer->getCamera());
+    search.apply(viewer->getRoot());
+    EXPECT_TRUE(search.isFound()) << "the scene behind the viewer's camera";
+}
+
+// shows: KsQt::init, KsQt::finish, KsQt::isInitialized
 TEST(QtBinding, runsWaitingSensorsFromTheEventLoop)
 {
     ASSERT_TRUE(KsQt::init());
@@ -483,6 +539,7 @@ TEST(QtBinding, runsWaitingSensorsFromTheEventLoop)
     EXPECT_FALSE(KsQt::isInitialized());
 }
 
+// shows: KsSensor::setFunction, KsOneShotSensor
 TEST(QtBinding, aSensorThatSchedulesItselfLeavesRoomForOtherEvents)
 {
     ASSERT_TRUE(KsQt::init());
@@ -501,6 +558,7 @@ TEST(QtBinding, aSensorThatSchedulesItselfLeavesRoomForOtherEvents)
     KsQt::finish();
 }
 
+// shows: KsQt::getTopLevelWidget, KsQt::setTopLevelWidget, KsQt::show, KsQt::hide
 TEST(QtBinding, theTopLevelWidgetIsForgottenWhenItDies)
 {
     EXPECT_EQ(KsQt::getTopLevelWidget(), nullptr);

@@ -58,6 +58,7 @@ void expectOutward(const KsMesh& mesh)
 const double s_disk = 16 * std::sin(2 * 3.14159265358979 / 32);
 } // namespace
 
+// shows: KsMesh
 TEST_F(Mesh, cubeIsClosedAndFacesOutward)
 {
     const KsRef<KsCube> cube(new KsCube);
@@ -98,6 +99,7 @@ TEST_F(Mesh, cylinderIsClosedAndFacesOutward)
     expectOutward(*mesh);
 }
 
+// shows: KsShape::getBox
 TEST_F(Mesh, partsAreLeftOut)
 {
     const KsRef<KsCylinder> cylinder(new KsCylinder);
@@ -119,6 +121,7 @@ TEST_F(Mesh, partsAreLeftOut)
     EXPECT_TRUE(cone->getBox(&state).isEmpty());
 }
 
+// shows: KsShape::getForm
 TEST_F(Mesh, isSharedByShapesOfAllSizes)
 {
     const KsRef<KsCube> a(new KsCube), b(new KsCube);

@@ -208,6 +208,7 @@ TEST_F(Pixels, theNearerOfTwoFacesIsSeen)
     EXPECT_TRUE(isAbout(at(0, 0), 255, 0, 0));
 }
 
+// shows: KsOffscreenRenderer::setViewportRegion
 TEST_F(Pixels, facesATenthOfAUnitApartDoNotFightFarAwayInPerspective)
 {
     const std::string far = "PerspectiveCamera { position 0 0 2000 heightAngle 0.2 nearDistance 1 "
@@ -270,6 +271,8 @@ TEST_F(Pixels, aSceneWithoutACameraIsSeenFromTheFrontAsAWhole)
     EXPECT_LT(leftmostRed, rightmostBlue);
 }
 
+// shows: KsOffscreenRenderer::setBackgroundColor, KsOffscreenRenderer::setBackgroundGradient,
+// KsOffscreenRenderer::render
 TEST_F(Pixels, theBackgroundCanBeAGradientOrClear)
 {
     renderer.setBackgroundGradient(KbColor(1, 0, 0), KbColor(0, 0, 1));
@@ -286,6 +289,7 @@ TEST_F(Pixels, theBackgroundCanBeAGradientOrClear)
     EXPECT_TRUE(isAbout(at(3, 3), 0, 0, 0, 0));
 }
 
+// shows: KsOffscreenRenderer::setSupersampling
 TEST_F(Pixels, aPictureLargerThanATileIsOnePicture)
 {
     renderer.setViewportRegion(KbViewportRegion(1500, 1500));
@@ -301,6 +305,7 @@ TEST_F(Pixels, aPictureLargerThanATileIsOnePicture)
     EXPECT_TRUE(isAbout(at(4.1, 4.1), 0, 0, 0));
 }
 
+// shows: KsOffscreenRenderer::getRenderAction, KsOffscreenRenderer::getNumFrames
 TEST_F(Pixels, aFrameInWhichNothingChangedVisitsAndDrawsNothing)
 {
     ASSERT_TRUE(show(camera + "DEF place " + move("-2 0 0") + face));
@@ -320,6 +325,8 @@ TEST_F(Pixels, aFrameInWhichNothingChangedVisitsAndDrawsNothing)
     EXPECT_EQ(at(-2, 0).red, 0);
 }
 
+// shows: KsOffscreenRenderer, KsOffscreenRenderer::isUpToDate, KsOffscreenRenderer::getImage,
+// KsOffscreenRenderer::setChangedCallback
 TEST_F(Pixels, aChangeIsSeenByEachOfTwoPicturesOfOneScene)
 {
     ASSERT_TRUE(show(camera + "DEF place " + move("-2 0 0") + face));
@@ -337,6 +344,7 @@ TEST_F(Pixels, aChangeIsSeenByEachOfTwoPicturesOfOneScene)
     EXPECT_GT(at(2, 1).red, 150);
 }
 
+// shows: KsOffscreenRenderer::getNumDrawCalls
 TEST_F(Pixels, manySmallShapesGoOutTogether)
 {
     std::string many =
@@ -349,6 +357,7 @@ TEST_F(Pixels, manySmallShapesGoOutTogether)
     EXPECT_LT(at(-3.84, 0).red, 20);
 }
 
+// shows: KsOffscreenRenderer::writeToFile
 TEST_F(Pixels, aPictureIsWrittenAsAWholeOrNotAtAll)
 {
     ASSERT_TRUE(show(camera + color("1 0 0") + face));
@@ -364,6 +373,8 @@ TEST_F(Pixels, aPictureIsWrittenAsAWholeOrNotAtAll)
     EXPECT_FALSE(renderer.writeToFile("no/such/folder/picture.png"));
 }
 
+// shows: KsOffscreenRenderer::getViewportRegion, KsOffscreenRenderer::getWidth,
+// KsOffscreenRenderer::getHeight
 TEST_F(Pixels, aPictureThatIsTooLargeIsCutToTheLimitWithAMessage)
 {
     ExpectedMessages messages("KsOffscreenRenderer::setViewportRegion", "16384");
@@ -373,6 +384,24 @@ TEST_F(Pixels, aPictureThatIsTooLargeIsCutToTheLimitWithAMessage)
     EXPECT_EQ(renderer.getHeight(), 16384);
 }
 
+// shows: KsOffscreenRenderer::setSamples, KsOffscreenRenderer::copyLookOf,
+// KsOffscreenRenderer::releaseScene
+TEST_F(Pixels, aPictureTakesTheLookOfAnotherOne)
+{
+    KsOffscreenRenderer model(KbViewportRegion(20, 20)), renderer(KbViewportRegion(20, 20));
+    model.setBackgroundColor(KbColor(0, 0, 1));
+    model.setSamples(1);
+    renderer.copyLookOf(model);
+    const KsRef<KsSeparator> root(new KsSeparator);
+    ASSERT_TRUE(renderer.render(root));
+    EXPECT_EQ(renderer.getImage()[2], 255);
+    const int held = root->getRefCount();
+    renderer.releaseScene();
+    EXPECT_EQ(root->getRefCount(), held - 1);
+    EXPECT_EQ(renderer.getImage()[2], 255) << "the picture stays";
+}
+
+// shows: KsGLContext::getRendererName, KsGLContext::Current
 TEST_F(Pixels, theContextIsGivenBackAfterEachUse)
 {
     {

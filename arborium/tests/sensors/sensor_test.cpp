@@ -65,6 +65,7 @@ protected:
 };
 } // namespace
 
+// shows: KsDataSensor::getTriggerField, KsFieldSensor
 TEST_F(Sensors, ofPriority0FireInsideTheChange)
 {
     FieldProbe probe([&](FieldProbe& self) {
@@ -82,6 +83,7 @@ TEST_F(Sensors, ofPriority0FireInsideTheChange)
     EXPECT_FALSE(probe.isScheduled());
 }
 
+// shows: KsSensor::isScheduled
 TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
 {
     FieldProbe probe({}, 100);
@@ -99,6 +101,7 @@ TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
     EXPECT_EQ(KsSensorManager::processDelayQueue(), 0);
 }
 
+// shows: KsSensor::schedule, KsDelayQueueSensor::setPriority
 TEST_F(Sensors, ofTheQueueRunByPriorityAndThenInOrder)
 {
     std::string order;
@@ -116,6 +119,8 @@ TEST_F(Sensors, ofTheQueueRunByPriorityAndThenInOrder)
     EXPECT_EQ(order, "dbac");
 }
 
+// shows: KsSensor::unschedule, KsSensorManager::processDelayQueue,
+// KsSensorManager::isDelayQueueEmpty
 TEST_F(Sensors, scheduledWhileTheQueueRunsWaitForTheNextTime)
 {
     int rounds = 0;
@@ -152,6 +157,7 @@ TEST_F(Sensors, ofTheQueueMayDeleteEachOther)
     EXPECT_EQ(first, nullptr);
 }
 
+// shows: KsSensorManager::setChangedCallback
 TEST_F(Sensors, tellTheEventLoopWhenTheQueueGetsItsFirst)
 {
     static int s_calls = 0;
@@ -166,6 +172,7 @@ TEST_F(Sensors, tellTheEventLoopWhenTheQueueGetsItsFirst)
     KsSensorManager::setChangedCallback(nullptr, nullptr);
 }
 
+// shows: KsFieldSensor::detach
 TEST_F(Sensors, mayDetachThemselves)
 {
     FieldProbe once([](FieldProbe& self) { self.detach(); });
@@ -180,6 +187,7 @@ TEST_F(Sensors, mayDetachThemselves)
     EXPECT_FALSE(node->count.hasListeners());
 }
 
+// shows: KsFieldSensor::attach
 TEST_F(Sensors, mayDetachAndAttachThemselvesInsideTheCallback)
 {
     FieldProbe probe([this](FieldProbe& self) {
@@ -210,6 +218,7 @@ TEST_F(Sensors, mayDeleteThemselvesAndEachOther)
     EXPECT_FALSE(node->count.hasListeners());
 }
 
+// shows: KsFieldSensor::getAttachedField
 TEST_F(Sensors, mayReleaseTheNodeThatTheyWatch)
 {
     FieldProbe probe([this](FieldProbe&) { node.reset(); });
@@ -256,6 +265,7 @@ TEST_F(Sensors, hearNothingWhileTheNotificationIsOff)
     EXPECT_EQ(probe.calls, 1);
 }
 
+// shows: KsDataSensor::getTriggerNode
 TEST_F(Sensors, ofANodeHearWhatChangesBelowIt)
 {
     KsRef<KsGroup> root(new KsGroup);
@@ -317,6 +327,7 @@ TEST_F(Sensors, ofANodeHearAChangeOnceHoweverManyWaysLeadToIt)
     EXPECT_EQ(probe.calls, 1);
 }
 
+// shows: KsNodeSensor::attach, KsNodeSensor::getAttachedNode
 TEST_F(Sensors, ofANodeLeaveItWhenItDies)
 {
     NodeProbe probe;
@@ -339,6 +350,7 @@ TEST_F(Sensors, ofANodeMayReleaseTheSceneThatTheyWatch)
     EXPECT_EQ(probe.getAttachedNode(), nullptr);
 }
 
+// shows: KsSensorSilencer, KsSensorSilencer::restore
 TEST_F(Sensors, thatAreSilencedHearNothingForTheScope)
 {
     FieldProbe probe;
@@ -384,4 +396,116 @@ TEST_F(Sensors, thatAreSilencedMayGoWithTheirNode)
         node.reset();
     }
     EXPECT_EQ(probe->getAttachedField(), nullptr);
+}
+
+// shows: KsSensor::setData, KsSensor::getData, KsSensor::getFunction, KsSensor::trigger
+TEST_F(Sensors, areTriggeredByHandWithTheirData)
+{
+    int heard = 0;
+    const auto add = [](void* data, KsSensor*) { ++*static_cast<int*>(data); };
+    KsOneShotSensor sensor(nullptr, nullptr);
+    sensor.trigger(); // calls nobody
+    sensor.setFunction(add);
+    sensor.setData(&heard);
+    EXPECT_EQ(sensor.getFunction(), static_cast<KsSensorCallback>(add));
+    EXPECT_EQ(sensor.getData(), &heard);
+    sensor.trigger();
+    EXPECT_EQ(heard, 1);
+    EXPECT_FALSE(sensor.isScheduled());
+}
+
+// shows: KsDelayQueueSensor, KsDelayQueueSensor::getPriority
+TEST_F(Sensors, haveAPriorityThatMayChangeWhileTheyWait)
+{
+    std::string order;
+    QueueProbe a([&](QueueProbe&) { order += "a"; }, KsDelayQueueSensor::defaultPriority);
+    QueueProbe b([&](QueueProbe&) { order += "b"; }, 50);
+    EXPECT_EQ(a.getPriority(), 100u);
+    a.schedule();
+    b.schedule();
+    a.setPriority(0); // no longer waits
+    KsSensorManager::processDelayQueue();
+    EXPECT_EQ(order, "ab");
+    a.schedule();
+    EXPECT_EQ(order, "aba");
+}
+
+// shows: KsNodeSensor, KsNodeSensor::detach
+TEST_F(Sensors, ofANodeHearNothingOnceTheyAreDetached)
+{
+    NodeProbe probe;
+    probe.attach(node.get());
+    node->count = 1;
+    probe.detach();
+    EXPECT_EQ(probe.getAttachedNode(), nullptr);
+    node->count = 2;
+    probe.detach();
+    EXPECT_EQ(probe.calls, 1);
+}
+
+namespace {
+/// A sensor that wants to know when what it watches goes.
+class Mourner : public KsFieldSensor {
+public:
+    using KsFieldSensor::KsFieldSensor;
+    void dyingReference() override
+    {
+        field = getAttachedField();
+        KsFieldSensor::dyingReference();
+    }
+    KsField* field = nullptr;
+};
+} // namespace
+
+// shows: KsDataSensor::dyingReference
+TEST_F(Sensors, areToldWhenWhatTheyWatchGoes)
+{
+    Mourner mourner(nullptr, nullptr);
+    mourner.attach(&node->count);
+    const KsField* count = &node->count;
+    node.reset();
+    EXPECT_EQ(mourner.field, count);
+    EXPECT_EQ(mourner.getAttachedField(), nullptr);
+}
+
+// shows: KsFieldSensor::isSilenced
+TEST_F(Sensors, tellWhetherTheyAreSilenced)
+{
+    FieldProbe probe;
+    probe.attach(&node->count);
+    {
+        const KsSensorSilencer silencer(&probe);
+        EXPECT_TRUE(probe.isSilenced());
+        const KsSensorSilencer again(&probe);
+    }
+    EXPECT_FALSE(probe.isSilenced());
+}
+
+TEST_F(Sensors, thatWaitMayDeleteTheNodeThatTheyWatch)
+{
+    FieldProbe probe([&](FieldProbe&) { node.reset(); }, 10);
+    FieldProbe other({}, 20);
+    probe.attach(&node->count);
+    other.attach(&node->count);
+    node->count = 1;
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(probe.getAttachedField(), nullptr);
+    EXPECT_EQ(other.calls, 0) << "what it waited for is gone";
+    EXPECT_FALSE(other.isScheduled());
+}
+
+TEST_F(Sensors, thatWaitMaySetTheirFieldAgainAndAreCalledAgainNextTime)
+{
+    FieldProbe probe(
+        [&](FieldProbe& self) {
+            if (self.calls < 3) node->count = self.calls;
+        },
+        10);
+    probe.attach(&node->count);
+    node->count = 9;
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 0);
+    EXPECT_EQ(node->count.getValue(), 2);
 }

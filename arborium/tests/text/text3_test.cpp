@@ -83,6 +83,7 @@ TEST_F(Text, ofNothingHasNoWidthAndTheHeightOfALine)
     EXPECT_FALSE(mesh());
 }
 
+// shows: KsText3::getExtents
 TEST_F(Text, isAsHighAsTheFontWhateverItsLettersAre)
 {
     const KsText3::Extents extents = KsText3::getExtents(fontState);
@@ -235,6 +236,7 @@ TEST_F(Text, sidesAndBackGiveItDepth)
     EXPECT_EQ(mesh()->indices.size(), front);
 }
 
+// shows: KsText3::getLineWidth, KsText3::getPrefixWidths
 TEST_F(Text, prefixesNeverShrinkAndEndAtTheWidthOfTheLine)
 {
     for (const KbString& line :
@@ -263,6 +265,7 @@ TEST_F(Text, prefixesAreTheWidthsOfTheirOwnTexts)
                     KsText3::getLineWidth(line.getSubString(0, i), fontState), 0.03f * 11);
 }
 
+// shows: KsText3
 TEST_F(Text, prefixesOfALongLineAreThoseOfTheWholeLine)
 {
     std::string line;
@@ -404,6 +407,22 @@ TEST_F(Text, withDepthIsHitInTheBodiesOfItsLinesFromAnySide)
     EXPECT_EQ(hits(KbVec3f(width - 1, 2, -9), KbVec3f(0, 0, 1)), 1) << "from behind";
     EXPECT_EQ(hits(KbVec3f(width - 1, -height, -9), KbVec3f(0, 0, 1)), 0);
     EXPECT_EQ(hits(KbVec3f(1, 30, -0.5f), KbVec3f(0, -1, 0)), 1) << "from above";
+}
+
+// shows: KsText3::getLineBox
+TEST_F(Text, ofSeveralLinesTellsTheBoxOfEach)
+{
+    text->string = "wide, wide line";
+    text->string.set1Value(1, "i");
+    KsState state;
+    state.edit(state.font) = fontState;
+    const KbBox3f first = text->getLineBox(0, &state), second = text->getLineBox(1, &state);
+    EXPECT_FLOAT_EQ(first.getSize()[0], KsText3::getLineWidth("wide, wide line", fontState));
+    EXPECT_FLOAT_EQ(second.getSize()[0], KsText3::getLineWidth("i", fontState));
+    EXPECT_FLOAT_EQ(first.getMin()[1] - second.getMin()[1],
+                    KsText3::getExtents(fontState).lineHeight);
+    EXPECT_TRUE(text->getLineBox(2, &state).isEmpty());
+    EXPECT_TRUE(text->getLineBox(-1, &state).isEmpty());
 }
 
 TEST_F(Text, thousandsOfLinesMakeFewVertices)

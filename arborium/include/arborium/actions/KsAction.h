@@ -42,6 +42,7 @@ public:
     /// As above; if the code is IN_PATH also the indices of the children that lie on the path.
     PathCode getPathCode(int& numIndices, const int*& indices) const;
 
+    /// Whether the traversal was ended before its time; holds until the next `apply`.
     bool isTerminated() const { return m_now.terminated; }
     /// Ends the traversal: nothing further is visited.
     void terminate() { m_now.terminated = true; }

@@ -10,6 +10,7 @@ class KsNode;
 class ARBORIUM_API KsDetail : public KsTypedObject {
 public:
     static KsType getClassTypeId();
+    /// A new one with the same content; the caller owns it.
     virtual KsDetail* copy() const = 0;
 };
 
@@ -22,6 +23,7 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     KsDetail* copy() const override;
 
+    /// The kit and its part are kept alive by the detail; null is allowed.
     void setNodeKit(KsNode* kit);
     void setPart(KsNode* part);
     void setPartName(const KbName& name) { m_partName = name; }

@@ -12,6 +12,7 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
+    /// The window for which cameras and what depends on it are asked.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     /// The box of the last traversal; empty if nothing has an extent.
     KbBox3f getBoundingBox() const { return m_box; }
@@ -21,18 +22,20 @@ public:
     /// Adds a box given in the space of the present model matrix. An empty box, and one that would
     /// reach beyond all numbers, adds nothing; so does anything beside an applied path.
     void extendBy(const KbBox3f& localBox);
-    /// Adds a box given in the space in which boxes are gathered: that of the root or, below a
-    /// separator, of the separator. To be used with `exchange`.
-    void extendByRootBox(const KbBox3f& box);
-    /// Replaces the box gathered so far, and returns the former one: for nodes that keep the box
-    /// of what is below them.
-    KbBox3f exchange(const KbBox3f& box);
     /// Tells that a box depends on something of the state that was set at `depth`
     /// (`KsState::Element::setAt`): no separator that stands inside of that depth keeps its box.
     void usesStateOf(int depth)
     {
         if (depth < m_outermostUse) m_outermostUse = depth;
     }
+
+    // Plumbing for separators.
+    /// Adds a box given in the space in which boxes are gathered: that of the root or, below a
+    /// separator, of the separator. To be used with `exchange`.
+    void extendByRootBox(const KbBox3f& box);
+    /// Replaces the box gathered so far, and returns the former one: for nodes that keep the box
+    /// of what is below them.
+    KbBox3f exchange(const KbBox3f& box);
     /// TRUE if something in or below the present node changed since it was visited last.
     bool isNodeStale() const { return m_nodeStale; }
     /// The smallest depth reported since it was set; separators save and restore it.

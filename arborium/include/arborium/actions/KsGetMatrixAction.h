@@ -12,6 +12,7 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
+    /// The window for which cameras and what depends on it are asked.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     /// The identity before the first apply.
     const KbMatrix& getMatrix() const { return m_matrix; }

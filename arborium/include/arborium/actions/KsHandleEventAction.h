@@ -27,6 +27,7 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
+    /// The window that positions of events refer to.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     const KbViewportRegion& getViewportRegion() const { return m_viewport; }
     /// Not owned; must live until `apply` returns. Without an event `apply` does nothing.

@@ -13,6 +13,7 @@ class KsNode;
 class ARBORIUM_API KsPath : public KsRefCounter {
 public:
     KsPath() = default;
+    /// Null gives an empty path.
     explicit KsPath(KsNode* head);
     KsPath(const KsPath& other);
     KsPath& operator=(const KsPath& other);
@@ -35,6 +36,7 @@ public:
     /// Shows the first `count` nodes only; -1 shows all.
     void setNumPublic(int count) { m_numPublic = count; }
 
+    /// Begins anew with this node; null empties the path.
     void setHead(KsNode* head);
     /// Appends a node that stands at `childIndex` below the tail.
     void append(KsNode* node, int childIndex);
@@ -66,6 +68,7 @@ public:
 /// A list of paths that holds one reference to each.
 class ARBORIUM_API KsPathList {
 public:
+    /// Null is appended too.
     void append(KsPath* path) { m_paths.emplace_back(path); }
     int getLength() const { return static_cast<int>(m_paths.size()); }
     /// Null if the index is out of range.

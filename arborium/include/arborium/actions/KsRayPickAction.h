@@ -19,7 +19,9 @@ public:
     ~KsPickedPoint();
 
     const KbVec3f& getPoint() const { return m_point; } ///< In world space.
+    /// Of the surface, in world space.
     const KbVec3f& getNormal() const { return m_normal; }
+    /// The point in the space of the shape that was hit.
     KbVec3f getObjectPoint() const;
     float getDistance() const { return m_distance; } ///< Along the ray, in world units.
     /// From the root of the pick to the shape. The point owns it.
@@ -72,8 +74,6 @@ public:
     // For nodes.
     /// FALSE until a ray is known: nothing can be picked yet.
     bool hasRay() const { return m_hasRay; }
-    /// Takes the ray from the camera in force. Called by cameras.
-    void computeRay();
     /// The ray in the space of the present model matrix. Of no direction if the matrix cannot be
     /// inverted or there is no ray: then nothing intersects it.
     const KbLine& getObjectLine();
@@ -87,6 +87,10 @@ public:
     /// Reports where the ray enters a box in object space or, if that does not count, where it
     /// leaves it: what a shape does in pick style BOUNDING_BOX.
     KsPickedPoint* addBoxIntersection(const KbBox3f& objectBox);
+
+    // Plumbing for cameras.
+    /// Takes the ray from the camera in force.
+    void computeRay();
 
 protected:
     void beginTraversal(KsNode* root) override;

@@ -19,6 +19,7 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
+    /// The window that is drawn for; another one makes a new list.
     void setViewportRegion(const KbViewportRegion& viewport);
     const KbViewportRegion& getViewportRegion() const { return m_viewport; }
     /// Brings the list up to date. Nothing is traversed if the root is the same and unchanged. Null
@@ -35,10 +36,10 @@ public:
     /// Adds a mesh with the present state, `local` in front of the model matrix.
     void draw(const KsMeshPtr& mesh);
     void draw(const KsMeshPtr& mesh, const KbMatrix& local);
-    /// For cameras. A list has one view volume: that of the last camera.
-    void setViewVolume(const KbViewVolume& volume);
 
-    // For separators.
+    // Plumbing for cameras and separators.
+    /// A list has one view volume: that of the last camera.
+    void setViewVolume(const KbViewVolume& volume);
     /// Whether something changed at the node that is visited, or below it, since a render action was
     /// last there.
     bool isNodeChanged() const { return m_nodeChanged; }

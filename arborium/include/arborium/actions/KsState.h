@@ -54,6 +54,7 @@ public:
     KsState(const KsState&) = delete;
     KsState& operator=(const KsState&) = delete;
 
+    /// What is set from now on is set back by the matching `pop`.
     void push();
     /// Brings back what was in force at the matching `push`; without one it does nothing.
     void pop();

@@ -10,6 +10,7 @@ public:
     {}
     KbBox2f(const KbVec2f& minimum, const KbVec2f& maximum) : m_min(minimum), m_max(maximum) {}
 
+    /// The corners. Those of an empty rectangle mean nothing.
     const KbVec2f& getMin() const { return m_min; }
     const KbVec2f& getMax() const { return m_max; }
     KbVec2f getCenter() const { return isEmpty() ? KbVec2f() : m_min + (m_max - m_min) * 0.5f; }

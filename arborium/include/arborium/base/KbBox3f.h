@@ -14,6 +14,7 @@ public:
     {}
     KbBox3f(const KbVec3f& minimum, const KbVec3f& maximum) : m_min(minimum), m_max(maximum) {}
 
+    /// The corners. Those of an empty box mean nothing.
     const KbVec3f& getMin() const { return m_min; }
     const KbVec3f& getMax() const { return m_max; }
     KbVec3f getCenter() const { return isEmpty() ? KbVec3f() : m_min + (m_max - m_min) * 0.5f; }
@@ -46,6 +47,7 @@ public:
     {
         return !(m_min[0] <= m_max[0] && m_min[1] <= m_max[1] && m_min[2] <= m_max[2]);
     }
+    /// To the state of a new box, which holds nothing and can be extended.
     void makeEmpty()
     {
         constexpr float top = std::numeric_limits<float>::max();

@@ -11,7 +11,9 @@ public:
     /// and each closest point is `p0`.
     KbLine(const KbVec3f& p0, const KbVec3f& p1) { setValue(p0, p1); }
 
+    /// As the constructor.
     void setValue(const KbVec3f& p0, const KbVec3f& p1);
+    /// The direction need not have length 1; one of no length gives a line of no direction.
     void setPosDir(const KbVec3f& position, const KbVec3f& direction);
 
     const KbVec3f& getPosition() const { return m_position; }

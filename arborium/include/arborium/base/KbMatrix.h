@@ -28,6 +28,7 @@ public:
     float* operator[](int row) { return m_value[row >= 0 && row < 4 ? row : 0]; }
     const float* operator[](int row) const { return m_value[row >= 0 && row < 4 ? row : 0]; }
 
+    /// Each of these forgets what the matrix was before.
     void makeIdentity();
     void setTranslate(const KbVec3f& translation);
     void setScale(float factor);
@@ -78,6 +79,7 @@ public:
     /// The line through the images of two of its points.
     void multLineMatrix(const KbLine& source, KbLine& result) const;
 
+    /// To the last bit.
     bool isIdentity() const;
     /// Whether the last column is 0 0 0 1.
     bool isAffine() const;

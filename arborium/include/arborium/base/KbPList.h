@@ -12,6 +12,7 @@ public:
     /// Reserves room; a capacity below 1 reserves none.
     explicit KbPList(int capacity);
 
+    /// Null may stand in the list.
     void append(void* item) { m_items.push_back(item); }
     /// Before position `index`; a position below 0 counts as 0, one behind the end appends.
     void insert(void* item, int index);

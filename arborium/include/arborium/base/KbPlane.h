@@ -15,6 +15,7 @@ public:
     /// The corners run counter-clockwise for someone whom the normal points at.
     KbPlane(const KbVec3f& p0, const KbVec3f& p1, const KbVec3f& p2);
 
+    /// Of length 1.
     const KbVec3f& getNormal() const { return m_normal; }
     float getDistanceFromOrigin() const { return m_distance; }
     /// With its sign: positive on the side that the normal points to.

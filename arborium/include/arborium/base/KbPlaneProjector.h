@@ -18,9 +18,6 @@ public:
     void setOrientToEye(int orientToEye) { m_orientToEye = orientToEye != 0; }
     bool isOrientToEye() const { return m_orientToEye; }
 
-    /// Where a ray in working space meets the plane; false where it does not.
-    bool intersect(const KbLine& ray, KbVec3f& result) const { return intersectShape(ray, result); }
-
     KbPlaneProjector* copy() const override;
 
 protected:

@@ -11,6 +11,7 @@ class ARBORIUM_API KbProjector {
 public:
     virtual ~KbProjector();
 
+    /// What the screen shows, in world space.
     void setViewVolume(const KbViewVolume& volume) { m_viewVolume = volume; }
     const KbViewVolume& getViewVolume() const { return m_viewVolume; }
     /// The matrix from the working space to the world. The identity by default.
@@ -28,6 +29,8 @@ public:
     /// matrix cannot be inverted.
     bool tryProject(const KbVec2f& point, KbVec3f& result) const;
     bool tryProject(const KbLine& worldRay, KbVec3f& result) const;
+    /// The same for a ray in working space.
+    bool intersect(const KbLine& ray, KbVec3f& result) const { return intersectShape(ray, result); }
 
     /// From the point under `from` to the one under `to`, in working space.
     KbVec3f getVector(const KbVec2f& from, const KbVec2f& to);

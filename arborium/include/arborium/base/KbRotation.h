@@ -20,6 +20,7 @@ public:
 
     static KbRotation identity() { return KbRotation(); }
 
+    /// As the constructors.
     KbRotation& setValue(const KbVec3f& axis, float radians);
     KbRotation& setValue(const KbVec3f& from, const KbVec3f& to);
     /// Is brought to length 1; a quaternion of length zero or one that is not finite gives no
@@ -42,10 +43,12 @@ public:
     /// Multiplies the angle.
     KbRotation& scaleAngle(float factor);
 
+    /// The vector turned; `source` and `result` may be the same.
     void multVec(const KbVec3f& source, KbVec3f& result) const;
     /// From `from` at `t` = 0 to `to` at 1 with even speed, along the shorter way.
     static KbRotation slerp(const KbRotation& from, const KbRotation& to, float t);
 
+    /// Whether nothing is turned; to the last bit.
     bool isIdentity() const;
     /// Whether the quaternions are the same up to their common sign.
     bool equals(const KbRotation& rotation, float tolerance) const;

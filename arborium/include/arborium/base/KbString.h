@@ -56,8 +56,10 @@ public:
     std::u16string toUtf16() const;
     std::string toUtf8() const;
 
+    /// Characters; of a Unicode text UTF-16 units.
     int getLength() const { return static_cast<int>(m_latin1.size()); }
     bool isEmpty() const { return m_latin1.empty(); }
+    /// Latin-1 afterwards, whatever it was.
     void makeEmpty();
 
     /// Where `text` begins at or after `start`; `npos` for nowhere. The empty text is found at `start`.
@@ -90,6 +92,7 @@ public:
     static KbString toString_l(const KbString& format, double value, const char* fallback = "%g");
     static KbString toString_l(const KbString& format, int value, const char* fallback = "%d");
 
+    /// Unicode if either is.
     KbString& operator+=(const KbString& text);
     KbString& operator+=(const char* latin1);
     KbString& operator+=(char latin1);

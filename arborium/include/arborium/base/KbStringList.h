@@ -10,8 +10,11 @@ public:
     KbStringList() = default;
 
     void append(const KbString& text) { m_items.push_back(text); }
+    /// Before position `index`; a position below 0 counts as 0, one behind the end appends.
     void insert(const KbString& text, int index);
+    /// Nothing outside of the list.
     void remove(int index);
+    /// Keeps the first `length` texts; a longer list than this one stays as it is.
     void truncate(int length);
     int getLength() const { return static_cast<int>(m_items.size()); }
     /// The position of the first such text; -1 for none.

@@ -12,7 +12,9 @@ public:
     KbThreadMutex(const KbThreadMutex&) = delete;
     KbThreadMutex& operator=(const KbThreadMutex&) = delete;
 
+    /// Waits until no other thread holds the mutex.
     void lock();
+    /// FALSE, at once, if another thread holds it.
     bool tryLock();
     void unlock();
 

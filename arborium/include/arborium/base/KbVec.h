@@ -83,6 +83,7 @@ public:
         return s;
     }
 
+    /// Calculated in double precision: no overflow for components that squared are no floats.
     float length() const
     {
         double s = 0;

@@ -25,6 +25,7 @@ public:
     void perspective(float fovy, float aspect, float nearVal, float farVal);
     void frustum(float left, float right, float bottom, float top, float nearVal, float farVal);
 
+    /// About the origin, behind what moved the camera so far.
     void rotateCamera(const KbRotation& rotation);
     void translateCamera(const KbVec3f& translation);
     /// Moves the volume, as something in the space, by any matrix.
@@ -74,6 +75,7 @@ public:
     /// The radius of a sphere around `center` that covers `normalizedRadius` of the screen's width.
     float getWorldToScreenScale(const KbVec3f& center, float normalizedRadius) const;
 
+    /// Whether the point is in sight.
     bool intersect(const KbVec3f& point) const;
     /// False only where the box is surely out of sight, so that culling by it is safe. An empty box is
     /// out of sight.

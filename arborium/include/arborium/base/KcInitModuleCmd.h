@@ -8,6 +8,7 @@
 /// Announces modules to the processes of a cluster. In a single process the names are only kept.
 class ARBORIUM_API KcInitModuleCmd {
 public:
+    /// The one of the process; never null.
     static KcInitModuleCmd* Instance();
 
     /// Null is ignored.

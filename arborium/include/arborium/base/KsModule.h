@@ -19,6 +19,7 @@ public:
     const std::string& getVersion() const { return m_version; }
     const std::string& getCompiler() const { return m_compiler; }
     const std::string& getArchitecture() const { return m_architecture; }
+    /// As given; the layer makes nothing of them.
     int getFirstFlag() const { return m_firstFlag; }
     int getSecondFlag() const { return m_secondFlag; }
 

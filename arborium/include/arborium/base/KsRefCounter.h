@@ -12,6 +12,7 @@ public:
     KsRefCounter(const KsRefCounter&) = delete;
     KsRefCounter& operator=(const KsRefCounter&) = delete;
 
+    /// Takes one reference.
     void ref() const { ++m_refCount; }
     /// Gives one reference back; at 0 the object is destroyed. More `unref` than `ref` is ignored.
     void unref() const
@@ -56,6 +57,7 @@ public:
         other.m_object = mine;
         return *this;
     }
+    /// Gives the reference back, and is null.
     void reset()
     {
         T* object = m_object;

@@ -31,7 +31,9 @@ public:
     static void forEach(const std::function<void(KsType)>& visit);
 
     constexpr bool isBad() const { return m_index == 0; }
+    /// As it was registered; empty for the bad type.
     KbName getName() const;
+    /// The bad type at the root.
     KsType getParent() const;
     /// TRUE if this type is `ancestor` or derives from it. FALSE if either is bad.
     bool isDerivedFrom(KsType ancestor) const;
@@ -40,6 +42,7 @@ public:
     KsTypedObject* createInstance() const;
     std::uint16_t getActionIndex() const;
 
+    /// The place in the table; 0 for the bad type.
     constexpr std::uint16_t getIndex() const { return m_index; }
     constexpr bool operator==(KsType other) const { return m_index == other.m_index; }
     constexpr bool operator!=(KsType other) const { return m_index != other.m_index; }

@@ -8,7 +8,9 @@ public:
     virtual ~KsTypedObject();
 
     static KsType getClassTypeId();
+    /// The type of the object itself; `getClassTypeId` is that of the class it is called for.
     virtual KsType getTypeId() const = 0;
+    /// Whether it is of this type or of one derived from it. FALSE for the bad type.
     bool isOfType(KsType type) const { return getTypeId().isDerivedFrom(type); }
 
     /// Checks that `type` is registered under the name of `className` (with or without "Ks") and

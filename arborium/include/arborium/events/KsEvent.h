@@ -13,8 +13,10 @@ public:
     explicit KsEvent(const KbVec2f& position) : m_position(position) {}
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
+    /// Registers the types of events; they also come to be at their first use.
     static void initClasses();
 
+    /// In pixels from the lower left corner of the viewport.
     void setPosition(const KbVec2f& position) { m_position = position; }
     const KbVec2f& getPosition() const { return m_position; }
     /// From (0, 0) at the lower left corner of the viewport to (1, 1).
@@ -62,6 +64,7 @@ public:
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
     Button getButton() const { return m_button; }
+    /// Whether it is such an event; FALSE for null and for other kinds.
     static bool isButtonPress(const KsEvent* event, Button button);
     static bool isButtonRelease(const KsEvent* event, Button button);
 

@@ -73,6 +73,7 @@ public:
     KsInstanceBuilder(const KsInstanceBuilder&) = delete;
     KsInstanceBuilder& operator=(const KsInstanceBuilder&) = delete;
 
+    /// Adds a field and sets the default of its class.
     template <class Field, class Value>
     void field(const char* name, Field& member, const Value& initial)
     {
@@ -93,6 +94,7 @@ public:
     void part(const char* name, KsType type, KsType defaultType, bool nullByDefault,
               const char* parent, const char* rightSibling, bool isList, KsType listContainer,
               KsType listItem, bool isPublic);
+    /// Whether this is the first instance of its class, which fills the record.
     bool isFirst() const { return m_first; }
 
 private:

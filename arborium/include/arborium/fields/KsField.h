@@ -21,8 +21,10 @@ public:
 
     static KsType getClassTypeId();
 
+    /// The object that the field is part of and tells of its changes; null for a field by itself.
     KsFieldContainer* getContainer() const { return m_container; }
     void setContainer(KsFieldContainer* container) { m_container = container; }
+    /// A number that the class of the container gives; the layer makes nothing of it.
     int getFieldType() const { return m_fieldType; }
     void setFieldType(int type) { m_fieldType = static_cast<std::uint8_t>(type); }
     /// A default field is left out of written files. Any change of the value clears the mark.

@@ -38,6 +38,7 @@ public:
     void copyFieldValues(const KsFieldContainer* other);
     bool hasDefaultValues() const;
 
+    /// The fields of the class; never null.
     virtual const KsFieldData* getFieldData() const;
 
     bool readInstance(KsInput* in, unsigned short flags) override;
@@ -49,6 +50,8 @@ public:
     /// Called for fields of one value, and for the assignment of a whole list; only if the class
     /// asked for it by `setValidatesFields`.
     virtual bool validateNewFieldValue(KsField* field, const void* newValue);
+
+    // Plumbing.
     /// Something in or below this container changed: marks what is kept above as stale.
     virtual void markChanged();
     /// Tells the sensors of this container and of what is above it.

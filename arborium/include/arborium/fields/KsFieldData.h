@@ -20,8 +20,6 @@ public:
 
     /// Adds a field that is a member of `container`. A name that exists already is ignored.
     void addField(const KsFieldContainer* container, const KbName& name, const KsField* field);
-    /// Adds a field that a kit holds for one of its parts (the row in its catalog).
-    void addPartField(const KbName& name, int part);
     void addEnumValue(const KbName& enumName, const KbName& valueName, int value);
     /// FALSE if the enum is unknown.
     bool getEnumData(const KbName& enumName, int& count, const int*& values,
@@ -38,18 +36,22 @@ public:
     KsField* getField(const KsFieldContainer* container, int index, bool make = true) const;
     /// -1 if there is none.
     int getIndex(const KbName& name) const;
-    bool isPartField(int index) const;
-    /// Notes the enum of one more enum field, so that instances find it by their place in the order.
-    void addEnumField(const KsEnumData* enums) { m_fieldEnums.push_back(enums); }
-    int getNumEnumFields() const { return static_cast<int>(m_fieldEnums.size()); }
-    /// Null if the index is out of range.
-    const KsEnumData* getFieldEnum(int index) const;
 
     /// Reads fields until something follows that is no field of the class: children or the closing
     /// brace. What is wrong is recorded in the input and read over; FALSE where that cannot be done.
     bool read(KsInput* in, KsFieldContainer* container) const;
     /// Writes the fields that are not default, or connected.
     void write(KsOutput* out, const KsFieldContainer* container) const;
+
+    // Plumbing.
+    /// Adds a field that a kit holds for one of its parts (the row in its catalog).
+    void addPartField(const KbName& name, int part);
+    bool isPartField(int index) const;
+    /// Notes the enum of one more enum field, so that instances find it by their place in the order.
+    void addEnumField(const KsEnumData* enums) { m_fieldEnums.push_back(enums); }
+    int getNumEnumFields() const { return static_cast<int>(m_fieldEnums.size()); }
+    /// Null if the index is out of range.
+    const KsEnumData* getFieldEnum(int index) const;
 
 private:
     struct Entry {

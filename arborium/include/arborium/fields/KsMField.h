@@ -19,6 +19,7 @@ public:
     virtual void insertSpace(int start, int count) = 0;
 
 protected:
+    // Plumbing.
     /// FALSE, with a message, for an index that no field may have.
     static bool canHold(int index);
 };

@@ -20,6 +20,7 @@ template <class V> class KsSFieldOf : public KsField {
 public:
     using Value = V;
 
+    /// Of a connected field the value that it took last.
     const V& getValue() const { return m_value; }
     /// Sets the value and runs the notification, also for an equal value.
     void setValue(const V& value)
@@ -146,6 +147,7 @@ public:
     bool setValue(const KbName& name);
 
 protected:
+    // Plumbing.
     /// FALSE, with a message, for a value that has no name.
     bool accepts(int value) const;
     const KsEnumData* m_enums = nullptr;
@@ -180,6 +182,8 @@ public:
     operator KsNode*() const { return m_value; }
     bool operator==(const KsSFNode& other) const { return m_value == other.m_value; }
     bool operator!=(const KsSFNode& other) const { return m_value != other.m_value; }
+
+    // Plumbing.
     /// A part field of a kit refers to a node that has its place in the scene through another
     /// parent: it does not pass changes up.
     void setPassive() { m_passive = true; }

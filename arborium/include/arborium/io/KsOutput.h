@@ -56,6 +56,7 @@ public:
     /// Gives the object a name that no other object of this output has: its own where possible.
     KbName makeName(const KsBase* object);
 
+    // Plumbing.
     struct Impl;
     Impl& impl() { return *m_impl; }
 

@@ -24,6 +24,7 @@ class ARBORIUM_API KsBaseKit : public KsNode, public KsGetView {
 public:
     KsBaseKit();
 
+    /// The rows of the class.
     virtual const KsNodekitCatalog* getKitCatalog() const { return getNodekitCatalog(); }
 
     /// A part by its name, or by a path of names through kits ("inner.frame"), or an item of a
@@ -63,18 +64,6 @@ public:
     static bool isSearchingChildren();
     static void setSearchingChildren(bool searching);
 
-    // Children other than parts: what classes that hold other elements override. These post a
-    // message and do nothing.
-    virtual void internalAddChild(KsNode* child);
-    virtual void internalInsertChild(KsNode* child, int index);
-    virtual KsNode* internalGetChild(int index) const;
-    virtual int internalFindChild(const KsNode* child) const;
-    virtual void internalRemoveChild(KsNode* child);
-    virtual void internalRemoveChild(int index);
-    virtual void internalRemoveAllChildren();
-    virtual void internalReplaceChild(KsNode* oldChild, KsNode* newChild);
-    virtual void internalReplaceChild(int index, KsNode* newChild);
-
     void fieldHasChanged(KsField* field) override;
     bool validateNewFieldValue(KsField* field, const void* newValue) override;
     KsField* getPartField(int part, bool make) const override;
@@ -91,7 +80,16 @@ protected:
     /// A row of the class's catalog could not be added: posts a message.
     virtual void catalogError();
 
-    // Parts by their row.
+    /// Writes, or counts, the fields: the parts that count as default are left out.
+    virtual void writeFields(KsWriteAction* action);
+    /// Closes what `writeHeader` opened.
+    void endWrite(KsWriteAction* action);
+    void copyContents(const KsNode* from, Copier& copier) override;
+    /// Whether a copy takes over all nodes below the top separator. FALSE for kits that make them
+    /// anew by themselves: a copy then gets only the parts that do not count as default.
+    virtual bool copiesStructure() const { return true; }
+
+    // Plumbing: parts by their row, and what kits that hold other elements do with paths.
     KsNode* partAt(int part) const;
     KsNode* makePart(int part);
     /// `countsAsDefault`: the part is not written to files. `isShared`: copies of the kit hold the
@@ -102,15 +100,6 @@ protected:
     bool isPartShared(int part) const;
     /// Puts the top separator back behind the children if it was truncated away.
     void restoreTopSeparator();
-    /// Writes, or counts, the fields: the parts that count as default are left out.
-    virtual void writeFields(KsWriteAction* action);
-    /// Closes what `writeHeader` opened.
-    void endWrite(KsWriteAction* action);
-    void copyContents(const KsNode* from, Copier& copier) override;
-    /// Whether a copy takes over all nodes below the top separator. FALSE for kits that make them
-    /// anew by themselves: a copy then gets only the parts that do not count as default.
-    virtual bool copiesStructure() const { return true; }
-
     /// Shows the path up to its last node of type `kitType`; a path without one stays as it is.
     static void cutToLastKit(KsPath* path, KsType kitType);
     /// As above for all that a search has found.

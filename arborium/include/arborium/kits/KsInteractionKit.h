@@ -30,11 +30,10 @@ public:
     /// node is the kit or stands above it.
     virtual bool setPartAsPath(const KbName& part, KsPath* path);
 
-    static void init();
-    static void finish();
-
 protected:
     ~KsInteractionKit() override;
+
+    // Plumbing.
     /// The index in a pick path of the last node of a path that stands for a part; -1 if it passes
     /// none.
     int findPartAsPath(const KsPath& pickPath) const;

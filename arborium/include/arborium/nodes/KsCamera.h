@@ -41,6 +41,8 @@ public:
 protected:
     KsCamera();
     ~KsCamera() override;
+
+    // Plumbing.
     /// Sets the fields that say how much is seen, for `corners` relative to the point that the
     /// camera looks at, x to its right, y up, z towards it. Returns the distance to that point.
     virtual float fit(const KbVec3f (&corners)[8], float aspect, float slack) = 0;

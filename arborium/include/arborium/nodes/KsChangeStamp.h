@@ -11,6 +11,7 @@ public:
     KsChangeStamp() { renew(); }
     KsChangeStamp(const KsChangeStamp&) = delete;
     KsChangeStamp& operator=(const KsChangeStamp&) = delete;
+    /// Another number from now on.
     void renew();
     std::uint64_t get() const { return m_value; }
 

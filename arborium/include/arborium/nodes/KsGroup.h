@@ -29,12 +29,30 @@ public:
     KsChildList* getChildren() const override { return &m_children; }
     bool affectsState() const override;
 
+    void internalAddChild(KsNode* child) override { addChild(child); }
+    void internalInsertChild(KsNode* child, int index) override { insertChild(child, index); }
+    KsNode* internalGetChild(int index) const override { return getChild(index); }
+    int internalFindChild(const KsNode* child) const override { return findChild(child); }
+    void internalRemoveChild(KsNode* child) override { removeChild(child); }
+    void internalRemoveChild(int index) override { removeChild(index); }
+    void internalRemoveAllChildren() override { removeAllChildren(); }
+    void internalReplaceChild(KsNode* oldChild, KsNode* newChild) override
+    {
+        replaceChild(oldChild, newChild);
+    }
+    void internalReplaceChild(int index, KsNode* newChild) override
+    {
+        replaceChild(index, newChild);
+    }
+
     void doAction(KsAction* action) override;
     void getBoundingBox(KsGetBoundingBoxAction* action) override;
     void getMatrix(KsGetMatrixAction* action) override;
     void search(KsSearchAction* action) override;
     void write(KsWriteAction* action) override;
     bool readInstance(KsInput* in, unsigned short flags) override;
+    /// Appends the nodes that follow in a file, up to the closing brace or, in a binary one, their
+    /// number. FALSE after an error that the input has recorded.
     virtual bool readChildren(KsInput* in);
 
 protected:

@@ -18,6 +18,8 @@ public:
 protected:
     KsLight();
     ~KsLight() override;
+
+    // Plumbing.
     /// Fills kind and vector, in the space of the node; FALSE if the light has no direction.
     virtual bool describe(KsLightState& light) const = 0;
 };

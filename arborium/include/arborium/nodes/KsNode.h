@@ -65,22 +65,41 @@ public:
     virtual bool affectsState() const { return true; }
     /// The children that are traversed, hidden ones too; null for a node that has none.
     virtual KsChildList* getChildren() const { return nullptr; }
+    // Children, of whatever kind of node: what a class overrides to count as a group. Of other classes
+    // these post a message and do nothing; nothing is found and nothing is there to remove.
+    virtual void internalAddChild(KsNode* child);
+    virtual void internalInsertChild(KsNode* child, int index);
+    virtual KsNode* internalGetChild(int index) const;
+    virtual int internalFindChild(const KsNode* child) const;
+    virtual void internalRemoveChild(KsNode* child);
+    virtual void internalRemoveChild(int index);
+    virtual void internalRemoveAllChildren();
+    virtual void internalReplaceChild(KsNode* oldChild, KsNode* newChild);
+    virtual void internalReplaceChild(int index, KsNode* newChild);
+
     /// 1 for classes that are compiled into a library.
     virtual int getIsBuiltIn() const { return 1; }
     /// The catalog of a kit's class; null for other nodes.
     virtual const KsNodekitCatalog* getNodekitCatalog() const { return nullptr; }
 
+    /// A number for the next class that is registered; a class without fields of a parent takes it.
     static int getNextActionMethodIndex();
     static void incNextActionMethodIndex();
 
     // Parents: every container that holds this node as a child or in a field.
-    void addParent(KsNode* parent);
-    void removeParent(KsNode* parent);
     int getNumParents() const;
     /// Null if the index is out of range.
     KsNode* getParent(int index) const;
     /// TRUE if `node` is this node or stands above it.
     bool isBelow(const KsNode* node) const;
+
+    /// An observer is told of changes until it is removed, also when the node goes.
+    void addObserver(KsSceneObserver* observer);
+    void removeObserver(KsSceneObserver* observer);
+
+    // Plumbing.
+    void addParent(KsNode* parent);
+    void removeParent(KsNode* parent);
     /// FALSE if this node never was a parent of another one.
     bool mayHold() const { return m_wasParent; }
 
@@ -93,9 +112,6 @@ public:
     void markChanged() override;
     void tellSensors(KsField* field) override;
     KsNode* asNode() override { return this; }
-
-    void addObserver(KsSceneObserver* observer);
-    void removeObserver(KsSceneObserver* observer);
     void addSensor(KsNodeSensor* sensor);
     void removeSensor(KsNodeSensor* sensor);
 
@@ -125,9 +141,6 @@ private:
 /// Finds or makes the copies of nodes during one `copy`.
 class ARBORIUM_API KsNode::Copier {
 public:
-    /// With connections to fields outside of what is copied, if asked.
-    explicit Copier(bool copyConnections);
-    ~Copier();
     /// The copy of `node`, made if needed; null for null or for a class that cannot be created. In
     /// deep trees it is filled later.
     KsNode* copyOf(const KsNode* node);
@@ -135,6 +148,11 @@ public:
     void keep(const KsNode* node);
     /// The copy of `node` if it has been made, else `node` itself.
     KsNode* find(const KsNode* node) const;
+
+    // Plumbing: what `KsNode::copy` does.
+    /// With connections to fields outside of what is copied, if asked.
+    explicit Copier(bool copyConnections);
+    ~Copier();
     /// Fills what is still empty and connects the fields. `root` is left without a reference.
     void finish(KsNode* root);
 

@@ -14,6 +14,7 @@ public:
     KsNodeList& operator=(const KsNodeList& other);
     virtual ~KsNodeList();
 
+    /// Null is ignored.
     virtual void append(KsNode* node);
     virtual void insert(KsNode* node, int index);
     virtual void set(int index, KsNode* node);

@@ -40,6 +40,7 @@ public:
         float lineHeight; ///< From one base line to the next.
     };
     static Extents getExtents(const KsFontState& font);
+    /// How far a line advances, blanks at its ends included.
     static float getLineWidth(const KbString& line, const KsFontState& font);
     /// The widths of the first i characters of a line, for i from 0 to its length: where a caret
     /// stands, and where to wrap. Never falling; in time proportional to the length.

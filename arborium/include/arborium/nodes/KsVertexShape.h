@@ -23,6 +23,8 @@ protected:
     KsVertexShape();
     ~KsVertexShape() override;
     void reportUse(KsGetBoundingBoxAction* action) override;
+
+    // Plumbing.
     /// Lists the corners of faces or lines over so many points. FALSE if something in the fields
     /// makes no sense: that is reported once, with what else is wrong.
     virtual bool listCorners(std::size_t numPoints, KsFaceList& list) const = 0;

@@ -16,6 +16,7 @@ public:
     enum ShadeModel { FLAT = 0x1D00, SMOOTH = 0x1D01 };
     enum Attributes { LIGHTING_BIT = 0x40 }; ///< the shade model
 
+    /// As the calls of OpenGL with these names.
     static void begin(Primitive primitive);
     static void end();
     static void color3f(float red, float green, float blue);

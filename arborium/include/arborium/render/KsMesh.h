@@ -28,6 +28,7 @@ struct ARBORIUM_API KsMesh {
     ~KsMesh();
     KsMesh(const KsMesh&) = delete;
     KsMesh& operator=(const KsMesh&) = delete;
+    /// Around all positions that are numbers.
     void computeBox();
 };
 using KsMeshPtr = std::shared_ptr<const KsMesh>;

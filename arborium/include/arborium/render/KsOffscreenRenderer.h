@@ -41,8 +41,6 @@ public:
     void setSupersampling(int factor);
     /// Takes over background and samples.
     void copyLookOf(const KsOffscreenRenderer& other);
-    /// As `setSupersampling`.
-    void setScale(int factor) { setSupersampling(factor); }
 
     /// Brings the picture up to date. The scene is first measured if it changed, so that what
     /// builds itself at need is there. If neither the scene nor a setting changed since the last

@@ -21,10 +21,12 @@ public:
     KsSensor(const KsSensor&) = delete;
     KsSensor& operator=(const KsSensor&) = delete;
 
+    /// Null calls nobody.
     void setFunction(KsSensorCallback function) { m_function = function; }
     void setData(void* data) { m_data = data; }
     KsSensorCallback getFunction() const { return m_function; }
     void* getData() const { return m_data; }
+    /// Lets the sensor run, and takes that back.
     virtual void schedule() = 0;
     virtual void unschedule() = 0;
     virtual bool isScheduled() const = 0;
@@ -48,6 +50,7 @@ public:
 
     KsDelayQueueSensor(KsSensorCallback function, void* data) : KsSensor(function, data) {}
     ~KsDelayQueueSensor() override;
+    /// A sensor that is waiting takes its new place.
     void setPriority(std::uint32_t priority);
     std::uint32_t getPriority() const { return m_priority; }
     /// Scheduling a scheduled sensor does nothing; with priority 0 it triggers at once.
@@ -75,10 +78,12 @@ public:
     KsField* getTriggerField() const { return m_triggerField; }
     /// The node in which the change began, as above.
     KsNode* getTriggerNode() const { return m_triggerNode; }
-    /// Called by the notification: fires or schedules.
-    void notify(KsField* field, KsNode* node);
     /// What is watched is about to go: by default the sensor is detached.
     virtual void dyingReference() = 0;
+
+    // Plumbing.
+    /// Called by the notification: fires or schedules.
+    void notify(KsField* field, KsNode* node);
 
 protected:
     KsDataSensor(KsSensorCallback function, void* data) : KsDelayQueueSensor(function, data) {}
@@ -116,6 +121,7 @@ class ARBORIUM_API KsNodeSensor : public KsDataSensor {
 public:
     KsNodeSensor(KsSensorCallback function, void* data) : KsDataSensor(function, data) {}
     ~KsNodeSensor() override;
+    /// Watches `node` instead of what it watched before; null detaches.
     void attach(KsNode* node);
     void detach();
     KsNode* getAttachedNode() const { return m_node; }
