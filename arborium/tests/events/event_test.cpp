@@ -161,6 +161,27 @@ TEST_F(Events, grabberAloneGetsThemUntilItReleases)
     EXPECT_EQ(heard, (Names{"ear", "ear"}));
 }
 
+// shows: KsHandleEventAction::releaseAllGrabs
+TEST_F(Events, grabEndsBeforeALoopOfItsOwnBegins)
+{
+    struct Opener {
+        static void call(void* data, KsEventCallback* node)
+        {
+            auto* handler = static_cast<KsHandleEventAction*>(data);
+            handler->setGrabber(node);
+            EXPECT_EQ(handler->getGrabber(), node);
+            KsHandleEventAction::releaseAllGrabs();
+            EXPECT_EQ(handler->getGrabber(), nullptr);
+        }
+    };
+    auto* opener = new KsEventCallback;
+    opener->addEventCallback(KsEvent::getClassTypeId(), Opener::call, &action);
+    root->addChild(opener);
+    move(0, 0);
+    EXPECT_EQ(action.getGrabber(), nullptr);
+    KsHandleEventAction::releaseAllGrabs(); // nothing is being handed on
+}
+
 TEST_F(Events, grabEndsWhenTheGrabberIsTakenOutOrDeleted)
 {
     const int before = KsBase::getNumInstances();

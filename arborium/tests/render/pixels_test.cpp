@@ -388,17 +388,17 @@ TEST_F(Pixels, aPictureThatIsTooLargeIsCutToTheLimitWithAMessage)
 // KsOffscreenRenderer::releaseScene
 TEST_F(Pixels, aPictureTakesTheLookOfAnotherOne)
 {
-    KsOffscreenRenderer model(KbViewportRegion(20, 20)), renderer(KbViewportRegion(20, 20));
+    KsOffscreenRenderer model(KbViewportRegion(20, 20)), other(KbViewportRegion(20, 20));
     model.setBackgroundColor(KbColor(0, 0, 1));
     model.setSamples(1);
-    renderer.copyLookOf(model);
+    other.copyLookOf(model);
     const KsRef<KsSeparator> root(new KsSeparator);
-    ASSERT_TRUE(renderer.render(root));
-    EXPECT_EQ(renderer.getImage()[2], 255);
+    ASSERT_TRUE(other.render(root));
+    EXPECT_EQ(other.getImage()[2], 255);
     const int held = root->getRefCount();
-    renderer.releaseScene();
+    other.releaseScene();
     EXPECT_EQ(root->getRefCount(), held - 1);
-    EXPECT_EQ(renderer.getImage()[2], 255) << "the picture stays";
+    EXPECT_EQ(other.getImage()[2], 255) << "the picture stays";
 }
 
 // shows: KsGLContext::getRendererName, KsGLContext::Current
