@@ -29,8 +29,19 @@ struct KsDragger::Callbacks {
     }
 };
 
-/// One drag, from the press to the last finish callback.
+/// One drag, from the press to the last finish callback. It dies with the grab.
 struct KsDragger::Drag {
+    Drag() = default;
+    Drag(const Drag&) = delete;
+    Drag& operator=(const Drag&) = delete;
+    ~Drag()
+    {
+        // Unless the dragger is dragged anew.
+        if (dragger && !wasReleased && !dragger->isDragging()) dragger->dragLost();
+    }
+
+    KsDragger* dragger = nullptr; // held by the path
+    bool wasReleased = false;
     KsRef<KsPath> pickPath;
     KsRef<KsPath> path; // to the dragger
     KbVec3f localStart{0, 0, 0};
@@ -206,6 +217,7 @@ void KsDragger::handleEvent(KsHandleEventAction* action)
     const auto present = m_drag.lock();
     if (!present || present->byTracker != event->isOfType(KsTrackerEvent::getClassTypeId())) return;
     if (isRelease(event)) {
+        present->wasReleased = true;
         action->releaseGrabber();
         run(Finish, action, present);
     } else if (isMotion(event)) {
@@ -243,6 +255,7 @@ void KsDragger::start(KsHandleEventAction* action)
     const auto made = std::make_shared<Drag>();
     made->pickPath = hit->getPath()->copy();
     made->path = action->getCurPath()->copy();
+    made->dragger = this;
     made->byTracker = action->getEvent()->isOfType(KsTrackerEvent::getClassTypeId());
     made->viewport = action->getViewportRegion();
     made->worldStart = hit->getPoint();

@@ -63,11 +63,13 @@ public:
                    "geomSeparator", "", false, KsType::badType(), KsType::badType(), KsPublicPart);
     }
     KsSFInt32 size;
+    int dragsLost = 0;
 
     using KsBaseKit::restoreTopSeparator;
 
 protected:
     ~KsPanel() override = default;
+    void dragLost() override { ++dragsLost; }
 };
 
 /// What every test of a kit begins with.

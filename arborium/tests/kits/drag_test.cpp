@@ -384,6 +384,111 @@ TEST_F(Drag, sceneAndActionMayDieDuringIt)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+TEST_F(Drag, thatIsLostIsToldOnce)
+{
+    const auto leaveScene = [&] { root->removeChild(1); };
+    const auto giveBack = [&] { action.releaseGrabber(); };
+    for (const std::function<void()>& lose : {std::function<void()>(leaveScene), {giveBack}}) {
+        const KsRef<KsPanel> panel(makePanel(0, 0));
+        Log log{"", &lines, nullptr};
+        listen(panel, &log);
+        root->addChild(panel);
+        press(0, 0);
+        move(1, 0);
+        EXPECT_EQ(panel->dragsLost, 0);
+        lose();
+        move(2, 0);
+        release(2, 0);
+        EXPECT_EQ(panel->dragsLost, 1);
+        root->removeAllChildren();
+        root->addChild(camera);
+    }
+    EXPECT_EQ(lines, (Lines{"start", "motion", "start", "motion"}));
+}
+
+TEST_F(Drag, thatIsReleasedIsNotLost)
+{
+    const KsRef<KsPanel> panel(makePanel(0, 0));
+    // Not even if the release takes the dragger or the grab away.
+    Log log{"", &lines, [&](const char* what, KsDragger*) {
+                if (std::string(what) != "finish") return;
+                KsHandleEventAction::releaseAllGrabs();
+                root->removeChild(1);
+            }};
+    listen(panel, &log);
+    root->addChild(panel);
+    press(0, 0);
+    move(1, 0);
+    release(1, 0);
+    EXPECT_EQ(lines, (Lines{"start", "motion", "finish"}));
+    EXPECT_EQ(panel->dragsLost, 0);
+}
+
+TEST_F(Drag, thatIsLostInACallbackIsToldBehindIt)
+{
+    for (const std::string when : {"start", "motion"}) {
+        lines.clear();
+        const KsRef<KsPanel> panel(makePanel(0, 0));
+        Log log{"", &lines, [&](const char* what, KsDragger*) {
+                    if (what != when) return;
+                    KsHandleEventAction::releaseAllGrabs();
+                    EXPECT_NE(panel->getPickPath(), nullptr) << "the callback goes on";
+                    EXPECT_EQ(panel->dragsLost, 0);
+                }};
+        listen(panel, &log);
+        root->addChild(panel);
+        press(0, 0);
+        EXPECT_EQ(panel->dragsLost, when == "start" ? 1 : 0);
+        move(1, 0);
+        EXPECT_EQ(panel->dragsLost, 1);
+        move(2, 0);
+        release(2, 0);
+        EXPECT_EQ(lines.back(), when);
+        EXPECT_EQ(panel->dragsLost, 1);
+        root->removeChild(1);
+    }
+}
+
+TEST_F(Drag, isLostWithTheActionAndWithTheScene)
+{
+    const KsRef<KsPanel> panel(makePanel(0, 0));
+    Log log{"", &lines, nullptr};
+    listen(panel, &log);
+    root->addChild(panel);
+    {
+        KsHandleEventAction own{KbViewportRegion(100, 100)};
+        const KsMouseButtonEvent down(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN,
+                                      pixel(0, 0));
+        own.setEvent(&down);
+        own.apply(root.get());
+        EXPECT_EQ(panel->dragsLost, 0);
+    }
+    EXPECT_EQ(panel->dragsLost, 1);
+    press(0, 0);
+    const KsRef<KsSeparator> former = root;
+    root = new KsSeparator;
+    root->addChild(camera.get());
+    move(1, 0);
+    EXPECT_EQ(panel->dragsLost, 2);
+}
+
+TEST_F(Drag, ofADraggerUnderTwoActionsIsLostWithTheLastOne)
+{
+    const KsRef<KsPanel> panel(makePanel(0, 0));
+    Log log{"", &lines, nullptr};
+    listen(panel, &log);
+    root->addChild(panel);
+    KsHandleEventAction second{KbViewportRegion(100, 100)};
+    const KsMouseButtonEvent down(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN, pixel(0, 0));
+    press(0, 0);
+    second.setEvent(&down);
+    second.apply(root.get());
+    action.releaseGrabber();
+    EXPECT_EQ(panel->dragsLost, 0) << "it is dragged still";
+    second.releaseGrabber();
+    EXPECT_EQ(panel->dragsLost, 1);
+}
+
 // shows: KsDragger::addMotionCallback, KsDragger::removeMotionCallback
 TEST_F(Drag, callbacksMayBeAddedAndRemovedByCallbacks)
 {

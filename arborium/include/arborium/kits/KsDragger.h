@@ -18,8 +18,9 @@ using KsDraggerCallback = void (*)(void* data, KsDragger* dragger);
 /// if a callback is registered and no dragger further in on the pick path has one. Then the start
 /// callbacks run, the motion callbacks while the pointer moves, and the finish callbacks at the
 /// release; the grab is given back before the finish callbacks run, so that these may open a
-/// dialog with an event loop of its own. A dragger that leaves the scene, or dies, during a drag
-/// gets no further callback. Other presses during a drag are swallowed.
+/// dialog with an event loop of its own. A dragger that loses the grab before that, since it left the
+/// scene or the grab was taken from it, gets no further callback, but `dragLost`. Other presses
+/// during a drag are swallowed.
 class ARBORIUM_API KsDragger : public KsInteractionKit {
     KS_KIT_HEADER(KsDragger);
 
@@ -69,6 +70,9 @@ public:
 
 protected:
     ~KsDragger() override;
+    /// The drag is over, and no release ended it: what it has changed for as long as it lasts is to
+    /// be put back. Called once, behind the callback in which the grab was lost if it was in one.
+    virtual void dragLost() {}
 
 private:
     enum Phase { Start, Motion, Finish };
