@@ -55,6 +55,7 @@ protected:
     void create3DControl() override;
     void update3DControl() override;
     void armSensors() override;
+    void abandonDrag3D() override;
 
 private:
     static void startCB3D(void* data, KsDragger* dragger);

@@ -165,6 +165,10 @@ protected:
     void destroy() override;
     /// A copy is not built; it makes its 3D form anew.
     bool copiesStructure() const override { return false; }
+    void dragLost() final;
+    /// A press or drag in a scene ends without its release (a message box was shown, or the element
+    /// left the scene): what shows or hides something for as long as it lasts is put back.
+    virtual void abandonDrag3D() {}
 
     // Auditors. The list holds plain pointers; the application owns what they point to.
     void addAuditor(KsAuditor* auditor);
@@ -315,6 +319,8 @@ protected:
     static float centreY(const KbBox3f& box);
     /// TRUE if the press or click that is being handled is on one of the parts.
     bool isPicked(std::initializer_list<const char*> parts);
+    /// The switches of these parts show the released look if they showed the pressed one.
+    void release3DParts(std::initializer_list<const char*> switches);
     /// Closes what another element has open; nothing stays open here.
     void closeOther3D();
 

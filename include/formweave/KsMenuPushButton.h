@@ -42,6 +42,7 @@ protected:
     void create3DEntry() override;
     void update3DEntry() override;
     void armSensors() override;
+    void abandonDrag3D() override;
     static void startCB3D(void* data, KsDragger* dragger);
     static void finishCB3D(void* data, KsDragger* dragger);
 

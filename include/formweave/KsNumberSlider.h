@@ -28,6 +28,7 @@ public:
 
 protected:
     KsNumberSlider() = default;
+    void abandonDrag3D() override;
 
 private:
     float positionOf(Number number) const;

@@ -94,6 +94,7 @@ protected:
     void create3DControl() override;
     void update3DControl() override;
     void armSensors() override;
+    void abandonDrag3D() override;
 
 private:
     struct WindowPage {

@@ -134,6 +134,7 @@ protected:
     void childrenChanged() override;
     void writeFields(KsWriteAction* action) override;
     void copyContents(const KsNode* from, Copier& copier) override;
+    void abandonDrag3D() override;
 
 private:
     friend class KsDialogComponent;
@@ -166,6 +167,7 @@ private:
     void draggerStartCallback3D();
     void draggerMotionCallback3D();
     void draggerFinishCallback3D();
+    void bringBackHiddenChildren();
     void create3DTopLevelDialog();
     void update3DTopLevelDialog();
     void update3DLabel();

@@ -567,6 +567,11 @@ void KsDialogEditText::draggerMotionCallback3D()
     update3DTextScrollPosition();
 }
 
+void KsDialogEditText::abandonDrag3D()
+{
+    release3DParts({"downSwitch", "upSwitch", "leftSwitch", "rightSwitch"});
+}
+
 void KsDialogEditText::draggerFinishCallback3D()
 {
     const auto release = [this](const char* part) { setSwitchValue(getAnyPart(part, false), 0); };

@@ -219,11 +219,16 @@ void KsDialogPushButton::draggerStartCallback3D()
     if (m_build2D) changeButtonState(1);
 }
 
-void KsDialogPushButton::draggerFinishCallback3D()
+void KsDialogPushButton::abandonDrag3D()
 {
-    const KsKeepAlive keep(this);
     set3DInactive();
     change3DButtonState(0);
     if (m_build2D) changeButtonState(0);
+}
+
+void KsDialogPushButton::draggerFinishCallback3D()
+{
+    const KsKeepAlive keep(this);
+    abandonDrag3D(); // what a press shows ends in either case
     applyDlgCptAuditor();
 }

@@ -161,6 +161,22 @@ bool KsFormweave::isPicked(std::initializer_list<const char*> parts)
            });
 }
 
+void KsFormweave::release3DParts(std::initializer_list<const char*> switches)
+{
+    for (const char* part : switches) {
+        auto* looks = ksCast<KsSwitch>(getAnyPart(part, false));
+        if (looks && looks->whichChild == 1) looks->whichChild = 0;
+    }
+}
+
+void KsFormweave::dragLost()
+{
+    // A viewer may end its drag when the library has ended.
+    if (!isInitialized()) return;
+    const KsKeepAlive keep(this);
+    abandonDrag3D();
+}
+
 void KsFormweave::closeOther3D()
 {
     set3DCurrentActive(this);

@@ -136,6 +136,8 @@ void KsMenuPushButton::change3DEnable()
 
 void KsMenuPushButton::draggerStartCallback3D() { show3DPressed(true); }
 
+void KsMenuPushButton::abandonDrag3D() { show3DPressed(false); }
+
 void KsMenuPushButton::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);

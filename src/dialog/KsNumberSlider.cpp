@@ -243,6 +243,14 @@ template <class Field> void KsNumberSlider<Field>::setValue()
     applyDlgCptAuditor();
 }
 
+template <class Field> void KsNumberSlider<Field>::abandonDrag3D()
+{
+    // What was not taken into `value` does not count.
+    if (valueAt(m_position) == value) return;
+    setValueFromSlider(positionOf(value));
+    refreshViews();
+}
+
 template <class Field> void KsNumberSlider<Field>::changeEditValue()
 {
     showEditText(print(valueAt(m_position)));

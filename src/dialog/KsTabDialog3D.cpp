@@ -375,6 +375,8 @@ void KsTabDialog::draggerStartCallback3D()
     }
 }
 
+void KsTabDialog::abandonDrag3D() { release3DParts({"lButtonSwtch", "rButtonSwtch"}); }
+
 void KsTabDialog::draggerFinishCallback3D()
 {
     const KsKeepAlive keep(this);

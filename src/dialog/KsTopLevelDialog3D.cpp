@@ -317,6 +317,8 @@ void KsTopLevelDialog::draggerStartCallback3D()
 {
     const KsPath* path = getPickPath();
     if (!path) return;
+    // First, since auditors that hear of it may show a box, which takes the release.
+    set3DCurrentActive(this);
     if (path->containsNode(getAnyPart("minSep", false))) {
         setSwitchValue(getAnyPart("minSwtch", false), 1);
     } else if (path->containsNode(getAnyPart("frameSep", false))) {
@@ -331,7 +333,6 @@ void KsTopLevelDialog::draggerStartCallback3D()
             m_childrenHiddenByDrag = true;
         }
     }
-    set3DCurrentActive(this);
 }
 
 void KsTopLevelDialog::draggerMotionCallback3D()
@@ -355,14 +356,24 @@ void KsTopLevelDialog::draggerMotionCallback3D()
     change3DPosition();
 }
 
+void KsTopLevelDialog::bringBackHiddenChildren()
+{
+    if (!m_childrenHiddenByDrag) return;
+    m_childrenHiddenByDrag = false;
+    update3DChildrenPosition();
+    show3DChildren(m_show3D && !isStrip());
+}
+
+void KsTopLevelDialog::abandonDrag3D()
+{
+    bringBackHiddenChildren();
+    release3DParts({"minSwtch"});
+}
+
 void KsTopLevelDialog::draggerFinishCallback3D()
 {
     const KsPath* path = getPickPath();
-    if (m_childrenHiddenByDrag) {
-        m_childrenHiddenByDrag = false;
-        update3DChildrenPosition();
-        show3DChildren(m_show3D && !isStrip());
-    }
+    bringBackHiddenChildren();
     if (!path || !path->containsNode(getAnyPart("minSep", false))) return;
     setSwitchValue(getAnyPart("minSwtch", false), 0);
     const bool wasMinimized = minimized;

@@ -1,60 +1,13 @@
 // Message boxes, closed by a person while `show` waits.
 
-#include <arborium/kits/KsDragger.h>
+#include "Person.h"
+
 #include <arborium/qt/KsQt.h>
 #include <dialog/Stage.h>
 
 #include <MessageGuard.h>
-#include <QAbstractButton>
-#include <QMessageBox>
-#include <QTimer>
 
 namespace {
-
-/// What a person saw of a box, who then pressed a button of it.
-struct Seen {
-    bool shown = false;
-    QString caption, text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    bool hasPixmap = false;
-    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
-    Qt::TextFormat format = Qt::AutoText;
-    QWidget* parent = nullptr;
-};
-
-class Person {
-public:
-    explicit Person(QMessageBox::StandardButton answer) : m_answer(answer)
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { look(); });
-        m_timer.start(1);
-    }
-    std::function<void()> meanwhile;
-    Seen seen;
-
-private:
-    void look()
-    {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || seen.shown) return;
-        seen = {true,
-                box->windowTitle(),
-                box->text(),
-                box->icon(),
-                !box->iconPixmap().isNull(),
-                box->standardButtons(),
-                box->textFormat(),
-                box->parentWidget()};
-        m_timer.stop();
-        if (meanwhile) meanwhile();
-        if (QAbstractButton* button = box->button(m_answer))
-            QTest::mouseClick(button, Qt::LeftButton);
-        else
-            ADD_FAILURE() << "there is no such button";
-    }
-    QMessageBox::StandardButton m_answer;
-    QTimer m_timer;
-};
 
 class MessageDialog : public testing::Test {
 protected:
@@ -226,49 +179,4 @@ TEST_F(MessageDialog, hasNothingInAScene)
     KsGetBoundingBoxAction action(KbViewportRegion(100, 100));
     action.apply(dialog.get());
     EXPECT_TRUE(action.getBoundingBox().isEmpty());
-}
-
-namespace {
-
-class Shower : public KsDialogAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox*) override { show(); }
-    void dialogComboBox(KsDialogComboBox*) override { show(); }
-    void dialogPushButton(KsDialogPushButton*) override { show(); }
-    int shown = 0;
-
-private:
-    void show()
-    {
-        ++shown;
-        Person person(QMessageBox::Ok);
-        dialog->show();
-        EXPECT_TRUE(person.seen.shown);
-    }
-    KsRef<KsMessageDialog> dialog{new KsMessageDialog};
-};
-
-} // namespace
-
-TEST(MessageInAScene, leavesNothingDraggedBehind)
-{
-    Stage stage("TopLevelDialog { label \"D\" DialogCheckBox { auditorID \"box\" label \"A\" } "
-                "DialogComboBox { auditorID \"combo\" items [ \"one\", \"two\", \"three\" ] } "
-                "DialogPushButton { auditorID \"button\" buttonLabel \"Press\" } "
-                "DialogCheckBox { auditorID \"last\" label \"B\" } }",
-                Stage::Scene);
-    Shower shower;
-    stage.dialog->addAuditor(&shower);
-    auto* box = stage.find<KsDialogCheckBox>("box");
-    stage.clickPart(box, "stateSep");
-    EXPECT_EQ(shower.shown, 1);
-    // A choice from a list is told at the press; the release never comes.
-    auto* combo = stage.find<KsDialogComboBox>("combo");
-    stage.clickPart(combo, "buttonSep");
-    stage.press(stage.placeOf(combo, "itemsSwitch"));
-    EXPECT_EQ(shower.shown, 2);
-    stage.dialog->removeAuditor(&shower);
-    auto* last = stage.find<KsDialogCheckBox>("last");
-    stage.clickPart(last, "stateSep");
-    EXPECT_TRUE(last->state) << "nobody has the events to himself";
 }
