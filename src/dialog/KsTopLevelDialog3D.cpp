@@ -217,6 +217,7 @@ void KsTopLevelDialog::placeStrip()
 
 void KsTopLevelDialog::connectPositions()
 {
+    if (!isBuilt3D()) return;
     KsSFVec3f& driven = isStrip() ? position3D : minimized3DPosition;
     KsSFVec3f& live = isStrip() ? minimized3DPosition : position3D;
     // What the application connected them from stays.
@@ -230,12 +231,13 @@ void KsTopLevelDialog::connectPositions()
 
 void KsTopLevelDialog::updateMinimizedState()
 {
+    // The places of a panel that is not there stay as the application wrote them.
+    if (!isBuilt3D()) return;
     const KsKeepAlive keep(this);
     // A panel that was never a strip shrinks in place.
     if (m_firstMinimize) minimized3DPosition = position3D;
     m_firstMinimize = 0;
     if (!independentMinimizedPosition) connectPositions();
-    if (!isBuilt3D()) return;
     if (minimized)
         minimize3DDialog();
     else

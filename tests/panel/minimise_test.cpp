@@ -274,15 +274,39 @@ TEST_F(Strip, aPanelThatIsBuiltMinimizedStandsOpenUntilTheFieldChanges)
 
 TEST_F(Strip, ofADialogThatHasAWindowOnlyChangesNothing)
 {
-    const auto dialog = read<>("TopLevelDialog { position3D 1 2 3 minimized3DPosition 4 5 6 "
-                               "DialogCheckBox { auditorID \"a\" } }");
-    dialog->buildDialog();
-    dialog->minimized = true;
-    EXPECT_FALSE(dialog->isBuilt3D());
-    EXPECT_TRUE(isNear(dialog->minimized3DPosition, KbVec3f(4, 5, 6)));
-    dialog->minimized = false;
-    EXPECT_TRUE(isNear(dialog->position3D, KbVec3f(1, 2, 3)));
-    delete dialog->getBaseWidget();
+    for (const char* independent : {"TRUE", "FALSE"}) {
+        SCOPED_TRACE(independent);
+        const auto dialog =
+            read<>("TopLevelDialog { position3D 100 50 0 minimized3DPosition 4 5 6 "
+                   "independentMinimizedPosition " +
+                   std::string(independent) + " DialogCheckBox { auditorID \"a\" } }");
+        dialog->buildDialog();
+        const auto expectItsPlaces = [&] {
+            EXPECT_TRUE(isNear(dialog->position3D, KbVec3f(100, 50, 0)));
+            EXPECT_TRUE(isNear(dialog->minimized3DPosition, KbVec3f(4, 5, 6)));
+            EXPECT_FALSE(dialog->position3D.isConnected());
+            EXPECT_FALSE(dialog->minimized3DPosition.isConnected());
+        };
+        for (const bool minimized : {true, false, true}) {
+            dialog->minimized = minimized;
+            expectItsPlaces();
+        }
+        const bool isIndependent = dialog->independentMinimizedPosition;
+        dialog->independentMinimizedPosition = !isIndependent;
+        expectItsPlaces();
+        dialog->independentMinimizedPosition = isIndependent;
+        dialog->minimized = false;
+        EXPECT_FALSE(dialog->isBuilt3D());
+        // A panel that is built later begins as one that was read does.
+        scene->addChild(dialog.get());
+        frame();
+        EXPECT_TRUE(isNear(corner(dialog), KbVec3f(100, 50, 0)));
+        clickButton(dialog);
+        EXPECT_TRUE(isNear(corner(dialog), KbVec3f(100, 50, 0)));
+        EXPECT_EQ(dialog->position3D.isConnected(), !isIndependent);
+        delete dialog->getBaseWidget();
+        scene->removeChild(scene->findChild(dialog.get()));
+    }
 }
 
 TEST_F(Strip, thePressedButtonShowsIt)
