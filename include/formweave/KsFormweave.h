@@ -81,6 +81,7 @@ public:
     static void setSkinsDirectories(KbString directories);
     /// "$ARBHOME/data/Formweave/skins/" if ARBHOME is set, then FORMWEAVE_SKINS_DIR.
     static KbString getSkinsDirectories();
+    // A part is the named group that a skin holds; if none holds one, the first there is.
     /// Gives the nodes that used the part before `free3DSkin` its new content.
     static void load3DSkin(KbString partName);
     /// Empties a part and sets it aside, its identity intact, for `load3DSkin`.
@@ -245,6 +246,8 @@ protected:
     static void readDefaultSkinsParts(const KbString& fileName, const char* builtIn);
     static void change3DSkin();
     void loadFontProperties();
+    /// The part shows the look of that name of the skin; it is empty if the skin has none.
+    void setPartFromSkin(const char* part, const char* skinName);
     void writeNode(char* fileName);
 
     // Placement in 3D.

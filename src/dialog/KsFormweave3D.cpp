@@ -97,7 +97,7 @@ void KsFormweave::dress3D(KsSkinFamily* family, std::initializer_list<PartLook> 
 {
     loadFontProperties();
     if (family) family->loadOnce();
-    for (const PartLook& look : looks) setPartAsDefault(look.part, look.skinName, true);
+    for (const PartLook& look : looks) setPartFromSkin(look.part, look.skinName);
 }
 
 void KsFormweave::insertFirst(KsNode* node, const char* part)

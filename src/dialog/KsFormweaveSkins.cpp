@@ -30,6 +30,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace {
 
@@ -65,10 +67,60 @@ KbString decoded(const KbString& text)
     return characters.toUtf8() == text.toLatin1() ? characters : text;
 }
 
-KsGroup* groupNamed(const KbString& name)
+// The named groups of what was read, whatever name they have now.
+std::unordered_map<const KsNode*, KsRef<KsGroup>>& skinParts()
 {
-    return static_cast<KsGroup*>(
-        KsBase::getFirstNamed(KbName(name.getString()), KsGroup::getClassTypeId()));
+    static auto& parts = *new std::unordered_map<const KsNode*, KsRef<KsGroup>>;
+    return parts;
+}
+
+void keepSkin(KsGroup* root)
+{
+    skinRoots().append(root);
+    std::unordered_set<KsGroup*> met;
+    std::vector<KsGroup*> open{root};
+    while (!open.empty()) {
+        KsGroup* group = open.back();
+        open.pop_back();
+        if (!met.insert(group).second) continue;
+        if (!group->getName().isEmpty()) skinParts().emplace(group, group);
+        for (int i = 0; i < group->getNumChildren(); ++i)
+            if (auto* below = ksCast<KsGroup>(group->getChild(i))) open.push_back(below);
+    }
+}
+
+// An application's own nodes may bear the name of a part: that of a skin is meant.
+enum class Among { Skins, SkinsFirst };
+
+KsGroup* groupNamed(const KbString& name, Among among)
+{
+    KsNodeList named;
+    KsNode::getByName(KbName(name.getString()), named);
+    KsGroup* other = nullptr;
+    for (int i = 0; i < named.getLength(); ++i) {
+        auto* group = ksCast<KsGroup>(named[i]);
+        if (group && skinParts().count(group)) return group;
+        if (!other) other = group;
+    }
+    return among == Among::SkinsFirst ? other : nullptr;
+}
+
+void freePart(const KbString& name, Among among)
+{
+    KsGroup* part = groupNamed(name, among);
+    if (!part) return;
+    part->setName(KbName((KbString(temporaryPrefix) + name).getString()));
+    part->removeAllChildren();
+}
+
+void loadPart(const KbString& name, Among among)
+{
+    KsGroup* old = groupNamed(KbString(temporaryPrefix) + name, among);
+    KsGroup* fresh = groupNamed(name, among);
+    if (!old || !fresh) return;
+    for (int i = 0; i < fresh->getNumChildren(); ++i) old->addChild(fresh->getChild(i));
+    fresh->setName(KbName());
+    old->setName(KbName(name.getString()));
 }
 
 } // namespace
@@ -141,7 +193,7 @@ const KsNodeList& KsFormweave::getSkinRoots() { return skinRoots(); }
 void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* builtIn)
 {
     if (KsGroup* root = readFromFile(fileName)) {
-        skinRoots().append(root);
+        keepSkin(root);
         return;
     }
     static bool firstMissing = true;
@@ -155,25 +207,16 @@ void KsFormweave::readDefaultSkinsParts(const KbString& fileName, const char* bu
     KsDebugError::post("Formweave::readDefaultSkinsParts", "%s", message.toUtf8().c_str());
     KsInput in;
     in.setBuffer(builtIn, std::strlen(builtIn));
-    if (KsGroup* root = KsDB::readAll(&in)) skinRoots().append(root);
+    if (KsGroup* root = KsDB::readAll(&in)) keepSkin(root);
 }
 
-void KsFormweave::free3DSkin(KbString partName)
-{
-    KsGroup* part = groupNamed(partName);
-    if (!part) return;
-    part->setName(KbName((KbString(temporaryPrefix) + partName).getString()));
-    part->removeAllChildren();
-}
+void KsFormweave::free3DSkin(KbString partName) { freePart(partName, Among::SkinsFirst); }
 
-void KsFormweave::load3DSkin(KbString partName)
+void KsFormweave::load3DSkin(KbString partName) { loadPart(partName, Among::SkinsFirst); }
+
+void KsFormweave::setPartFromSkin(const char* part, const char* skinName)
 {
-    KsGroup* old = groupNamed(KbString(temporaryPrefix) + partName);
-    KsGroup* fresh = groupNamed(partName);
-    if (!old || !fresh) return;
-    for (int i = 0; i < fresh->getNumChildren(); ++i) old->addChild(fresh->getChild(i));
-    fresh->setName(KbName());
-    old->setName(KbName(partName.getString()));
+    setPartAsDefault(part, groupNamed(skinName, Among::Skins), true);
 }
 
 void KsSkinFamily::loadOnce()
@@ -235,9 +278,9 @@ void KsSkinFamily::unnameStrangers(KsNode* root) const
 
 void KsSkinFamily::change()
 {
-    for (const char* part : parts) KsFormweave::free3DSkin(part);
+    for (const char* part : parts) freePart(part, Among::Skins);
     read();
-    for (const char* part : parts) KsFormweave::load3DSkin(part);
+    for (const char* part : parts) loadPart(part, Among::Skins);
     loaded = 1;
 }
 

@@ -175,7 +175,7 @@ void KsMenuItem::create3DItem()
     const bool isDrawnByBar =
         m_parent && m_parent->canBeTraversed() && m_parent->isOfType(KsMenuBar::getClassTypeId());
     if (!isDrawnByBar) {
-        setPartAsDefault("frame", "MenuItemFrame", true);
+        setPartFromSkin("frame", "MenuItemFrame");
         putFirst(m_itemFrame.scale, "itemFrameSep");
         putBefore(m_itemFrame.translation, "itemFrameSep");
         putBehind(m_itemTransform, "itemFrameSep");

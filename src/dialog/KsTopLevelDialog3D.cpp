@@ -57,12 +57,10 @@ KbVec2f KsTopLevelDialog::panelSize() const
 
 void KsTopLevelDialog::create3DTopLevelDialog()
 {
-    loadFontProperties();
-    skinFamily().loadOnce();
-    setPartAsDefault("frame", "TopLevelDialogFrame", true);
-    setPartAsDefault("labelProp", "DialogTextProperties", true);
-    setPartAsDefault("minReleased", "TopLevelDialogMinReleased", true);
-    setPartAsDefault("minPressed", "TopLevelDialogMinPressed", true);
+    dress3D(&skinFamily(), {{"frame", "TopLevelDialogFrame"},
+                            {"labelProp", "DialogTextProperties"},
+                            {"minReleased", "TopLevelDialogMinReleased"},
+                            {"minPressed", "TopLevelDialogMinPressed"}});
 
     auto* geometry = static_cast<KsGroup*>(getAnyPart("geomSwitch", true));
     auto* frameSep = static_cast<KsGroup*>(getAnyPart("frameSep", true));

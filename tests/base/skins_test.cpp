@@ -577,6 +577,57 @@ TEST_F(Skins, aPartOfAnotherKindOfNodeIsNotTakenForAGroup)
     EXPECT_NE(KsNode::getByName("DialogCheckBoxFrame"), nullptr);
 }
 
+// An application's own nodes that bear the name of a part.
+
+TEST_F(Skins, aNodeOfTheApplicationDoesNotTakeThePlaceOfAPart)
+{
+    const auto scene = readScene("DEF DialogCheckBoxFrame Group { Cube { } Cube { } }"
+                                 "DEF TopLevelDialogFrame Group { Cube { } }"
+                                 "DEF MenuItemFrame Group { Cube { } }");
+    KsRef<ProbeBox> box(new ProbeBox);
+    ExpectedMessages messages;
+    messages.allow(where, ""); // there is no skin: the built-in looks
+    measure(box.get());
+    KsNode* look = box->getPart("frame", false);
+    EXPECT_NE(look, scene->getChild(0));
+    EXPECT_EQ(nameOf(look), "DialogCheckBoxFrame");
+    const auto dialog = readNode<KsTopLevelDialog>(
+        "TopLevelDialog { MenuBar { MenuPopup { MenuPushButton { } } } }");
+    measure(dialog.get());
+    EXPECT_NE(dialog->getPart("frame", false), scene->getChild(1));
+    const std::string before = written(scene.get());
+    KsFormweave::setSkin(makeSkin("look", "1 0 0").c_str());
+    EXPECT_EQ(written(scene.get()), before) << "a swap leaves it alone";
+    EXPECT_EQ(box->getPart("frame", false), look);
+    EXPECT_TRUE(firstIn<KsMaterial>(static_cast<KsGroup*>(look))->diffuseColor[0] == red);
+}
+
+TEST_F(Skins, aNodeOfTheApplicationIsLeftAloneByTheFirstSkinToo)
+{
+    const auto scene = readScene("DEF DialogCheckBoxFrame Group { Cube { } }"
+                                 "DEF DialogCheckBoxStateOn Group { Cube { } }");
+    const std::string before = written(scene.get());
+    const std::string partial = makeSkin("partial", "1 0 0");
+    folder.file("partial/DialogCheckBox.arb", header + partText("DialogCheckBoxFrame", "1 0 0"));
+    KsFormweave::setSkin(partial.c_str());
+    KsFormweave::setSkin(makeSkin("full", "0 1 0").c_str());
+    KsFormweave::setSkin(partial.c_str());
+    EXPECT_EQ(written(scene.get()), before);
+    // A part that the skin lacks is empty, not the application's.
+    KsRef<ProbeBox> box(new ProbeBox);
+    measure(box.get());
+    EXPECT_EQ(static_cast<KsGroup*>(box->getPart("stateOn", false))->getNumChildren(), 0);
+}
+
+TEST_F(Skins, ofSeveralNodesOfAPartsNameTheFirstGroupIsFreedByHand)
+{
+    const auto scene = readScene("DEF DialogCheckBoxFrame Cube { }"
+                                 "DEF DialogCheckBoxFrame Group { Cube { } }");
+    KsFormweave::free3DSkin("DialogCheckBoxFrame");
+    EXPECT_EQ(nameOf(scene->getChild(0)), "DialogCheckBoxFrame");
+    EXPECT_EQ(nameOf(scene->getChild(1)), "_Lmn_Tmp_DialogCheckBoxFrame");
+}
+
 // The skins that are delivered.
 
 TEST_F(Skins, theDefaultSkinIsTheBuiltInOneAsFiles)
