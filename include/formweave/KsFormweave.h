@@ -51,8 +51,9 @@ public:
     KsSFEnum labelAlignment; ///< A `LabelAlignment`: of the label in its zone. Default RIGHT.
 
     // Start and stop.
-    /// Starts the library. Needs a `QApplication` before the first build of either presentation.
-    /// Nests: only the first call registers the classes.
+    /// Starts the library. Nests: only the first call registers the classes. Trees can be read,
+    /// changed and written with it; without a `QApplication` a build of either presentation posts a
+    /// message and does nothing.
     static void init();
     /// Ends the library when called as often as `init`; the last call also empties the file cache.
     /// Without `init` it does nothing.
@@ -205,6 +206,9 @@ protected:
 
     static int existWidget(QWidget* widget) { return widget ? 1 : 0; }
     static void fieldChangedCB(void* data, KsSensor* sensor);
+    /// FALSE, with a message from `where`, if there is no `QApplication`: what needs one is left
+    /// undone.
+    static bool hasApplication(const char* where);
     /// Makes `node` the one active element in 3D, closing what the former one has open. Null is
     /// allowed.
     static void set3DCurrentActive(KsFormweave* node);
@@ -264,7 +268,7 @@ protected:
     /// The lazy build: `build` runs with notification off, once, before the first measuring.
     template <class Build> void buildOn3DTraversal(Build&& build)
     {
-        if (isBuilt3D()) return;
+        if (isBuilt3D() || !mayBuildOn3DTraversal()) return;
         KsKeepAlive keep(this);
         const bool notify = enableNotify(false);
         build();
@@ -357,6 +361,7 @@ private:
     /// Loads the skin that the environment names, if none was chosen yet.
     static void chooseSkin();
     static void refreshAll3DSkins();
+    static bool mayBuildOn3DTraversal();
     static void pressedCB(void* data, KsEventCallback* node);
     int placeBeside(KsGroup*& group, const char* part);
     void paintEnabled(bool enabled, int enabledPickStyle);

@@ -6,10 +6,12 @@
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsState.h>
 #include <arborium/base/KbStringList.h>
+#include <arborium/base/KsDebugError.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsText3.h>
 #include <formweave/KsFormweave.h>
 
+#include <QApplication>
 #include <QFont>
 #include <QFontMetrics>
 #include <QHash>
@@ -135,9 +137,24 @@ int KsFormweave::getNumLines(const KbString& text)
     return static_cast<int>(std::count(units.begin(), units.end(), u'\n'));
 }
 
+bool KsFormweave::hasApplication(const char* where)
+{
+    if (qobject_cast<QApplication*>(QCoreApplication::instance())) return true;
+    // Null is silent.
+    if (where) KsDebugError::post(where, "There is no QApplication");
+    return false;
+}
+
+bool KsFormweave::mayBuildOn3DTraversal()
+{
+    // Told once: the elements of a scene are measured before each frame.
+    static const char* where = "KsFormweave::getBoundingBox";
+    return hasApplication(where) || (where = nullptr);
+}
+
 KbVec2i32 KsFormweave::getLabelPixelSize(KbString label, KsFormweave* node)
 {
-    if (label.isEmpty()) return {0, 0};
+    if (label.isEmpty() || !hasApplication("KsFormweave::getLabelPixelSize")) return {0, 0};
     const QString text = toQString(ksShownText(convertToCString(label, node)));
     const int lineHeight = QFontMetrics(font()).height();
     const int lines = isOneLineEditText(node) ? 1 : text.count('\n') + 1;

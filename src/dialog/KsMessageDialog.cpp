@@ -3,7 +3,6 @@
 #include "../qt/KsRelay.h"
 
 #include <arborium/actions/KsHandleEventAction.h>
-#include <arborium/base/KsDebugError.h>
 #include <arborium/qt/KsQt.h>
 
 #include <QApplication>
@@ -54,10 +53,7 @@ void KsMessageDialog::show()
 {
     const int kind = type;
     if (kind < MD_ERROR || kind >= MD_WORKING) return;
-    if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        KsDebugError::post("KsMessageDialog::show", "There is no QApplication");
-        return;
-    }
+    if (!hasApplication("KsMessageDialog::show")) return;
     // The release goes to the box: a scene that waits for it would drag ever on.
     KsHandleEventAction::releaseAllGrabs();
 

@@ -120,6 +120,7 @@ KsFormweave* KsTopLevelDialog::searchForAuditorId(KbString id)
 
 void KsTopLevelDialog::buildDialog(QWidget* parent, int buildInsideParent)
 {
+    if (!hasApplication("KsTopLevelDialog::buildDialog")) return;
     const KsKeepAlive keep(this);
     m_buildInsideParent = buildInsideParent;
     setChildrenLabelSize();

@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,12 @@ bool onlyLists(int argc, char** argv)
     }
     return false;
 }
+
+/// Tests of WithoutApplication do without one, if they are run by themselves.
+bool needsApplication()
+{
+    return testing::GTEST_FLAG(filter).find("WithoutApplication.") == std::string::npos;
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -69,7 +76,8 @@ int main(int argc, char** argv)
     pinEnvironment();
     // What a platform plugin makes at start and keeps to the end is not the leak of a test.
     if (__lsan_disable) __lsan_disable();
-    QApplication application(argc, argv);
+    std::optional<QApplication> application;
+    if (needsApplication()) application.emplace(argc, argv);
     if (__lsan_enable) __lsan_enable();
 
     installMessageGuard();
