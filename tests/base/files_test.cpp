@@ -153,12 +153,15 @@ TEST_F(Files, namesOfAnyScriptFindTheirFileAndAreToldAsTheyAre)
 TEST_F(Files, aFileWithoutAMatchStaysCached)
 {
     const std::string path = file("a.arb", "Cube { }\n");
-    const ExpectedMessages messages("KsFormweave::loadFromFile", "", 2);
+    const std::string text =
+        "Cannot find any Formweave component in Arborium file \"" + path + "\".";
+    ExpectedMessages messages("KsFormweave::loadFromFile", "", 2);
     EXPECT_EQ(load(path), nullptr);
     EXPECT_EQ(cached(), 1);
     writeFile(path, std::string(header) + twoDialogs);
     EXPECT_EQ(load(path), nullptr) << "the file is not read again";
     EXPECT_EQ(cached(), 1);
+    for (const auto& message : messages.messages()) EXPECT_EQ(message.text, text);
 }
 
 TEST_F(Files, theFirstOfTwoEqualIdsCounts)

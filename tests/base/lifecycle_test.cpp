@@ -6,10 +6,7 @@
 #include <arborium/base/KcInitModuleCmd.h>
 #include <arborium/base/KsModule.h>
 #include <arborium/kits/KsInteractionKit.h>
-#include <formweave/KsColumnDialog.h>
-#include <formweave/KsDialogCheckBoxAuditor.h>
-#include <formweave/KsRowDialog.h>
-#include <formweave/KsTopLevelDialog.h>
+#include <formweave/formweave.h>
 
 #include <cstring>
 #include <regex>
@@ -242,61 +239,84 @@ TEST(Lifecycle, exitClassTwicePostsAtTheSecondCall)
     KsFormweave::finish();
 }
 
+namespace {
+
+/// Every class of elements, in the order of registration.
+struct RegisteredClass {
+    const char* name;
+    void (*exit)();
+};
+#define REGISTERED(name)                                                                           \
+    {                                                                                              \
+#name, &Ks##name::exitClass                                                                \
+    }
+const RegisteredClass registeredClasses[] = {
+    REGISTERED(Formweave),
+    REGISTERED(MenuItem),
+    REGISTERED(MenuCheckBox),
+    REGISTERED(MenuCheckBoxLauncher),
+    REGISTERED(MenuPopup),
+    REGISTERED(MenuPushButton),
+    REGISTERED(MenuFileSelection),
+    REGISTERED(MenuPushButtonLauncher),
+    REGISTERED(MenuRadioButtons),
+    REGISTERED(MenuSeparator),
+    REGISTERED(TopComponent),
+    REGISTERED(DialogComponent),
+    REGISTERED(DialogCheckBox),
+    REGISTERED(DialogCheckBoxLauncher),
+    REGISTERED(DialogChoice),
+    REGISTERED(DialogComboBox),
+    REGISTERED(DialogRadioButtons),
+    REGISTERED(DialogCustom),
+    REGISTERED(DialogEditText),
+    REGISTERED(DialogGroup),
+    REGISTERED(ColumnDialog),
+    REGISTERED(RowDialog),
+    REGISTERED(TabDialog),
+    REGISTERED(DialogLabel),
+    REGISTERED(DialogPushButton),
+    REGISTERED(DialogPushButtonLauncher),
+    REGISTERED(DialogSeparator),
+    REGISTERED(DialogSlider),
+    REGISTERED(DialogIntegerSlider),
+    REGISTERED(DialogRealSlider),
+    REGISTERED(MenuBar),
+    REGISTERED(TopLevelDialog),
+    REGISTERED(MessageDialog),
+};
+#undef REGISTERED
+
+} // namespace
+
 TEST(Lifecycle, theClassesAreRegisteredInTheirOrder)
 {
     KsFormweave::init();
-    std::vector<std::string> order;
+    std::vector<std::string> order, expected;
     KsType::forEach([&](KsType type) {
         if (type.isDerivedFrom(KsFormweave::getClassTypeId()))
             order.emplace_back(type.getName().getString());
     });
-    const std::vector<std::string> expected = {
-        "Formweave",
-        "MenuItem",
-        "MenuCheckBox",
-        "MenuCheckBoxLauncher",
-        "MenuPopup",
-        "MenuPushButton",
-        "MenuFileSelection",
-        "MenuPushButtonLauncher",
-        "MenuRadioButtons",
-        "MenuSeparator",
-        "TopComponent",
-        "DialogComponent",
-        "DialogCheckBox",
-        "DialogCheckBoxLauncher",
-        "DialogChoice",
-        "DialogComboBox",
-        "DialogRadioButtons",
-        "DialogCustom",
-        "DialogEditText",
-        "DialogGroup",
-        "ColumnDialog",
-        "RowDialog",
-        "TabDialog",
-        "DialogLabel",
-        "DialogPushButton",
-        "DialogPushButtonLauncher",
-        "DialogSeparator",
-        "DialogSlider",
-        "DialogIntegerSlider",
-        "DialogRealSlider",
-        "MenuBar",
-        "TopLevelDialog",
-        "MessageDialog",
-    };
-    // Those that exist, each at its place.
-    std::size_t place = 0;
-    for (const std::string& name : order) {
-        const auto found =
-            std::find(expected.begin() + static_cast<long>(place), expected.end(), name);
-        ASSERT_NE(found, expected.end()) << name << " is out of order";
-        place = static_cast<std::size_t>(found - expected.begin()) + 1;
-    }
-    for (const char* name : {"Formweave", "TopComponent", "DialogComponent", "DialogCheckBox",
-                             "DialogGroup", "ColumnDialog", "RowDialog", "TopLevelDialog"})
-        EXPECT_EQ(std::count(order.begin(), order.end(), name), 1) << name;
+    for (const RegisteredClass& each : registeredClasses) expected.emplace_back(each.name);
+    EXPECT_EQ(order, expected);
     KsFormweave::finish();
+}
+
+TEST(Lifecycle, theClassesGoInTheReverseOrder)
+{
+    KsFormweave::init();
+    // A class that has gone already says so when its turn comes.
+    for (const RegisteredClass& each : registeredClasses) each.exit();
+    std::vector<std::string> order, expected;
+    {
+        ExpectedMessages messages;
+        messages.allow("", "Unable to remove type");
+        KsFormweave::finish();
+        for (const auto& message : messages.messages()) order.push_back(message.where);
+    }
+    for (const RegisteredClass& each : registeredClasses)
+        expected.insert(expected.begin(), std::string("Ks") + each.name + "::exitClass");
+    EXPECT_EQ(order, expected);
 }
 
 TEST(Lifecycle, typesAreNamedAsTheirClassesWithoutThePrefixAndKnownEitherWay)
