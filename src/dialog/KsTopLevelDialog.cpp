@@ -258,8 +258,10 @@ void KsTopLevelDialog::updateBaseWidget()
 void KsTopLevelDialog::updateChildren()
 {
     forEachChild([this](KsTopComponent* child) {
+        const int build2D = presentation();
+        if (build2D && !m_baseWidget) return; // a control is no window of its own
         KbVec2i32 size(0, 0), place(0, 0);
-        child->buildWidget(m_baseWidget, size, place, presentation());
+        child->buildWidget(m_baseWidget, size, place, build2D);
     });
 }
 
