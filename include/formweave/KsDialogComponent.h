@@ -20,6 +20,8 @@ class FORMWEAVE_API KsDialogComponent : public KsTopComponent {
 public:
     enum EdgeStyle { NONE = 0, SHADOW_IN = 1, SHADOW_OUT = 2 };
 
+    // A wish for `width` or `height` holds until the built tree changes (see `resetSize`); limits
+    // last.
     KsSFInt32 width;      ///< Wanted width; 0: the default.
     KsSFInt32 height;     ///< Wanted height; 0: the default.
     KsSFBool fixedWidth;  ///< Minimum and maximum width become the width.
@@ -43,6 +45,10 @@ public:
     void buildWidget(QWidget* parent, KbVec2i32& size, KbVec2i32& position, int build2D) override;
     void destroyWidget() override;
     void updateFromSensor(KsSensor* sensor) override;
+    /// Forgets what was measured, and sets `width` and `height` to 0, also where the application or
+    /// a file had asked for them. A dialog that is built does this to all that is in it when a
+    /// child comes or goes in any of its containers; the element then has the default of its class,
+    /// or what the four limits ask for, and is written so.
     void resetSize() override;
     void changeEnable() override;
     void changeLabel() override;

@@ -9,7 +9,9 @@ class QFrame;
 
 /// Base of the containers inside a window. A group is itself a component of its parent's layout;
 /// subclasses decide where its children stand. They are added and taken away as
-/// `KsElementContainer` says.
+/// `KsElementContainer` says. `enable` FALSE disables all that is below the group and leaves the
+/// children's own `enable` as it is; a child whose `enable` is set to TRUE meanwhile can be used in a
+/// scene, while in a window the group's frame keeps it disabled.
 class FORMWEAVE_API KsDialogGroup
     : public KsElementContainer<KsDialogComponent, KsDialogComponent> {
     KS_KIT_HEADER(KsDialogGroup);

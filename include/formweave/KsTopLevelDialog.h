@@ -18,7 +18,8 @@ class QVBoxLayout;
 /// The root of a dialog: a window in Qt, a panel in a scene. It stacks its children vertically.
 /// Sizes are in pixels, and in the same number of units in 3D. A panel at `position3D` (x, y, z)
 /// has its upper left corner at (x, -y, z) in the scene. Children are added and taken away as
-/// `KsElementContainer` says.
+/// `KsElementContainer` says. `enable` FALSE disables the window with all that is in it, and nothing
+/// of the panel.
 class FORMWEAVE_API KsTopLevelDialog : public KsElementContainer<KsFormweave, KsTopComponent> {
     KS_KIT_HEADER(KsTopLevelDialog);
 
@@ -103,7 +104,10 @@ public:
     /// of the fields, whatever a person did to it. A dialog that was built inside a parent which is
     /// gone stays as it is.
     void updateDialogBuild(int use2D);
+    /// A child came or went somewhere below: `updateDialogBuild` for each presentation that is
+    /// built. The elements forget the `width` and `height` that they were asked for.
     void updateAfterSceneGraphChange();
+    /// Builds or refreshes the children; nothing while there is no window for their widgets.
     void updateChildren();
     /// Shows the panel open or as a strip, as `minimized` says.
     void updateMinimizedState();
