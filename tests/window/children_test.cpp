@@ -23,6 +23,22 @@ TEST_F(Window, aChildAddedBeforeTheBuildBuildsNothingAndOneAddedAfterItGetsAWidg
     EXPECT_TRUE(late->state);
 }
 
+TEST_F(Window, thatIsNotThereTheChildrenGetNoneEither)
+{
+    auto* dialog = make();
+    auto* box = new ProbeBox;
+    dialog->addChild(box);
+    dialog->updateChildren();
+    EXPECT_EQ(box->builds, 0);
+    // Nor where the dialog stands in a scene only.
+    measure(dialog);
+    const int before = box->builds;
+    dialog->updateChildren();
+    EXPECT_EQ(box->builds, before);
+    EXPECT_FALSE(box->isBuilt2D());
+    EXPECT_FALSE(box->getWidget());
+}
+
 TEST_F(Window, aChildAddedWhileItIsHiddenShowsWithIt)
 {
     auto* dialog = make();
