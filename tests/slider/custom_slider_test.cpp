@@ -7,6 +7,8 @@
 #include <QtWidgets/QtWidgets>
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace {
 
 class Bar : public KsDialogCustomSlider {
@@ -34,8 +36,8 @@ public:
 /// Both ways to draw: by the context of the process, and by raster.
 class CustomSlider : public testing::TestWithParam<bool> {
 protected:
-    void SetUp() override { KsGL::setRaster(GetParam()); }
-    void TearDown() override { KsGL::setRaster(false); }
+    void SetUp() override { KsGL::setRoad(GetParam() ? KsGL::RASTER : KsGL::OPENGL); }
+    void TearDown() override { KsGL::setRoad(KsGL::BEST); }
     QWidget window;
     Bar bar{&window};
 };
@@ -153,6 +155,42 @@ TEST_P(CustomSlider, theCursorIsABevelledTriangle)
             rightDarkest = std::min(rightDarkest, bar.at(x, y).green());
     EXPECT_NEAR(rightDarkest, 0x32, 4);
     EXPECT_NEAR(bar.at(middle, c.y0).green(), 0x32, 4);
+}
+
+TEST_P(CustomSlider, theCursorIsAsFineAsThePictureItIsPaintedInto)
+{
+    bar.setValue(0.5f);
+    QImage fine(bar.getWidget()->size() * 2, QImage::Format_RGB32);
+    fine.setDevicePixelRatio(2);
+    bar.getWidget()->render(&fine);
+    int differences = 0, greys = 0;
+    for (int y = 0; y < fine.height(); y += 2)
+        for (int x = 0; x < fine.width(); x += 2)
+            differences += fine.pixel(x, y) != fine.pixel(x + 1, y);
+    const auto& c = bar.getCursorRectangle();
+    for (int x = 2 * c.x0; x < 2 * c.x1; ++x)
+        greys += qRed(fine.pixel(x, fine.height() - 2 * (c.y0 + 5))) % 0x55 != 0;
+    EXPECT_GT(differences, 8) << "no pixel is just drawn larger";
+    EXPECT_GT(greys, 2) << "slanted edges are smooth";
+    // And as before on the screen.
+    expectColor(bar.at((c.x0 + c.x1) / 2, (c.y0 + c.y1) / 2 - 1), 0xAA, 0xAA, 0xAA);
+}
+
+TEST_P(CustomSlider, theCursorHasEachOfItsGreys)
+{
+    bar.setValue(0.5f);
+    const auto& c = bar.getCursorRectangle();
+    const int middle = (c.x0 + c.x1) / 2;
+    std::set<int> left, right, base;
+    for (int y = c.y0 + 2; y < c.y1; ++y) {
+        for (int x = c.x0; x < middle; ++x) left.insert(bar.at(x, y).green());
+        for (int x = middle + 1; x <= c.x1; ++x) right.insert(bar.at(x, y).green());
+    }
+    for (int x = c.x0 + 3; x < c.x1 - 3; ++x)
+        for (int y = c.y0; y <= c.y0 + 1; ++y) base.insert(bar.at(x, y).green());
+    for (const int grey : {0x00, 0xFF}) EXPECT_TRUE(left.count(grey)) << grey;
+    for (const int grey : {0x32, 0x55}) EXPECT_TRUE(right.count(grey)) << grey;
+    EXPECT_EQ(base, (std::set<int>{0x32, 0x80}));
 }
 
 TEST_P(CustomSlider, strangeColorsAreDrawnAsTheNearestThereAre)

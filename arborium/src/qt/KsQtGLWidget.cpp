@@ -4,21 +4,25 @@
 
 #include <QEvent>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPointer>
 #include <QWidget>
 
-#include <cstring>
+#include <cstdint>
 #include <vector>
 
 struct KsQtGLWidget::Impl {
     QPointer<QWidget> window;
     std::unique_ptr<KsGL::Target> target;
     QImage picture;
+    qreal scale = 0; // of the picture that is being painted; 0 outside of paint events
     bool stale = true;
     bool initialized = false;
     bool doubleBuffer = true;
     long pictures = 0;
+
+    qreal currentScale() const { return scale > 0 ? scale : window->devicePixelRatioF(); }
 };
 
 KsQtGLWidget::KsQtGLWidget(QWidget* parent, const char* name)
@@ -53,22 +57,24 @@ bool KsQtGLWidget::bindNormalContext()
     const QWidget* window = m_impl->window;
     if (!window || m_impl->target) return false;
     // What the widget stands on shows through, whatever its style makes of it.
-    m_impl->target = std::make_unique<KsGL::Target>(
-        window->width(), window->height(), static_cast<float>(window->devicePixelRatioF()));
+    m_impl->target = std::make_unique<KsGL::Target>(window->width(), window->height(),
+                                                    static_cast<float>(m_impl->currentScale()));
     return true;
 }
 
 void KsQtGLWidget::unbindNormalContext()
 {
     if (!m_impl->target) return;
-    std::vector<std::uint8_t> rgba;
     const int width = m_impl->target->getWidth(), height = m_impl->target->getHeight();
-    m_impl->target->finish(rgba);
+    // The image owns its pixels: whoever paints may keep a copy of it.
+    auto* pixels = new std::vector<std::uint32_t>;
+    m_impl->target->finish(*pixels);
     m_impl->target.reset();
-    m_impl->picture =
-        QImage(rgba.data(), width, height, 4 * width, QImage::Format_RGBA8888_Premultiplied)
-            .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    if (m_impl->window) m_impl->picture.setDevicePixelRatio(m_impl->window->devicePixelRatioF());
+    m_impl->picture = QImage(
+        reinterpret_cast<const uchar*>(pixels->data()), width, height, 4 * width,
+        QImage::Format_ARGB32_Premultiplied,
+        [](void* owned) { delete static_cast<std::vector<std::uint32_t>*>(owned); }, pixels);
+    if (m_impl->window) m_impl->picture.setDevicePixelRatio(m_impl->currentScale());
     m_impl->stale = false;
     ++m_impl->pictures;
     if (!m_impl->doubleBuffer) swapNormalBuffers();
@@ -84,7 +90,11 @@ long KsQtGLWidget::getNumPictures() const { return m_impl->pictures; }
 void KsQtGLWidget::paint()
 {
     QWidget* window = m_impl->window;
-    const qreal scale = window->devicePixelRatioF();
+    QPainter painter(window);
+    // A widget may be painted into a picture that is finer than its screen.
+    const QPaintEngine* engine = painter.paintEngine();
+    const qreal scale = engine ? engine->paintDevice()->devicePixelRatioF() : 1;
+    m_impl->scale = scale;
     if (m_impl->picture.devicePixelRatio() != scale) m_impl->stale = true;
     if (m_impl->stale && bindNormalContext()) {
         if (!m_impl->initialized) {
@@ -97,7 +107,7 @@ void KsQtGLWidget::paint()
         unbindNormalContext();
         m_impl->doubleBuffer = doubleBuffer;
     }
-    QPainter painter(window);
+    m_impl->scale = 0;
     painter.drawImage(0, 0, m_impl->picture);
     redrawOverlay(painter);
 }

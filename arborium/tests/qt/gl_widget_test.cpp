@@ -117,12 +117,12 @@ TEST_F(GLWidget, mayBeDrawnIntoBetweenItsPaintEvents)
 // shows: KsGL::Target::getWidth, KsGL::Target::getHeight
 TEST(ImmediateMode, pictureHasThePixelsOfTheScreen)
 {
-    KsGL::Target target(10, 6, 1.5f, KbColor(0, 0, 0));
+    KsGL::Target target(10, 6, 1.5f);
     EXPECT_EQ(target.getWidth(), 15);
     EXPECT_EQ(target.getHeight(), 9);
-    std::vector<std::uint8_t> rgba;
-    target.finish(rgba);
-    EXPECT_EQ(rgba.size(), 4u * 15 * 9);
+    std::vector<std::uint32_t> argb;
+    target.finish(argb);
+    EXPECT_EQ(argb.size(), 15u * 9);
 }
 
 // shows: KsGLContext::isAvailable, KsGLContext::getVersion, KsGLContext::Current::operator bool

@@ -8,6 +8,8 @@
 #include <QtWidgets/QtWidgets>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -73,7 +75,7 @@ void drag(QWidget* widget, const QPoint& from, const QPoint& to, int steps = 5)
 }
 
 // A bar in three bands and a gradient, a triangle, lines: what controls draw.
-std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL)
+QImage drawing(int width, int height, float scale, bool& byGL)
 {
     const KbColor grey(0.5f, 0.5f, 0.5f);
     KsGL::Target target(width, height, scale, &grey);
@@ -108,9 +110,11 @@ std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL
     KsGL::color3f(1, 1, 0);
     KsGL::rects(58, 2, 60, 4);
     KsGL::flush();
-    std::vector<std::uint8_t> rgba;
-    target.finish(rgba);
-    return rgba;
+    std::vector<std::uint32_t> rgb;
+    target.finish(rgb);
+    return QImage(reinterpret_cast<const uchar*>(rgb.data()), target.getWidth(), target.getHeight(),
+                  4 * target.getWidth(), QImage::Format_RGB32)
+        .copy();
 }
 
 // shows: KsGL::begin, KsGL::end, KsGL::color3f, KsGL::color3ub, KsGL::vertex2s, KsGL::rects,
@@ -118,8 +122,7 @@ std::vector<std::uint8_t> drawing(int width, int height, float scale, bool& byGL
 TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
 {
     bool byGL = false;
-    const std::vector<std::uint8_t> rgba = drawing(64, 24, 1, byGL);
-    const QImage image(rgba.data(), 64, 24, 64 * 4, QImage::Format_RGBX8888);
+    const QImage image = drawing(64, 24, 1, byGL);
     const auto at = [&](int x, int y) { return image.pixelColor(x, 23 - y); };
     EXPECT_EQ(at(1, 5).red(), 128);
     EXPECT_EQ(at(2, 5), QColor(255, 0, 0));
@@ -138,30 +141,108 @@ TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
     EXPECT_EQ(at(60, 3).red(), 128);
 }
 
-// shows: KsGL::setRaster
+class ByRoad {
+public:
+    explicit ByRoad(KsGL::Road road) { KsGL::setRoad(road); }
+    ~ByRoad() { KsGL::setRoad(KsGL::BEST); }
+};
+
+// shows: KsGL::setRoad
 TEST(ImmediateMode, looksTheSameByRasterAsByOpenGL)
 {
-    for (const float scale : {1.0f, 2.0f}) {
+    for (const float scale : {1.0f, 1.5f, 2.0f, 3.0f}) {
         bool byGL = false, raster = false;
-        const auto first = drawing(64, 24, scale, byGL);
+        QImage first, second;
+        {
+            const ByRoad road(KsGL::OPENGL);
+            first = drawing(64, 24, scale, byGL);
+        }
         if (!byGL) GTEST_SKIP() << "no OpenGL here";
-        std::vector<std::uint8_t> second;
-        KsGL::setRaster(true);
-        second = drawing(64, 24, scale, raster);
-        KsGL::setRaster(false);
-        ASSERT_TRUE(byGL);
+        {
+            const ByRoad road(KsGL::RASTER);
+            second = drawing(64, 24, scale, raster);
+        }
         ASSERT_FALSE(raster);
         ASSERT_EQ(first.size(), second.size());
         int different = 0;
-        for (std::size_t i = 0; i < first.size(); i += 4)
-            for (std::size_t c = 0; c < 3; ++c)
-                if (std::abs(first[i + c] - second[i + c]) > 8) {
-                    ++different;
-                    break;
-                }
+        // Smooth edges are counted in quarters here, and finer there.
+        const int tolerance = scale > 1 ? 50 : 8;
+        for (int y = 0; y < first.height(); ++y)
+            for (int x = 0; x < first.width(); ++x) {
+                const QColor a = first.pixelColor(x, y), b = second.pixelColor(x, y);
+                const int most =
+                    std::max({std::abs(a.red() - b.red()), std::abs(a.green() - b.green()),
+                              std::abs(a.blue() - b.blue())});
+                different += most > tolerance;
+            }
         // Along slanted edges the rules leave a little freedom.
-        EXPECT_LE(different, 12 * scale * scale) << "scale " << scale;
+        EXPECT_LE(different, 12) << "scale " << scale;
     }
+}
+
+TEST(ImmediateMode, slantedLinesAreSmoothOnFineScreens)
+{
+    for (const KsGL::Road way : {KsGL::OPENGL, KsGL::RASTER}) {
+        const ByRoad road(way);
+        const KbColor white(1, 1, 1);
+        KsGL::Target target(20, 20, 2, &white);
+        KsGL::begin(KsGL::LINES);
+        KsGL::color3ub(0, 0, 0);
+        KsGL::vertex2s(2, 2);
+        KsGL::vertex2s(12, 18);
+        KsGL::end();
+        std::vector<std::uint32_t> rgb;
+        target.finish(rgb);
+        // Each row holds the line in full, two pixels of the screen across its direction, and
+        // shades of grey at its sides.
+        int greys = 0;
+        for (std::size_t y = 8; y < 32; ++y) {
+            double dark = 0;
+            for (std::size_t x = 0; x < 40; ++x) {
+                const auto value = static_cast<double>(rgb[y * 40 + x] & 0xff) / 255;
+                dark += 1 - value;
+                greys += value > 0.1 && value < 0.9;
+            }
+            EXPECT_NEAR(dark, 2 * std::hypot(10, 16) / 16, 0.6) << "row " << y;
+        }
+        EXPECT_GT(greys, 24);
+    }
+}
+
+TEST(ImmediateMode, whatIsHalfCoveredIsHalfTransparent)
+{
+    for (const KsGL::Road way : {KsGL::OPENGL, KsGL::RASTER}) {
+        const ByRoad road(way);
+        KsGL::Target target(12, 12, 2);
+        KsGL::color3f(1, 0, 0);
+        KsGL::begin(KsGL::POLYGON);
+        KsGL::vertex2s(1, 1);
+        KsGL::vertex2s(11, 1);
+        KsGL::vertex2s(11, 11);
+        KsGL::end();
+        std::vector<std::uint32_t> argb;
+        target.finish(argb);
+        int halves = 0;
+        for (const std::uint32_t word : argb) {
+            EXPECT_EQ(word >> 24, word >> 16 & 0xff) << "multiplied by the opacity";
+            EXPECT_EQ(word & 0xffff, 0u);
+            halves += (word >> 24) > 100 && (word >> 24) < 160;
+        }
+        EXPECT_GE(halves, 18) << "along the diagonal";
+        EXPECT_EQ(argb[0], 0u);
+    }
+}
+
+TEST(ImmediateMode, smallPicturesDoNotAskTheContext)
+{
+    bool byGL = true;
+    drawing(64, 24, 1, byGL);
+    EXPECT_FALSE(byGL);
+    drawing(1000, 400, 1, byGL);
+    const ByRoad road(KsGL::OPENGL);
+    bool available = false;
+    drawing(64, 24, 1, available);
+    EXPECT_EQ(byGL, available);
 }
 
 // shows: KsGL::color3fv, KsGL::vertex2f, KsGL::vertex2sv, KsGL::Target, KsGL::Target::finish
@@ -177,9 +258,9 @@ TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
     const KbColor white(1, 1, 1);
     const KsGL::Target outer(4, 4, 1);
     KsGL::Target inner(4, 4, 1, &white);
-    std::vector<std::uint8_t> rgba;
-    inner.finish(rgba);
-    EXPECT_EQ(rgba, std::vector<std::uint8_t>(64, 0)) << "targets are not nested";
+    std::vector<std::uint32_t> argb;
+    inner.finish(argb);
+    EXPECT_EQ(argb, std::vector<std::uint32_t>(16, 0)) << "targets are not nested";
 }
 
 // shows: KsQtBasicSlider::getCursorRectangle

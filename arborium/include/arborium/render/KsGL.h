@@ -7,8 +7,9 @@
 
 /// OpenGL's immediate mode, as far as small widgets need it: they draw themselves with a handful of
 /// calls in pixels, x to the right and y upward from the lower left corner. Calls go to the target
-/// that is open, and to nowhere without one. The target draws with the context of the process, or by
-/// raster where there is none (see `KsGLContext`); both give the same picture.
+/// that is open, and to nowhere without one. Small targets are drawn by raster, which is done before
+/// a context would have answered; large ones with the context of the process where there is one (see
+/// `KsGLContext`). Both give the same picture.
 class ARBORIUM_API KsGL {
 public:
     // With OpenGL's values.
@@ -32,8 +33,9 @@ public:
     static void popAttrib();
     static void flush();
 
-    /// With TRUE, targets that are opened from now on are drawn by raster even where OpenGL is.
-    static void setRaster(bool raster);
+    enum Road { BEST, OPENGL, RASTER };
+    /// How targets are drawn that are opened from now on. By raster, too, where there is no OpenGL.
+    static void setRoad(Road road);
 
     /// A picture that is drawn while the target lives. Targets are not nested: an inner one draws
     /// nothing.
@@ -41,12 +43,15 @@ public:
     public:
         /// The picture is `width` times `height` pixels, each of `scale` times `scale` pixels of the
         /// screen, filled with `background`. Without one it is transparent where nothing is drawn.
+        /// A line is one pixel wide; beyond a scale of 1 slanted lines and the edges of polygons are
+        /// smooth.
         Target(int width, int height, float scale, const KbColor* background = nullptr);
         ~Target();
         Target(const Target&) = delete;
         Target& operator=(const Target&) = delete;
-        /// Ends the drawing. `rgba` gets four bytes per pixel of the screen, rows from the top.
-        void finish(std::vector<std::uint8_t>& rgba);
+        /// Ends the drawing. `argb` gets 0xAARRGGBB for each pixel of the screen, the colours
+        /// multiplied by the opacity, rows from the top.
+        void finish(std::vector<std::uint32_t>& argb);
         /// Pixels of the screen.
         int getWidth() const;
         int getHeight() const;
