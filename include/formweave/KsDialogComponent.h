@@ -124,6 +124,8 @@ protected:
     /// Makes `relay` the element's frame. `fill` gives it content and limits; then it joins the
     /// layout, and an earlier relay gives it its place, its focus and whether it is shown.
     void installRelay(KsRelayFrame* relay, const std::function<void()>& fill);
+    /// While `fill` runs. Nothing is placed then: that is done once, behind it.
+    bool isFillingRelay() const { return m_fillingRelay; }
     /// The relay as the class made it; null before the 2D build.
     template <class Relay> Relay* relayAs() const { return static_cast<Relay*>(m_relay.data()); }
     struct WindowZone {
@@ -212,6 +214,7 @@ private:
     QPointer<QWidget> m_layoutFrame;    ///< The relay that stands in `m_frameLayout` now.
     QPointer<QBoxLayout> m_frameLayout; ///< In the parent's layout; holds frame and spacer.
     bool m_spacerPlaced = false;
+    bool m_fillingRelay = false;
     KsAskedSizes m_asked;
     KbVec2i32 m_size2D{-1, -1};
     KbVec2i32 m_size3D{-1, -1};

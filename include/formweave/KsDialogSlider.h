@@ -166,7 +166,6 @@ private:
     KsElementSensor m_colorsSensor, m_shadedColorsSensor, m_valueVisibleSensor,
         m_continuousTriggerSensor, m_toggleVisibleSensor, m_fixedLimitsSensor, m_formatSensor;
     QPointer<KsDialogCustomSlider> m_bar; ///< Owned by the relay.
-    bool m_relayIsMade = true;            ///< FALSE while its content is being set.
 
     const KsInput* m_input = nullptr; ///< While the node is being read.
 

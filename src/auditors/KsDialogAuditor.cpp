@@ -75,8 +75,8 @@ KbString formattedNumberOf(const KsFormweave* node)
     const auto* value = ksCast<KsSFFloat>(node->getField("value"));
     // As the slider itself prints it.
     KbNumberFormat format;
-    if (!format.parse(textOf(node, "format").toLatin1())) format.parse("%.3f");
-    return KbString(format.print(value ? static_cast<double>(value->getValue()) : 0.0));
+    if (!format.parse(textOf(node, "format").toUtf8())) format.parse("%.3f");
+    return KbString::fromUtf8(format.print(value ? static_cast<double>(value->getValue()) : 0.0));
 }
 
 void appendQuoted(KbString& text, const KsFormweave* node, const char* field)

@@ -23,7 +23,9 @@ void KsDialogComponent::installRelay(KsRelayFrame* relay, const std::function<vo
     const QPointer<KsRelayFrame> earlier = m_relay;
     m_relay = relay;
     m_widget = relay;
+    m_fillingRelay = true;
     fill();
+    m_fillingRelay = false;
     relay->setWantedSize(QSize(width, height));
     adoptFrame(relay);
     if (earlier) earlier->handOverTo(relay);
@@ -51,7 +53,7 @@ void KsDialogComponent::changeLabel()
 {
     if (!m_relay) return;
     m_relay->changeLabel(ksShownQString(convertToCString(label, nullptr)));
-    updateLabelWidget();
+    if (!m_fillingRelay) updateLabelWidget();
 }
 
 void KsDialogComponent::changeLabelAlignment()
@@ -63,7 +65,7 @@ void KsDialogComponent::changeLabelVisibility()
 {
     if (!m_relay) return;
     m_relay->changeLabelVisibility(labelVisibility);
-    updateControlWidget();
+    if (!m_fillingRelay) updateControlWidget();
 }
 
 void KsDialogComponent::getZonesSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max,

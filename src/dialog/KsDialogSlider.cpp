@@ -106,7 +106,7 @@ bool KsDialogSlider::validateNewFieldValue(KsField* field, const void* newValue)
         // Taken all the same: a file is written as it was read.
         const auto& text = *static_cast<const KbString*>(newValue);
         KbNumberFormat parsed;
-        if (!parsed.parse(text.toLatin1())) {
+        if (!parsed.parse(text.toUtf8())) {
             const std::string place = m_input ? m_input->getPlace() + ": " : std::string();
             KsDebugError::post("KsDialogSlider::format",
                                "%s\"%s\" is no format of one number; the default is used",
@@ -244,16 +244,17 @@ void KsDialogSlider::createLabelWidget()
 {
     if (isBare()) return;
     m_editZoneWidth = computeEditZoneWidth();
+    const QPointer<KsDialogCustomSlider> earlierBar = m_bar;
     releaseBar();
     const QPointer<KsDialogQSlider> earlier = relayAs<KsDialogQSlider>();
     auto* relay = new KsDialogQSlider(relayParent(), this);
     m_bar = relay->getSlider();
-    m_relayIsMade = false;
     installRelay(relay, [this, relay, earlier] {
         fillRelay();
         relay->goOnFrom(earlier);
     });
-    m_relayIsMade = true;
+    // It stands in its window now.
+    if (earlierBar && m_bar) m_bar->takeDragFrom(*earlierBar);
 }
 
 void KsDialogSlider::fillRelay()
@@ -350,7 +351,7 @@ void KsDialogSlider::updateControlWidget()
 void KsDialogSlider::eventNotify(unsigned int value, unsigned long long)
 {
     auto* relay = relayAs<KsDialogQSlider>();
-    if (value != toggleChanged || !relay || !m_relayIsMade) return;
+    if (value != toggleChanged || !relay || isFillingRelay()) return;
     const KsKeepAlive keep(this);
     ksWriteSilently(m_continuousTriggerSensor, continuousTrigger, relay->getToggleState());
     updateFinishCallback();
@@ -376,13 +377,13 @@ void KsDialogSlider::changeContinuousTrigger()
 void KsDialogSlider::changeToggleVisible()
 {
     if (auto* relay = relayAs<KsDialogQSlider>()) relay->changeToggleVisible(toggleVisible);
-    updateControlWidget();
+    if (!isFillingRelay()) updateControlWidget();
 }
 
 void KsDialogSlider::changeValueVisible()
 {
     if (auto* relay = relayAs<KsDialogQSlider>()) relay->changeValueVisible(valueVisible);
-    updateControlWidget();
+    if (!isFillingRelay()) updateControlWidget();
 }
 
 void KsDialogSlider::showEditText(const KbString& text)
@@ -458,6 +459,7 @@ void KsDialogSlider::update3DControl()
     place3DFrame(m_frame, left + before + bar / 2, 0, bar, barHeight3D);
     undoTransformMatrix(getAnyPart("frameSep", false), m_sliderUndo.get());
     m_cursorRest->translation = KbVec3f(-bar / 2 + cursorSize3D / 2, -cursorSize3D / 2, 0);
+    change3DCursor();
     if (!valueVisible) return;
     m_valueText.translation->translation =
         KbVec3f(-edit / 2 + frameMargin, centreY(textBox3D(m_valueText, "editTextProp")), 0);
@@ -515,14 +517,12 @@ void KsDialogSlider::change3DValueVisible()
 {
     show3DValue();
     update3DSlider();
-    change3DCursor();
 }
 
 void KsDialogSlider::change3DToggleVisible()
 {
     show3DToggle();
     update3DSlider();
-    change3DCursor();
 }
 
 void KsDialogSlider::change3DEnable()

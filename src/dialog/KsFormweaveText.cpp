@@ -14,10 +14,13 @@
 #include <QApplication>
 #include <QFont>
 #include <QFontMetrics>
+#include <QGuiApplication>
 #include <QHash>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -30,36 +33,49 @@ QFont& font()
 
 constexpr int labelMargin = 3;
 
-// What the lines of labels took in the shared font: a layout asks for each label several times, and
-// to shape a line costs more than all else that a small control needs.
-class LineWidths {
+/// Widths of texts in the font. A build asks for the same few again and again.
+class TextWidths {
 public:
-    int of(const QString& line)
+    static TextWidths& instance()
     {
-        if (line.size() > longestKept) return measured(line);
-        const auto kept = m_widths.constFind(line);
-        if (kept != m_widths.constEnd()) return *kept;
-        if (m_widths.size() >= mostKept) m_widths.clear();
-        return *m_widths.insert(line, measured(line));
+        static TextWidths& shared = *new TextWidths;
+        return shared;
     }
-    void clear() { m_widths.clear(); }
+    int height() { return metrics().height(); }
+    int widthOf(const QString& text)
+    {
+        constexpr int longest = 64, most = 2048;
+        if (text.size() > longest) return metrics().horizontalAdvance(text);
+        metrics();
+        const auto known = m_widths.constFind(text);
+        if (known != m_widths.constEnd()) return *known;
+        if (m_widths.size() >= most) m_widths.clear();
+        return *m_widths.insert(text, metrics().horizontalAdvance(text));
+    }
+    void forget()
+    {
+        m_metrics.reset();
+        m_widths.clear();
+    }
 
 private:
-    static int measured(const QString& line)
+    const QFontMetrics& metrics()
     {
-        return QFontMetrics(font()).horizontalAdvance(line);
+        if (m_application != qGuiApp) {
+            // Fonts come and go with the application.
+            forget();
+            m_application = qGuiApp;
+            if (m_application)
+                QObject::connect(m_application, &QGuiApplication::fontDatabaseChanged,
+                                 m_application, [this] { forget(); });
+        }
+        if (!m_metrics) m_metrics = std::make_unique<QFontMetrics>(font());
+        return *m_metrics;
     }
-
-    static constexpr int longestKept = 100;
-    static constexpr int mostKept = 2000;
+    QPointer<QGuiApplication> m_application;
+    std::unique_ptr<QFontMetrics> m_metrics;
     QHash<QString, int> m_widths;
 };
-
-LineWidths& lineWidths()
-{
-    static LineWidths& shared = *new LineWidths;
-    return shared;
-}
 
 // Which escapes a text gets depends on the kind of its element. The kinds are asked for by name,
 // so that a kind that is not registered is simply never met.
@@ -123,6 +139,7 @@ QString toQString(const KbString& text) { return QString::fromStdU16String(text.
 
 KbString KsFormweave::convertToCString(const KbString& text, KsFormweave* node)
 {
+    if (text.toLatin1().find_first_of("\\\r\n") == std::string::npos) return text;
     if (isKind(node, "DialogComboBox")) return text;
     const bool withReturns = isEditText(node);
     if (text.isUnicode()) return KbString::fromUtf16(unescape(text.toUtf16(), withReturns));
@@ -156,19 +173,19 @@ KbVec2i32 KsFormweave::getLabelPixelSize(KbString label, KsFormweave* node)
 {
     if (label.isEmpty() || !hasApplication("KsFormweave::getLabelPixelSize")) return {0, 0};
     const QString text = toQString(ksShownText(convertToCString(label, node)));
-    const int lineHeight = QFontMetrics(font()).height();
+    TextWidths& widths = TextWidths::instance();
     const int lines = isOneLineEditText(node) ? 1 : text.count('\n') + 1;
-    if (lines < 2) return {lineWidths().of(text) + labelMargin, lineHeight + labelMargin};
+    if (lines < 2) return {widths.widthOf(text) + labelMargin, widths.height() + labelMargin};
     int widest = 0;
     for (const QStringRef& line : text.splitRef('\n'))
-        widest = std::max(widest, lineWidths().of(line.toString()));
-    return {widest + labelMargin, lineHeight * lines + labelMargin};
+        widest = std::max(widest, widths.widthOf(line.toString()));
+    return {widest + labelMargin, widths.height() * lines + labelMargin};
 }
 
 void KsFormweave::setFont(QFont newFont)
 {
     font() = newFont;
-    lineWidths().clear();
+    TextWidths::instance().forget();
 }
 
 QFont KsFormweave::getFormweaveFont() { return font(); }
@@ -240,6 +257,7 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
     const std::vector<float> widths = KsText3::getPrefixWidths(whole, font);
     const int n = static_cast<int>(widths.size()) - 1;
     const std::u16string units = whole.isUnicode() ? whole.toUtf16() : std::u16string();
+    const auto most = static_cast<std::size_t>(std::max(KsLimits::current().textLines, 1));
     std::vector<KbString> pieces;
     int start = 0;
     int fitting = 0; // the end of the last character that was narrower than the room
@@ -254,7 +272,7 @@ int KsFormweave::wrap3DTextLine(KsText3* text, int line, float maxWidth, KsGroup
         }
         // The character that passes the width opens the next line, unless it stands alone.
         const int cut = w > maxWidth && fitting > start ? fitting : end;
-        if (cut == n) break;
+        if (cut == n || pieces.size() + 1 >= most) break;
         pieces.push_back(whole.getSubString(start, cut));
         start = fitting = end = cut;
     }

@@ -113,8 +113,8 @@ template <class Number>
 KbString printNumber(const KbString& format, Number number, const char* other)
 {
     KbNumberFormat parsed;
-    if (!parsed.parse(format.toLatin1())) parsed.parse(other);
-    return KbString(parsed.print(number));
+    if (!parsed.parse(format.toUtf8())) parsed.parse(other);
+    return KbString::fromUtf8(parsed.print(number));
 }
 
 } // namespace

@@ -5,19 +5,20 @@
 KsDialogQSlider::KsDialogQSlider(QWidget* parent, KsDialogSlider* node)
     : KsRelayFrame(parent, node, "KsDialogQSlider")
 {
-    // Qt leaves an order alone that is right when the window's last widget leads to its first one.
-    QWidget anchor(this);
-    anchor.setFocusPolicy(Qt::StrongFocus);
     m_edit = new QLineEdit(this);
-    adoptControl(m_edit, "LineEditWidget");
+    adopt(m_edit, "LineEditWidget");
     m_slider = new KsDialogCustomSlider(this);
-    m_slider->setParent(this);
     createLabel();
     m_toggle = new QCheckBox(this);
     adopt(m_toggle, "ToggleWidget");
-    // The Tab key goes from left to right.
+    // The Tab key goes from left to right. Qt leaves an order alone that is right when the window's
+    // last widget leads to its first one: so it begins at the frame.
+    setFocusPolicy(Qt::StrongFocus);
+    setTabOrder(this, m_toggle);
     setTabOrder(m_toggle, m_slider->getWidget());
     setTabOrder(m_slider->getWidget(), m_edit);
+    setFocusPolicy(Qt::NoFocus);
+    setFocusProxy(m_edit);
     connect(m_toggle, "2stateChanged(int)", this, "1eventNotify(int)");
     connect(m_edit, "2returnPressed()", this, "1eventNotifyPressed()");
 }

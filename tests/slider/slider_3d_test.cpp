@@ -5,6 +5,7 @@
 #include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsRotation.h>
+#include <arborium/render/KsOffscreenRenderer.h>
 
 namespace {
 
@@ -47,6 +48,7 @@ TEST(SliderInAScene, standsInItsZones)
     shown.slider->labelVisibility = false;
     EXPECT_EQ(Stage::shown(shown.slider, "labelSwitch"), -1);
     EXPECT_FLOAT_EQ(shown.barWidth3D(), w - 6 - 2);
+    EXPECT_FLOAT_EQ(shown.cursor3D(), (w - 6 - 2 - 10) * 0.4f);
     shown.slider->valueVisible = true;
     EXPECT_EQ(Stage::shown(shown.slider, "edtSwtch"), -3);
     shown.slider->toggleVisible = true;
@@ -234,10 +236,21 @@ TEST(SliderInAScene, aWindowThatIsMadeLaterLeavesAHiddenToggleHidden)
 TEST(SliderInAScene, colorsAreForWindowsOnly)
 {
     ShownInteger shown("max 10", Stage::Scene);
+    const auto picture = [&] {
+        KsOffscreenRenderer renderer(KbViewportRegion(Stage::viewWidth, Stage::viewHeight));
+        EXPECT_TRUE(renderer.render(shown.scene()));
+        const auto image = renderer.getImage();
+        renderer.releaseScene();
+        return image;
+    };
+    const auto before = picture();
     shown.slider->colors = KbColor(1, 0, 0);
     shown.slider->colors.set1Value(3, KbColor(0, 1, 0));
     shown.slider->shadedColors = false;
     EXPECT_EQ(shown.slider->colors.getNum(), 4);
+    EXPECT_TRUE(picture() == before);
+    shown.slider->value = 7;
+    EXPECT_FALSE(picture() == before) << "a change is seen in such pictures";
 }
 
 TEST(SliderInAScene, disabledItIsGreyAndTakesNoInput)

@@ -5,6 +5,9 @@
 #include <arborium/io/KsInput.h>
 #include <arborium/kits/KsNodekitCatalog.h>
 
+#include <QLocale>
+#include <QWindow>
+#include <clocale>
 #include <cmath>
 #include <limits>
 
@@ -125,6 +128,21 @@ TEST(Slider, theFirstRealOneOfAProcessIsAnotherFirstOne)
     EXPECT_EQ(stage.find<KsDialogRealSlider>("1")->value, 1.0f);
     EXPECT_EQ(stage.find<KsDialogRealSlider>("2")->value, 1.5f);
     EXPECT_EQ(stage.find<KsDialogRealSlider>("2")->max, 1.5f);
+}
+
+TEST(Slider, withEqualLimitsAndAnotherValueTakesTheLimit)
+{
+    for (const char* value : {"7", "3"}) {
+        const std::string fields = std::string("fixedLimits TRUE min 5 max 5 value ") + value;
+        ShownInteger whole(fields);
+        EXPECT_EQ(whole.slider->value, 5);
+        EXPECT_EQ(whole.position(), 0);
+        EXPECT_EQ(whole.text2D(), "5");
+        EXPECT_EQ(whole.text3D(), "5");
+        ShownReal real(fields);
+        EXPECT_EQ(real.slider->value, 5);
+        EXPECT_EQ(real.position(), 0);
+    }
 }
 
 TEST(Slider, withEqualLimitsTakesTheLimitAndStandsAtTheLeft)
@@ -614,6 +632,40 @@ TEST(Slider, aBadFormatOfTheApplicationIsReported)
     EXPECT_EQ(slider->format, KbString("%s"));
 }
 
+TEST(Slider, textAroundTheConversionIsKeptInAnyAlphabet)
+{
+    ShownReal shown("max 10 value 2.5");
+    shown.slider->format = KbString::fromUtf8("%.1f \xce\xa9 (100 %%)");
+    shown.slider->value = 3.5f;
+    EXPECT_EQ(shown.edit()->text(), QString::fromUtf8("3.5 \xce\xa9 (100 %)"));
+    EXPECT_EQ(shown.text3D(), "3.5 \xce\xa9 (100 %)");
+    // A character is whole or not there.
+    std::string long95;
+    for (int i = 0; i < 60; ++i) long95 += "\xce\xa9";
+    shown.slider->format = KbString::fromUtf8(long95 + "%.1f");
+    shown.slider->value = 4.5f;
+    EXPECT_EQ(shown.edit()->text(), QString(47, QChar(0x3a9)));
+}
+
+TEST(Slider, theProgramsLocaleChangesNeitherPrintingNorTypingNorParsing)
+{
+    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C"})
+        if (std::setlocale(LC_ALL, name)) break;
+    QLocale::setDefault(QLocale(QLocale::German));
+    ShownReal shown("max 10 value 2.5");
+    EXPECT_EQ(shown.text2D(), "2.500");
+    EXPECT_EQ(shown.text3D(), "2.500");
+    shown.type2D("1.25");
+    EXPECT_EQ(shown.slider->value, 1.25f);
+    shown.clickPart(shown.slider, "edtSwtch");
+    shown.clear3D();
+    shown.type3D("7,5.5");
+    EXPECT_EQ(shown.text3D(), "75.5");
+    shown.enter3D();
+    EXPECT_EQ(shown.slider->value, 75.5f);
+    std::setlocale(LC_ALL, "C");
+}
+
 TEST(Slider, whatIsPrintedIsCutAt95Characters)
 {
     ShownInteger shown("max 10 value 5 format \"" + std::string(200, 'x') + "%d\"");
@@ -641,6 +693,30 @@ TEST(Slider, limitsOfAllKindsGiveNumbersAndNoHarm)
             EXPECT_TRUE(std::isfinite(shown.position())) << min << " " << max;
             shown.draw();
         }
+    }
+}
+
+TEST(Slider, limitsOfAllKindsAreReadFromFiles)
+{
+    for (const char* limits : {"min 10 max 0", "min 3.4e38 max -3.4e38", "min -3.4e38 max 3.4e38",
+                               "min 0 max 1e-45", "min 5 max 5"}) {
+        for (const char* fixed : {" fixedLimits TRUE", ""}) {
+            ShownReal shown(std::string(limits) + fixed + " value 4");
+            EXPECT_TRUE(std::isfinite(shown.position())) << limits;
+            EXPECT_TRUE(std::isfinite(shown.cursor3D())) << limits;
+            EXPECT_LT(shown.editZone(), 1000) << limits;
+            EXPECT_TRUE(shown.draw().getMin().isFinite());
+        }
+    }
+    for (const char* limits :
+         {"min 0 max 2147483647", "min -2147483648 max 0", "min 7 max -7",
+          "min -2147483648 max 2147483647", "min -2147483648 max -2147483648"}) {
+        ShownInteger shown(std::string(limits) + " value 4");
+        EXPECT_TRUE(std::isfinite(shown.position())) << limits;
+        EXPECT_GT(shown.editZone(), 8) << limits;
+        shown.drag2D(0, 0.7f, 2);
+        shown.type2D("2147483647");
+        EXPECT_TRUE(std::isfinite(shown.cursor3D())) << limits;
     }
 }
 
@@ -693,6 +769,40 @@ TEST(Slider, isBuiltAgainWithWhatTheUserIsTyping)
     EXPECT_EQ(shown.slider->value, 7.25f);
     Stage::settle();
     EXPECT_FALSE(earlier);
+}
+
+TEST(Slider, isBuiltAgainWhileTheUserDragsIt)
+{
+    for (const bool continuous : {false, true}) {
+        ShownReal shown(std::string("max 10 value 0 width 400 continuousTrigger ") +
+                        (continuous ? "TRUE" : "FALSE"));
+        QWindow* window = shown.dialog->getBaseWidget()->windowHandle();
+        const auto at = [&](float position) {
+            return shown.bar()->mapTo(shown.dialog->getBaseWidget(), shown.barPlace(position));
+        };
+        // As the screen sends it: Qt chooses who gets the moves.
+        QTest::mousePress(window, Qt::LeftButton, {}, at(0.2f));
+        QTest::mouseMove(window, at(0.3f));
+        EXPECT_NEAR(shown.position(), 0.3f, 0.01f);
+        const QPointer<QWidget> earlier = shown.bar();
+        shown.dialog->addChild(new KsDialogCheckBox);
+        QApplication::processEvents();
+        ASSERT_NE(shown.bar(), earlier.data());
+        QTest::mouseMove(window, at(0.6f));
+        EXPECT_NEAR(shown.position(), 0.6f, 0.01f) << "the drag goes on";
+        // Also where the pointer has left the bar.
+        QTest::mouseMove(window, at(0.8f) + QPoint(0, 60));
+        EXPECT_NEAR(shown.position(), 0.8f, 0.01f);
+        if (!continuous) {
+            EXPECT_TRUE(shown.listener.values.empty());
+        }
+        QTest::mouseRelease(window, Qt::LeftButton, {}, at(0.8f) + QPoint(0, 60));
+        ASSERT_FALSE(shown.listener.values.empty());
+        EXPECT_NEAR(shown.listener.values.back(), 8, 0.1f);
+        EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+        QTest::mouseMove(window, at(0.4f));
+        EXPECT_NEAR(shown.position(), 0.8f, 0.01f);
+    }
 }
 
 TEST(Slider, isBuiltAgainWithTheFocusWhereItWas)

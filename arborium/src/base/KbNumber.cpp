@@ -193,12 +193,27 @@ std::int32_t toInt32(double value)
 
 namespace {
 
-// As many characters as the result may have: literal text beyond them is never seen.
+// As many characters as the result may have.
 constexpr std::size_t s_longestPrint = 95;
+constexpr std::size_t s_longestUtf8 = 4;
 
 void keep(std::string& literal, char c)
 {
-    if (literal.size() < s_longestPrint) literal += c;
+    // What lies beyond is never seen.
+    if (literal.size() < s_longestPrint + s_longestUtf8) literal += c;
+}
+
+// A character of a UTF-8 text is kept whole or not at all.
+void cut(std::string& text)
+{
+    if (text.size() <= s_longestPrint) return;
+    std::size_t end = s_longestPrint;
+    for (std::size_t back = 0; back < s_longestUtf8; ++back) {
+        if ((static_cast<unsigned char>(text[end - back]) & 0xC0) == 0x80) continue;
+        end -= back;
+        break;
+    }
+    text.resize(end);
 }
 
 // Reads digits up to `limit`; false beyond it. No digit at all leaves `number` as it is.
@@ -353,6 +368,6 @@ std::string KbNumberFormat::finish(const std::string& prefix, std::string digits
     text += digits;
     if (m_left) text.append(padding, ' ');
     text += m_after;
-    if (text.size() > s_longestPrint) text.resize(s_longestPrint);
+    cut(text);
     return text;
 }

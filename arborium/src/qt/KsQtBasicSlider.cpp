@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -44,6 +45,16 @@ void KsQtBasicSlider::setValue(float value)
     if (value == m_value) return;
     m_value = value;
     placeCursor();
+}
+
+void KsQtBasicSlider::takeDragFrom(KsQtBasicSlider& earlier)
+{
+    QWidget* window = getNormalWindow();
+    if (!earlier.m_dragged || !window || !window->isVisible()) return;
+    m_dragged = std::exchange(earlier.m_dragged, false);
+    m_grabOffset = earlier.m_grabOffset;
+    // Qt sends the moves to nobody once the widget that was pressed is gone.
+    window->grabMouse();
 }
 
 void KsQtBasicSlider::add(Callbacks& list, Callback function, void* data)
@@ -172,6 +183,7 @@ bool KsQtBasicSlider::processEvent(QEvent* event)
         if (!m_dragged || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton)
             return false;
         m_dragged = false;
+        if (QWidget::mouseGrabber() == getNormalWindow()) getNormalWindow()->releaseMouse();
         call(m_finished);
         return true;
     case QEvent::KeyPress:

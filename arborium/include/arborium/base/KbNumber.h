@@ -58,8 +58,9 @@ public:
     /// Whether the conversion is one for whole numbers.
     bool isInteger() const;
 
-    /// What `snprintf` would print into a buffer of 96 bytes: at most 95 characters. A number of the
-    /// other kind than the conversion's is converted first, clamped where it must.
+    /// What `snprintf` would print into a buffer of 96 bytes, without the part of a UTF-8 character
+    /// at the end. A number of the other kind than the conversion's is converted first, clamped
+    /// where it must.
     std::string print(double value) const;
     std::string print(std::int32_t value) const;
 

@@ -30,6 +30,10 @@ public:
     /// what is no number counts as 0.
     void setValue(float value);
 
+    /// Takes over a drag that the user has begun on `earlier`, and the pointer with it until the
+    /// button is let go. Nothing unless this slider is visible.
+    void takeDragFrom(KsQtBasicSlider& earlier);
+
     /// Called with `data` and the value. A pair of function and data is held once.
     using Callback = void (*)(void* data, float value);
     /// With each step that the user moves the cursor.
