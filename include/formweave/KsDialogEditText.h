@@ -100,22 +100,26 @@ private:
 
     void makeRelay(bool keepsText);
     void showTypedText2D();
+    void showWindowText3D();
     void show3DForm();
     void change3DEditable();
     void change3DLayout();
     void createScrollBar(ScrollBar& bar, const ScrollBarParts& parts);
     void update3DScrollBars();
     void update3DCursors();
+    void update3DSideCursor();
+    float sideScroll3D();
     void update3DTextScrollPosition();
     void update3DTextPosition();
     void update3DTextCache(int oldLine);
     void follow3DTyping();
-    void update3DClipPlanes();
     void finish3DEditing();
     void applyTyping(const KbString& text, int oldLine);
     void bringCaretIntoRange();
     void putCaretAtEnd();
     void place3DThumb(float y);
+    void place3DSideThumb(float x);
+    float lineWidth3D(int line);
     int zoneWidth3D() const;
     float wrapWidth3D() const;
     KsGroup* textProperties();
@@ -134,6 +138,7 @@ private:
     KsRef<KsScale> m_buttonScale;
     ScrollBar m_scrollV, m_scrollH;
     std::unique_ptr<KbLineProjector> m_lineProjector;
+    KsRef<KsEventCallback> m_keyCallback;
     int m_editMode = 0;     ///< 1 while the user types.
     int m_caretLine = 0;    ///< The shown line that the next character goes to.
     float m_wrappedAt = -1; ///< The width at which the lines were wrapped last.

@@ -5,7 +5,9 @@
 #include "KsLayouts.h"
 
 #include <arborium/base/KbLineProjector.h>
+#include <arborium/events/KsEvent.h>
 #include <arborium/nodes/KsClipPlane.h>
+#include <arborium/nodes/KsEventCallback.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
@@ -73,7 +75,13 @@ KsDialogEditText::KsDialogEditText()
                        {"textProp", KsPartKind::Look, "textSep"}});
 }
 
-KsDialogEditText::~KsDialogEditText() = default;
+KsDialogEditText::~KsDialogEditText()
+{
+    // Somebody may hold the part that the keys come through.
+    if (m_keyCallback)
+        m_keyCallback->removeEventCallback(KsKeyboardEvent::getClassTypeId(), processKeyEvents,
+                                           this);
+}
 
 void KsDialogEditText::addAuditor(KsDialogEditTextAuditor* auditor)
 {
@@ -151,7 +159,7 @@ void KsDialogEditText::makeRelay(bool keepsText)
         changeLabelAlignment();
         changeEnable();
         changeLabelVisibility();
-        KsDialogComponent::changeEdgeStyle();
+        changeEdgeStyle();
         if (m_wrapLineHeard) changeWrapLine();
         limitFrame(relay);
     });
@@ -178,7 +186,7 @@ void KsDialogEditText::eventNotify(unsigned int value, unsigned long long)
     ksWriteSilently(m_editTextSensor, editText,
                     KbString(relay->getEditText().toLatin1().toStdString()));
     if (!trigOnEnter || value == enterPressed) applyDlgCptAuditor();
-    if (isBuilt3D()) change3DEditText();
+    if (isBuilt3D()) showWindowText3D();
 }
 
 void KsDialogEditText::changeEditable()

@@ -21,6 +21,7 @@
 #include <formweave/KsDialogEditText.h>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 KS_SKIN_SOURCE(KsDialogEditText, DialogEditText, "DialogEditText.arb", "DialogEditTextFrame",
@@ -29,20 +30,17 @@ KS_SKIN_SOURCE(KsDialogEditText, DialogEditText, "DialogEditText.arb", "DialogEd
                "DialogEditTextUpButtonReleased", "DialogEditTextScrollFrame",
                "DialogEditTextCursorFrame", "DialogEditTextCaretFrame")
 
-#define FLAT_BOX(rgb)                                                                              \
-    "  " KS_SKIN_COLORED_BOX("Material { diffuseColor " rgb " }", "0.5",                           \
-                             "0.25") "  Translation { translation 0 0 0.25 }\n"
-
 char* KsDialogEditText::DialogEditText = const_cast<char*>(
     KS_SKIN_PART("DialogEditTextFrame", KS_SKIN_CLOSED_BOX("1 1 1"))
-        KS_SKIN_PART("DialogEditTextEditingFrame", KS_SKIN_CLOSED_BOX("1 0.6 0.6"))
-            KS_SKIN_PART("DialogEditTextDownButtonPressed", FLAT_BOX("0.7 0.8 0.7")) KS_SKIN_PART(
-                "DialogEditTextDownButtonReleased", KS_SKIN_CLOSED_BOX("1 0.6 0.6"))
-                KS_SKIN_PART("DialogEditTextUpButtonPressed", FLAT_BOX("0.7 0.8 0.7")) KS_SKIN_PART(
-                    "DialogEditTextUpButtonReleased", KS_SKIN_CLOSED_BOX("1 0.6 0.6"))
-                    KS_SKIN_PART("DialogEditTextScrollFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 0.7"))
-                        KS_SKIN_PART("DialogEditTextCursorFrame", KS_SKIN_CLOSED_BOX("0.7 0.9 0.7"))
-                            KS_SKIN_PART("DialogEditTextCaretFrame", FLAT_BOX("1 0 0")));
+        KS_SKIN_PART("DialogEditTextEditingFrame", KS_SKIN_CLOSED_BOX("1 0.6 0.6")) KS_SKIN_PART(
+            "DialogEditTextDownButtonPressed", KS_SKIN_LOW_BOX("0.7 0.8 0.7"))
+            KS_SKIN_PART("DialogEditTextDownButtonReleased", KS_SKIN_CLOSED_BOX("1 0.6 0.6"))
+                KS_SKIN_PART("DialogEditTextUpButtonPressed", KS_SKIN_LOW_BOX("0.7 0.8 0.7"))
+                    KS_SKIN_PART("DialogEditTextUpButtonReleased", KS_SKIN_CLOSED_BOX("1 0.6 0.6"))
+                        KS_SKIN_PART("DialogEditTextScrollFrame", KS_SKIN_CLOSED_BOX("0.7 0.7 0.7"))
+                            KS_SKIN_PART("DialogEditTextCursorFrame",
+                                         KS_SKIN_CLOSED_BOX("0.7 0.9 0.7"))
+                                KS_SKIN_PART("DialogEditTextCaretFrame", KS_SKIN_LOW_BOX("1 0 0")));
 
 namespace {
 
@@ -52,8 +50,6 @@ constexpr float lineFrame = 22; // the height of a frame of one line
 constexpr float thumbSlack = 8; // of a thumb's way, which the text is moved beyond
 // A shape of no size has no inside, and cannot be pressed.
 constexpr float leastSize = 1;
-
-/// The keys of the numeric pad, in the order of their codes.
 
 float heightOf(const KbBox3f& box) { return box.getMax()[1] - box.getMin()[1]; }
 float widthOf(const KbBox3f& box) { return box.getMax()[0] - box.getMin()[0]; }
@@ -155,9 +151,8 @@ void KsDialogEditText::create3DControl()
     addFinishCallback(finishCB3D);
     m_editMode = 0;
     m_lineProjector = std::make_unique<KbLineProjector>();
-    KsRef<KsEventCallback> keys;
-    putFirst(keys, "frameSep");
-    keys->addEventCallback(KsKeyboardEvent::getClassTypeId(), processKeyEvents, this);
+    putFirst(m_keyCallback, "frameSep");
+    m_keyCallback->addEventCallback(KsKeyboardEvent::getClassTypeId(), processKeyEvents, this);
     setBuilt3D(1);
     m_text.box = staleBox();
     putCaretAtEnd();
@@ -213,7 +208,9 @@ void KsDialogEditText::change3DEditText()
         if (isWrapped() && end > at)
             wrap3DTextLine(stretch.get(), 0, m_wrappedAt, textProperties(), this);
         const std::vector<KbString>& pieces = stretch->string.values();
-        lines.insert(lines.end(), pieces.begin(), pieces.end());
+        const std::size_t room = std::min(pieces.size(), most - lines.size());
+        lines.insert(lines.end(), pieces.begin(),
+                     pieces.begin() + static_cast<std::ptrdiff_t>(room));
         at = end + 1;
         if (at < text.size() && text[at] == '\r') ++at;
     }
@@ -237,6 +234,14 @@ void KsDialogEditText::bringCaretIntoRange()
     // Behind a closing line break the next line need not be there yet.
     const int last = editText.getValue().endsWith("\n") ? count : count - 1;
     m_caretLine = std::max(std::min(m_caretLine, last), 0);
+}
+
+/// What was typed in the window is typed on at its end.
+void KsDialogEditText::showWindowText3D()
+{
+    change3DEditText();
+    m_caretLine = std::numeric_limits<int>::max();
+    bringCaretIntoRange();
 }
 
 void KsDialogEditText::insertCharTo3DText(char c)
@@ -331,6 +336,13 @@ void KsDialogEditText::update3DControl()
     update3DTextPosition();
 }
 
+float KsDialogEditText::lineWidth3D(int line)
+{
+    const KsRef<KsText3> text(new KsText3);
+    text->string = KbString(m_text.text->string[line]);
+    return widthOf(measure3DText(textProperties(), text.get()));
+}
+
 void KsDialogEditText::update3DTextPosition()
 {
     const KbBox3f box = editBox3D();
@@ -346,7 +358,7 @@ void KsDialogEditText::update3DTextPosition()
             KbVec3f(textInset - frame[0] / 2, (frame[1] - 2 * textInset) / 2 - box.getMax()[1], 0);
         return;
     }
-    const float t = widthOf(box), a = e - 2 * textInset;
+    const float t = lines > 1 ? lineWidth3D(lines - 1) : widthOf(box), a = e - 2 * textInset;
     float x = textInset - e / 2;
     if (a <= t) x = (-textInset - a / 2) - (t - a);
     x = static_cast<float>(static_cast<int>(x));
@@ -383,23 +395,32 @@ void KsDialogEditText::update3DCursors()
     const float tall = thumbSize(track, heightOf(box), static_cast<float>(size3D()[1]) - barWidth);
     m_scrollV.thumb->scaleFactor = KbVec3f(barWidth, tall, 1);
     m_scrollV.rest->translation = KbVec3f(0, (track - tall) / 2, 0);
-    if (!wrapLine) {
-        const float way = m_scrollH.scale->scaleFactor.getValue()[0];
-        const float wide = thumbSize(way, widthOf(box), wrapWidth3D());
-        m_scrollH.thumb->scaleFactor = KbVec3f(wide, barWidth, 1);
-        m_scrollH.rest->translation = KbVec3f(-(way - wide) / 2, 0, 0);
-    }
+    if (!wrapLine) update3DSideCursor();
+    // A thumb that grew must not reach beyond its track.
+    place3DThumb(m_scrollV.position->translation.getValue()[1]);
     update3DTextScrollPosition();
+}
+
+void KsDialogEditText::update3DSideCursor()
+{
+    const float way = m_scrollH.scale->scaleFactor.getValue()[0];
+    const float wide = thumbSize(way, widthOf(editBox3D()), wrapWidth3D());
+    m_scrollH.thumb->scaleFactor = KbVec3f(wide, barWidth, 1);
+    m_scrollH.rest->translation = KbVec3f(-(way - wide) / 2, 0, 0);
+    place3DSideThumb(m_scrollH.position->translation.getValue()[0]);
+}
+
+float KsDialogEditText::sideScroll3D()
+{
+    return m_scrollH.position->translation.getValue()[0] *
+           ratio(widthOf(editBox3D()), m_scrollH.scale->scaleFactor.getValue()[0]);
 }
 
 void KsDialogEditText::update3DTextScrollPosition()
 {
-    const KbBox3f box = editBox3D();
     const float dy = m_scrollV.position->translation.getValue()[1] *
-                     ratio(heightOf(box), m_scrollV.scale->scaleFactor.getValue()[1]);
-    const float dx = m_scrollH.position->translation.getValue()[0] *
-                     ratio(widthOf(box), m_scrollH.scale->scaleFactor.getValue()[0]);
-    m_textScroll->translation = KbVec3f(-dx, -dy, 0);
+                     ratio(heightOf(editBox3D()), m_scrollV.scale->scaleFactor.getValue()[1]);
+    m_textScroll->translation = KbVec3f(-sideScroll3D(), -dy, 0);
 }
 
 void KsDialogEditText::place3DThumb(float y)
@@ -407,6 +428,13 @@ void KsDialogEditText::place3DThumb(float y)
     const float lowest =
         m_scrollV.thumb->scaleFactor.getValue()[1] - m_scrollV.scale->scaleFactor.getValue()[1];
     m_scrollV.position->translation = KbVec3f(0, std::max(std::min(y, 0.0f), lowest), 0);
+}
+
+void KsDialogEditText::place3DSideThumb(float x)
+{
+    const float rightmost =
+        m_scrollH.scale->scaleFactor.getValue()[0] - m_scrollH.thumb->scaleFactor.getValue()[0];
+    m_scrollH.position->translation = KbVec3f(std::min(std::max(x, 0.0f), rightmost), 0, 0);
 }
 
 void KsDialogEditText::move3DCursor(float delta)
@@ -419,7 +447,11 @@ void KsDialogEditText::move3DCursor(float delta)
 /// Brings the line that is typed on into view.
 void KsDialogEditText::follow3DTyping()
 {
-    if (!wrapLine) update3DCursors();
+    if (!wrapLine) {
+        update3DSideCursor();
+        m_textScroll->translation =
+            KbVec3f(-sideScroll3D(), m_textScroll->translation.getValue()[1], 0);
+    }
     if (std::exchange(m_thumbDragged, false)) return;
     const KbBox3f box = editBox3D();
     const KbVec3f frame = m_frame.scale->scaleFactor.getValue();
@@ -435,16 +467,13 @@ void KsDialogEditText::follow3DTyping()
         scroll[1] = std::max(y, 0.0f);
     }
     if (!wrapLine) {
-        const KsRef<KsText3> line(new KsText3);
-        line->string = KbString(m_text.text->string[m_caretLine]);
-        const float end = widthOf(measure3DText(textProperties(), line.get()));
+        const float end = lineWidth3D(m_caretLine);
         const float room = frame[0] - 2 * textInset;
         const float x = std::max(std::max(std::min(-scroll[0], end - room / 4), end - room), 0.0f);
         if (x != -scroll[0]) {
             const float way = m_scrollH.scale->scaleFactor.getValue()[0];
             const float r = ratio(widthOf(box), way);
-            const float most = way - m_scrollH.thumb->scaleFactor.getValue()[0];
-            m_scrollH.position->translation = KbVec3f(std::min(r > 0 ? x / r : 0, most), 0, 0);
+            place3DSideThumb(r > 0 ? x / r : 0);
             scroll[0] = -x;
         }
     }
@@ -507,6 +536,7 @@ void KsDialogEditText::finishCB3D(void*, KsDragger* dragger)
 
 void KsDialogEditText::draggerStartCallback3D()
 {
+    if (!isBuilt3D()) return;
     const KsKeepAlive keep(this);
     set3DCurrentActive(this);
     const auto press = [this](const char* part) { setSwitchValue(getAnyPart(part, false), 1); };
@@ -556,14 +586,10 @@ void KsDialogEditText::draggerMotionCallback3D()
     }
     const KbVec3f delta = point - start;
     m_thumbDragged = true;
-    if (vertical) {
+    if (vertical)
         place3DThumb(m_scrollV.start[1] + delta[1]);
-    } else {
-        const float most =
-            m_scrollH.scale->scaleFactor.getValue()[0] - m_scrollH.thumb->scaleFactor.getValue()[0];
-        m_scrollH.position->translation =
-            KbVec3f(std::min(std::max(m_scrollH.start[0] + delta[0], 0.0f), most), 0, 0);
-    }
+    else
+        place3DSideThumb(m_scrollH.start[0] + delta[0]);
     update3DTextScrollPosition();
 }
 

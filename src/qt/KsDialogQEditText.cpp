@@ -5,15 +5,26 @@
 #include <QKeyEvent>
 #include <QTextCursor>
 
+#include <limits>
+
 namespace {
 
 constexpr unsigned int enterPressed = 1;
 constexpr unsigned int textChanged = 2;
 
-/// As a text edit gives it back: each line break is a line feed.
-QString withLineFeeds(QString text)
+/// As a text edit gives it back: each line break is a line feed, and a blank that does not break is
+/// a blank.
+QString asPlainText(QString text)
 {
-    return text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (QChar& c : text) {
+        if (c == QChar::Nbsp)
+            c = QLatin1Char(' ');
+        else if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator ||
+                 c == QLatin1Char('\r'))
+            c = QLatin1Char('\n');
+    }
+    return text;
 }
 
 QTextCursor cursorAtEnd(QTextEdit* edit)
@@ -37,6 +48,8 @@ KsDialogQEditText::KsDialogQEditText(QWidget* parent, KsDialogEditText* editText
         connect(m_multi, "2textChanged()", this, "1eventNotifyMultiLine()");
     } else {
         m_line = new QLineEdit(this);
+        // Qt would cut the text at 32767 characters, and the field with it.
+        m_line->setMaxLength(std::numeric_limits<int>::max());
         adoptControl(m_line, "LineEditWidget");
         connect(m_line, "2textChanged(const QString&)", this, "1eventNotifyLine(const QString&)");
         connect(m_line, "2returnPressed ()", this, "1eventEnterPressed()");
@@ -74,7 +87,7 @@ QString KsDialogQEditText::text() const
 void KsDialogQEditText::changeEditText(const QString& newText)
 {
     const QString present = text();
-    const QString wanted = m_multi ? withLineFeeds(newText) : newText;
+    const QString wanted = m_multi ? asPlainText(newText) : newText;
     if (wanted == present) return;
     if (m_line) m_line->setText(wanted);
     if (!m_multi) return;

@@ -18,6 +18,18 @@ public:
     std::function<void(KsDialogEditText*)> then;
 };
 
+inline std::string manyLines(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i) text += (i ? "\nline " : "line ") + std::to_string(i);
+    return text;
+}
+
+/// An editor of many lines, 300 by 100.
+const std::string many = "multiLine TRUE width 300 fixedWidth TRUE height 100 fixedHeight TRUE ";
+
+inline std::string withText(const std::string& text) { return many + "editText \"" + text + "\""; }
+
 /// What tests look at of an element.
 class EditState : public KsDialogEditText {
 public:

@@ -324,6 +324,25 @@ TEST(EditText, anAuditorThatSetsTheTextDoesNotRunForEver)
     EXPECT_EQ(shown.listener.texts, (Strings{"a", "A", "Ab", "AB"}));
 }
 
+TEST(EditText, aTextThatTheEditorShowsInItsOwnWayIsLeftAlone)
+{
+    ShownEdit shown("multiLine TRUE trigOnEnter FALSE");
+    // A text edit gives a blank that does not break back as a blank, and its line breaks as ours.
+    const KbString odd = KbString::fromUtf8("a\xc2\xa0z\r\nb\xe2\x80\xa8"
+                                            "c");
+    shown.listener.then = [&](KsDialogEditText* edit) { edit->editText = odd; };
+    shown.edit->editText = odd;
+    EXPECT_EQ(shown.lines()->toPlainText(), "a z\nb\nc");
+    EXPECT_EQ(shown.listener.texts.size(), 1u);
+    QTextCursor cursor = shown.lines()->textCursor();
+    cursor.setPosition(2);
+    shown.lines()->setTextCursor(cursor);
+    shown.edit->touch();
+    shown.edit->editText = odd;
+    EXPECT_EQ(shown.lines()->textCursor().position(), 2);
+    EXPECT_EQ(shown.listener.texts.size(), 1u);
+}
+
 TEST(EditText, markupIsPlainText)
 {
     ShownEdit shown("multiLine TRUE editText \"<b>bold</b>\"");
@@ -500,6 +519,19 @@ TEST(EditText, aTextOfTenMegabytesIsBorneByAWindow)
     EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()));
     QTest::keyClicks(shown.lines(), "x");
     EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()) + 1);
+}
+
+TEST(EditText, aLineOfTenMegabytesIsBorneByAWindowAndLosesNothing)
+{
+    const std::string text(10u << 20, 'w');
+    ShownEdit shown("", Stage::Window);
+    shown.edit->editText = text.c_str();
+    EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()));
+    QTest::keyClicks(shown.line(), "x");
+    EXPECT_EQ(shown.edit->editText.getValue().getLength(), static_cast<int>(text.size()) + 1);
+    QTest::keyClick(shown.line(), Qt::Key_Return);
+    ASSERT_EQ(shown.listener.texts.size(), 1u);
+    EXPECT_EQ(shown.listener.texts[0], text + "x");
 }
 
 TEST(EditText, whatIsWrittenReadsBackAsTheSame)
