@@ -23,12 +23,6 @@ namespace {
 
 constexpr int controlsPerRow = 10;
 
-template <class Widget> Widget* named(Widget* widget)
-{
-    widget->setFont(KsFormweave::getFormweaveFont());
-    return widget;
-}
-
 /// A frame with a label and the control, as a person writes a row of a form.
 template <class Widget> QWidget* labelled(QWidget* parent, int i, Widget*& control)
 {
@@ -79,12 +73,12 @@ const Kind kinds[] = {
          return static_cast<QWidget*>(cell);
      },
      false},
-    {"DialogRealSlider", "value 0.5",
+    {"DialogRealSlider", "value 0.5 colors [ 0.1 0.2 0.5, 0.9 0.9 0.8 ]",
      [](QWidget* parent, int i) {
          QCheckBox* box = nullptr;
          QWidget* cell = labelled(parent, i, box);
-         auto* bar = new QFrame(cell);
-         bar->setMinimumWidth(60);
+         auto* bar = new PaintedBar(cell);
+         bar->setMinimumSize(60, 24);
          cell->layout()->addWidget(bar);
          cell->layout()->addWidget(named(new QLineEdit("0.500", cell)));
          return cell;

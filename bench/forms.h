@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPainter>
 #include <QWidget>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -39,6 +40,37 @@ inline KsRef<KsTopLevelDialog> readForm(const std::string& text)
     const KsRef<KsSeparator> root(KsDB::readAll(&in));
     return KsRef<KsTopLevelDialog>(
         root && root->getNumChildren() ? ksCast<KsTopLevelDialog>(root->getChild(0)) : nullptr);
+}
+
+/// A bar as a person paints it.
+class PaintedBar : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        QLinearGradient gradient(6, 0, width() - 7, 0);
+        gradient.setColorAt(0, QColor::fromRgbF(0.1, 0.2, 0.5));
+        gradient.setColorAt(1, QColor::fromRgbF(0.9, 0.9, 0.8));
+        painter.fillRect(QRect(6, height() / 2 - 5, width() - 12, 10), gradient);
+        const int x = width() / 2, y = height() / 2;
+        painter.setBrush(QColor(0xAA, 0xAA, 0xAA));
+        const QPoint triangle[] = {{x - 6, y + 11}, {x, y}, {x + 6, y + 11}};
+        painter.drawPolygon(triangle, 3);
+        painter.setPen(Qt::white);
+        painter.drawLine(x - 5, y + 10, x, y + 1);
+        painter.setPen(QColor(0x55, 0x55, 0x55));
+        painter.drawLine(x, y + 1, x + 5, y + 10);
+    }
+};
+
+/// In the font of our controls.
+template <class Widget> Widget* named(Widget* widget)
+{
+    widget->setFont(KsFormweave::getFormweaveFont());
+    return widget;
 }
 
 /// Time to make, build, show and paint; the counter is bytes for each of `count` controls.

@@ -38,12 +38,6 @@ KsTabDialog* tabsOf(KsTopLevelDialog* dialog)
     return static_cast<KsTabDialog*>(dialog->getChild(0));
 }
 
-template <class Widget> Widget* named(Widget* widget)
-{
-    widget->setFont(KsFormweave::getFormweaveFont());
-    return widget;
-}
-
 QWidget* makeHandWritten(int pages)
 {
     auto* window = new QWidget;

@@ -26,9 +26,13 @@ inline std::string manyLines(int count)
 }
 
 /// An editor of many lines, 300 by 100.
-const std::string many = "multiLine TRUE width 300 fixedWidth TRUE height 100 fixedHeight TRUE ";
+const std::string largeForm =
+    "multiLine TRUE width 300 fixedWidth TRUE height 100 fixedHeight TRUE ";
 
-inline std::string withText(const std::string& text) { return many + "editText \"" + text + "\""; }
+inline std::string withText(const std::string& text)
+{
+    return largeForm + "editText \"" + text + "\"";
+}
 
 /// What tests look at of an element.
 class EditState : public KsDialogEditText {

@@ -49,7 +49,7 @@ TEST(EditText3D, aFrameOfOneLineFillsTheControlsZone)
 
 TEST(EditText3D, manyLinesLeaveRoomForTheScrollBars)
 {
-    ShownEdit shown("label \"Title\" wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("label \"Title\" wrapLine FALSE " + largeForm, Stage::Scene);
     const float w = shown.width() - 6 - shown.labelZone(), h = shown.height() - 6;
     EXPECT_EQ(shown.height(), 100);
     EXPECT_TRUE(shown.first<KsTranslation>("frameSep")->translation.getValue() ==
@@ -84,7 +84,7 @@ TEST(EditText3D, manyLinesLeaveRoomForTheScrollBars)
 
 TEST(EditText3D, itsBarsAndFrameTouchButDoNotOverlap)
 {
-    ShownEdit shown("label \"Title\" wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("label \"Title\" wrapLine FALSE " + largeForm, Stage::Scene);
     shown.draw();
     const KbBox3f frame = shown.boxOf(shown.edit, "frameSep");
     const KbBox3f up = shown.boxOf(shown.edit, "upSep"), down = shown.boxOf(shown.edit, "downSep");
@@ -241,7 +241,7 @@ TEST(EditText3D, theKeysOfThePadTypeTheirDigits)
 
 TEST(EditText3D, shiftAndReturnBreaksTheLine)
 {
-    ShownEdit shown(many);
+    ShownEdit shown(largeForm);
     shown.startTyping();
     shown.type("one\ntwo");
     EXPECT_EQ(shown.text(), "one\ntwo");
@@ -321,7 +321,7 @@ TEST(EditText3D, theTextMayBeEditedBeforeThereIsAScene)
 
 TEST(EditText3D, onlyTheCharacterThatPassesTheWidthGoesToTheNextLine)
 {
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     shown.startTyping();
     std::string typed;
     while (shown.shownLines().size() < 2 && typed.size() < 200) {
@@ -384,7 +384,7 @@ TEST(EditText3D, afterATextOfTheApplicationTypingGoesOnInTheLineThatItWasOn)
 
 TEST(EditText3D, afterATextOfTheApplicationTheBarsFollowAtTheNextLine)
 {
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     const float full = shown.trackV()[1];
     EXPECT_EQ(shown.thumbSizeV()[1], full);
     shown.edit->editText = manyLines(30).c_str();
@@ -459,7 +459,7 @@ TEST(EditText3D, anAuditorMayLetTheEditorGo)
     for (const int key : {static_cast<int>('a'), static_cast<int>(KsKeyboardEvent::RETURN),
                           static_cast<int>(KsKeyboardEvent::BACKSPACE)}) {
         for (const bool enter : {false, true}) {
-            ShownEdit shown(enter ? many : many + "trigOnEnter FALSE", Stage::Scene);
+            ShownEdit shown(enter ? largeForm : largeForm + "trigOnEnter FALSE", Stage::Scene);
             const KsRef<KsTopLevelDialog> keep(shown.dialog);
             shown.listener.then = [&](KsDialogEditText* edit) { keep->removeChild(edit); };
             shown.startTyping();
@@ -473,7 +473,7 @@ TEST(EditText3D, anAuditorMayLetTheEditorGo)
 
 TEST(EditText3D, itDiesWhileItIsTypedIn)
 {
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     shown.startTyping();
     shown.dialog->removeChild(shown.edit);
     shown.type("x");
@@ -487,7 +487,7 @@ TEST(EditText3D, aTextOfTenMegabytesIsShownAndTypedIn)
 {
     std::string text;
     while (text.size() < 10u << 20) text += "a line of some length, as texts have\n";
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     shown.edit->editText = text.c_str();
     EXPECT_LE(shown.shownLines().size(), static_cast<std::size_t>(KsLimits::current().textLines));
     shown.startTyping();

@@ -159,7 +159,7 @@ TEST(EditText3D, theViewFollowsTheLineThatIsTypedOn)
 
 TEST(EditText3D, aLongLineThatIsNotWrappedIsFollowedToItsEnd)
 {
-    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("wrapLine FALSE " + largeForm, Stage::Scene);
     shown.startTyping();
     for (int i = 0; i < 80; ++i) shown.type("w");
     const KbBox3f text = shown.textBox(), frame = shown.boxOf(shown.edit, "frameSep");
@@ -173,7 +173,7 @@ TEST(EditText3D, aLongLineThatIsNotWrappedIsFollowedToItsEnd)
 
 TEST(EditText3D, anEmptyTextHasFullThumbsAndNothingToScroll)
 {
-    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("wrapLine FALSE " + largeForm, Stage::Scene);
     EXPECT_EQ(shown.thumbSizeV()[1], shown.trackV()[1]);
     EXPECT_EQ(shown.thumbSizeH()[0], shown.trackH()[0]);
     shown.clickPart(shown.edit, "downSep");
@@ -242,7 +242,7 @@ void expectThumbsOnTheirTracks(const ShownEdit& shown)
 
 TEST(EditText3D, aThumbStaysOnItsTrackWhileTheTextGetsShorter)
 {
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     shown.startTyping();
     for (int i = 0; i < 30; ++i) shown.type("ab\n");
     expectThumbsOnTheirTracks(shown);
@@ -257,7 +257,7 @@ TEST(EditText3D, aThumbStaysOnItsTrackWhileTheTextGetsShorter)
 
 TEST(EditText3D, aThumbStaysOnItsTrackWhileTheLineGetsShorter)
 {
-    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("wrapLine FALSE " + largeForm, Stage::Scene);
     shown.startTyping();
     for (int i = 0; i < 60; ++i) shown.type("w");
     EXPECT_GT(shown.thumbH()[0], 20);
@@ -274,7 +274,7 @@ TEST(EditText3D, aThumbStaysOnItsTrackWhileTheLineGetsShorter)
 
 TEST(EditText3D, aShorterTextOfTheApplicationBringsTheThumbBackAtTheNextLine)
 {
-    ShownEdit shown(many, Stage::Scene);
+    ShownEdit shown(largeForm, Stage::Scene);
     shown.startTyping();
     for (int i = 0; i < 30; ++i) shown.type("ab\n");
     shown.edit->editText = "one\ntwo\nthree";
@@ -286,7 +286,7 @@ TEST(EditText3D, aShorterTextOfTheApplicationBringsTheThumbBackAtTheNextLine)
 
 TEST(EditText3D, withoutWrappingTheUprightBarFollowsTheApplicationAtTheNextLineToo)
 {
-    ShownEdit shown("wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("wrapLine FALSE " + largeForm, Stage::Scene);
     const float full = shown.trackV()[1];
     shown.edit->editText = manyLines(30).c_str();
     shown.startTyping();
@@ -346,7 +346,7 @@ TEST(EditText3D, aShortLastLineBehindALongOneIsSeenInAFrameOfOneLine)
 
 TEST(EditText3D, whatWasTypedInTheWindowIsTypedOnInTheScene)
 {
-    ShownEdit shown(many, Stage::Both);
+    ShownEdit shown(largeForm, Stage::Both);
     QTest::keyClicks(shown.lines(), "one");
     QTest::keyClick(shown.lines(), Qt::Key_Return);
     QTest::keyClicks(shown.lines(), "two");
@@ -367,7 +367,7 @@ TEST(EditText3D, whatWasTypedInTheWindowIsTypedOnInTheScene)
 
 TEST(EditText3D, textOutsideTheFrameIsNotSeen)
 {
-    ShownEdit shown("label \"L\" wrapLine FALSE " + many, Stage::Scene);
+    ShownEdit shown("label \"L\" wrapLine FALSE " + largeForm, Stage::Scene);
     const auto picture = [&shown] {
         shown.draw();
         KsOffscreenRenderer renderer(KbViewportRegion(Stage::viewWidth, Stage::viewHeight));

@@ -1,0 +1,92 @@
+// A window of hundreds of sliders.
+
+#include "Sliders.h"
+
+#include <arborium/render/KsGL.h>
+#include <arborium/render/KsGLContext.h>
+
+#include <dlfcn.h>
+
+namespace {
+
+constexpr int count = 300;
+
+// Stands in front of the function that makes contexts, and counts.
+using CreateContext = void* (*)(void*, void*, void*, const int*);
+CreateContext* s_entry = nullptr;
+CreateContext s_original = nullptr;
+int s_contexts = 0;
+
+void* countedCreateContext(void* display, void* config, void* shared, const int* attributes)
+{
+    void* context = s_original(display, config, shared, attributes);
+    s_contexts += context != nullptr;
+    // The first call puts the driver's own function in its place.
+    if (*s_entry != countedCreateContext) s_original = *s_entry;
+    *s_entry = countedCreateContext;
+    return context;
+}
+
+std::string manySliders()
+{
+    std::string text = "TopLevelDialog { label \"Many\" ";
+    for (int i = 0; i < count; ++i) {
+        if (i % 5 == 0) text += "ColumnDialog { ";
+        text += "DialogRealSlider { label \"Value\" value 0.5 colors [ 0 0 1, 1 1 0 ] } ";
+        if (i % 5 == 4) text += "} ";
+    }
+    return text + "}";
+}
+
+std::vector<KsDialogCustomSlider*> barsOf(const QWidget* window)
+{
+    std::vector<KsDialogCustomSlider*> bars;
+    for (QObject* child : window->findChildren<QObject*>()) {
+        if (auto* bar = dynamic_cast<KsDialogCustomSlider*>(child)) bars.push_back(bar);
+    }
+    return bars;
+}
+
+long picturesOf(const std::vector<KsDialogCustomSlider*>& bars)
+{
+    long pictures = 0;
+    for (const KsDialogCustomSlider* bar : bars) pictures += bar->getNumPictures();
+    return pictures;
+}
+
+/// Opens the window and moves one of its sliders.
+void openAndMove()
+{
+    Stage stage(manySliders(), Stage::Window);
+    QWidget* window = stage.dialog->getBaseWidget();
+    window->grab();
+    const std::vector<KsDialogCustomSlider*> bars = barsOf(window);
+    ASSERT_EQ(bars.size(), static_cast<std::size_t>(count));
+    for (const KsDialogCustomSlider* bar : bars) EXPECT_GE(bar->getNumPictures(), 1);
+    const long before = picturesOf(bars);
+    window->grab();
+    window->repaint();
+    EXPECT_EQ(picturesOf(bars), before) << "nothing changed";
+    bars[7]->setValue(0.25f);
+    window->grab();
+    EXPECT_EQ(picturesOf(bars), before + 1);
+    for (const QWidget* widget : window->findChildren<QWidget*>())
+        EXPECT_FALSE(widget->testAttribute(Qt::WA_NativeWindow));
+}
+
+} // namespace
+
+TEST(Slider, hundredsShareOneContextAndAreRedrawnOnlyWhenTheyChange)
+{
+    s_entry = reinterpret_cast<CreateContext*>(dlsym(RTLD_DEFAULT, "epoxy_eglCreateContext"));
+    ASSERT_TRUE(s_entry);
+    s_original = *s_entry;
+    *s_entry = countedCreateContext;
+    openAndMove();
+    EXPECT_EQ(s_contexts, 0) << "small pictures need none";
+    KsGL::setRoad(KsGL::OPENGL);
+    openAndMove();
+    KsGL::setRoad(KsGL::BEST);
+    EXPECT_EQ(s_contexts, KsGLContext::isAvailable() ? 1 : 0);
+    *s_entry = s_original;
+}
