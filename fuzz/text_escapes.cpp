@@ -78,11 +78,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const KsRef<KsDialogEditText> edit(new KsDialogEditText);
         multiLine = choice & 8;
         edit->multiLine = multiLine;
-        node.reset(edit.get());
+        node = edit.get();
         break;
     }
-    case 2: node.reset(new KsDialogComboBox); break;
-    case 3: node.reset(new KsDialogLabel); break;
+    case 2: node = new KsDialogComboBox; break;
+    case 3: node = new KsDialogLabel; break;
     default: break;
     }
     const bool isEdit = (choice & 3) == 1;
