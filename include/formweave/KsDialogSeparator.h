@@ -3,7 +3,8 @@
 #include <formweave/KsDialogComponent.h>
 
 /// A line that divides the children of a row or column dialog. Its container tells it which way it
-/// runs: across the stack. Its fields count when it is built; later changes of them do nothing.
+/// runs: across the stack. Its fields count when it is built; later changes of them do nothing, and
+/// `enable` never does: only a container that is disabled greys it.
 class FORMWEAVE_API KsDialogSeparator : public KsDialogComponent {
     KS_KIT_HEADER(KsDialogSeparator);
 
@@ -15,6 +16,8 @@ public:
     void setOrientationHorz(int horizontal);
 
     void updateFromSensor(KsSensor* sensor) override;
+    void change3DEnable() override {}
+    void change3DWidgetEnable(int enabled) override;
     void setAcrossStack(bool rows) override;
     void getDefaultSize(KbVec2i32& size, KbVec2i32& min, KbVec2i32& max) override;
     void updateLabelWidget() override;

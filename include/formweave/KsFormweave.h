@@ -171,6 +171,8 @@ protected:
     /// A press or drag in a scene ends without its release (a message box was shown, or the element
     /// left the scene): what shows or hides something for as long as it lasts is put back.
     virtual void abandonDrag3D() {}
+    /// Scene: grey and out of reach, or as its looks are, with the pick style `enabledPickStyle`.
+    void paintEnabled(bool enabled, int enabledPickStyle);
 
     // Auditors. The list holds plain pointers; the application owns what they point to.
     void addAuditor(KsAuditor* auditor);
@@ -364,5 +366,4 @@ private:
     static bool mayBuildOn3DTraversal();
     static void pressedCB(void* data, KsEventCallback* node);
     int placeBeside(KsGroup*& group, const char* part);
-    void paintEnabled(bool enabled, int enabledPickStyle);
 };

@@ -475,7 +475,7 @@ void KsDialogComponent::create3DDialogComponent()
     apply3DParentTranslation();
     m_3DDepth = -1;
     show3D(!m_parent || m_parent->showsChildren3D());
-    if (!enable.getValue()) KsFormweave::change3DEnable();
+    if (!enable.getValue()) change3DEnable();
 }
 
 void KsDialogComponent::update3DDialogComponent()

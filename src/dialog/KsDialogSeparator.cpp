@@ -4,6 +4,7 @@
 #include "KsControlParts.h"
 #include "KsSkinFamily.h"
 
+#include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
 #include <formweave/KsSizeDB.h>
 
@@ -88,6 +89,11 @@ void KsDialogSeparator::updateControlWidget()
 }
 
 // The scene.
+
+void KsDialogSeparator::change3DWidgetEnable(int enabled)
+{
+    paintEnabled(enabled != 0, KsPickStyle::SHAPE);
+}
 
 void KsDialogSeparator::create3DControl()
 {

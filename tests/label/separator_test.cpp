@@ -3,6 +3,7 @@
 #include "base/Elements.h"
 
 #include <arborium/kits/KsNodekitCatalog.h>
+#include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsScale.h>
 #include <dialog/Stage.h>
 
@@ -161,6 +162,27 @@ TEST(SeparatorBoth, ignoresAllChangesBehindItsBuild)
     EXPECT_EQ(frameOf(separator)->geometry(), frame);
     EXPECT_EQ(scaleOf(separator), scale);
     EXPECT_EQ(Stage::shown(separator, "edgeStyleSwitch"), 0);
+}
+
+TEST(SeparatorBoth, isDisabledWithItsContainerOnly)
+{
+    const auto grey = [](KsDialogSeparator* separator) {
+        const auto* material = ksCast<KsMaterial>(
+            static_cast<KsGroup*>(separator->getAnyPart("geomSwitch", false))->getChild(0));
+        return material ? material->emissiveColor[0][0] : -1;
+    };
+    Stage stage("TopLevelDialog { RowDialog { auditorID \"rows\""
+                " DialogSeparator { auditorID \"line\" enable FALSE } DialogCheckBox { } } }");
+    auto* separator = stage.find<KsDialogSeparator>("line");
+    EXPECT_TRUE(lineOf(separator)->isEnabled());
+    EXPECT_EQ(grey(separator), 0);
+    auto* rows = stage.find<KsRowDialog>("rows");
+    rows->enable = false;
+    EXPECT_FALSE(lineOf(separator)->isEnabled());
+    EXPECT_EQ(grey(separator), 0.5f);
+    rows->enable = true;
+    EXPECT_TRUE(lineOf(separator)->isEnabled());
+    EXPECT_EQ(grey(separator), 0);
 }
 
 TEST(SeparatorWindow, fieldsCountAtItsBuild)
