@@ -152,7 +152,7 @@ TEST(Connection, ofAnEnumTakesOnlyValuesThatItsNamesHold)
     const KbName names[] = {"ONE", "TWO"};
     KsSFEnum master, slave;
     slave.setEnums(2, values, names);
-    slave.setValue(1);
+    master = 1;
     slave.connectFrom(&master);
     {
         ExpectedMessages messages("KsSFEnum::setValue", "7 is no value");

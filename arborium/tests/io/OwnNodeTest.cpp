@@ -114,7 +114,7 @@ TEST_F(OwnNode, isReadAndWrittenInBothForms)
 {
     expectKept(ascii + R"(
 TestShelf {
-    (3 1 4)
+    ( 3 1 4 )
     label "upper"
     DEF A Cube {
         width 3

@@ -361,6 +361,8 @@ TEST_F(Group, isOneOfManyKindsOfContainers)
     EXPECT_EQ(container->getChildren()->getLength(), 0);
 
     // A node without children says so.
+    KsTransformation::initClass();
+    KsTranslation::initClass();
     const KsRef<KsNode> leaf(new KsTranslation);
     ExpectedMessages messages("KsNode::internalAddChild", "a Translation holds no children");
     leaf->internalAddChild(a);
