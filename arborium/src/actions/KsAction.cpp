@@ -62,7 +62,7 @@ void KsAction::apply(const KsPathList& paths)
 {
     for (int i = 0; i < paths.getLength(); ++i) {
         const KsRef<KsPath> path(paths[i]); // the list may change meanwhile
-        apply(path.get());
+        if (path) apply(path.get());
     }
 }
 

@@ -14,6 +14,18 @@ KsType KsGetBoundingBoxAction::getClassTypeId()
     return type;
 }
 
+void KsGetBoundingBoxAction::apply(const KsPathList& paths)
+{
+    KbBox3f all;
+    for (int i = 0; i < paths.getLength(); ++i) {
+        const KsRef<KsPath> path(paths[i]); // the list may change meanwhile
+        if (!path) continue;
+        apply(path.get());
+        all.extendBy(m_box);
+    }
+    m_box = all;
+}
+
 void KsGetBoundingBoxAction::beginTraversal(KsNode* root)
 {
     m_box.makeEmpty();

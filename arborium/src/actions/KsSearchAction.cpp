@@ -64,6 +64,23 @@ void KsSearchAction::addMatch()
     terminate();
 }
 
+void KsSearchAction::apply(const KsPathList& paths)
+{
+    KsRef<KsPath> match;
+    KsPathList matches;
+    for (int i = 0; i < paths.getLength(); ++i) {
+        const KsRef<KsPath> path(paths[i]); // the list may change meanwhile
+        if (!path) continue;
+        apply(path.get());
+        for (int k = 0; k < m_paths.getLength(); ++k) matches.append(m_paths[k]);
+        if (m_path) match = m_path;
+        if (m_found && m_interest == FIRST) break;
+    }
+    m_path = match;
+    m_paths = matches;
+    m_found = m_path || m_paths.getLength() > 0;
+}
+
 void KsSearchAction::beginTraversal(KsNode* root)
 {
     m_found = false;

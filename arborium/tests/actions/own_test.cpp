@@ -279,7 +279,9 @@ TEST_F(OwnClasses, anActionMeetsNodesPathsAndListsOfPaths)
     shift->translation = KbVec3f(0, 0, 9);
     right->insertChild(shift, 0);
     boxes.apply(paths);
-    EXPECT_TRUE(near(boxes.getBoundingBox(), {0, -1, 9}, {0, 1, 9})) << "that of the last path";
+    EXPECT_TRUE(near(boxes.getBoundingBox(), {0, -1, 0}, {0, 1, 9})) << "around all of them";
+    action.apply(paths);
+    EXPECT_EQ(action.count, 5) << "the last one: the root, the right one, its shift and its wires";
     paths.truncate(1);
     boxes.apply(paths);
     EXPECT_TRUE(near(boxes.getBoundingBox(), {0, -1, 0}, {0, 1, 0}));

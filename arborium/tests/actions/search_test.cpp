@@ -1,5 +1,6 @@
 #include "TestShape.h"
 
+#include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsRotation.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsSeparator.h>
@@ -172,6 +173,43 @@ TEST_F(Search, meetsASharedNodeOncePerPlace)
     ASSERT_EQ(search.getPaths().getLength(), 2);
     EXPECT_EQ(search.getPaths()[0]->getIndex(1), 0);
     EXPECT_EQ(search.getPaths()[1]->getIndex(1), 3);
+}
+
+TEST_F(Search, alongAPathMeetsOnlyWhatItLeadsTo)
+{
+    auto* left = addTo<KsSeparator>(root);
+    auto* right = addTo<KsSeparator>(root);
+    auto* inLeft = addTo<KsTranslation>(left);
+    auto* inRight = addTo<KsTranslation>(right);
+    auto* last = addTo<KsTranslation>(right);
+    KsSearchAction action;
+    action.setType(KsTranslation::getClassTypeId());
+    const KsRef<KsPath> toLeft(new KsPath(root)), toRight(new KsPath(root));
+    ASSERT_TRUE(toLeft->append(left));
+    ASSERT_TRUE(toRight->append(right));
+    action.apply(toRight);
+    ASSERT_TRUE(action.getPath());
+    EXPECT_EQ(action.getPath()->getTail(), inRight);
+
+    KsPathList paths;
+    paths.append(toLeft);
+    paths.append(nullptr);
+    paths.append(toRight);
+    action.apply(paths);
+    ASSERT_TRUE(action.getPath());
+    EXPECT_EQ(action.getPath()->getTail(), inLeft);
+    action.setInterest(KsSearchAction::LAST);
+    action.apply(paths);
+    ASSERT_TRUE(action.getPath());
+    EXPECT_EQ(action.getPath()->getTail(), last);
+    action.setInterest(KsSearchAction::ALL);
+    action.apply(paths);
+    ASSERT_EQ(action.getPaths().getLength(), 3);
+    EXPECT_EQ(action.getPaths()[0]->getTail(), inLeft);
+    EXPECT_EQ(action.getPaths()[2]->getTail(), last);
+    action.setType(KsMaterial::getClassTypeId());
+    action.apply(paths);
+    EXPECT_FALSE(action.isFound());
 }
 
 // shows: KsAction::visit, KsSearchAction, KsSearchAction::setFound

@@ -20,7 +20,8 @@ public:
     /// Traverses the nodes of the path (hidden ones too), what is below its last node, and what
     /// affects their state. Null is an empty scene.
     virtual void apply(KsPath* path);
-    /// The same for one path after the other.
+    /// The same for one path after the other; null paths are passed over. What an action gathers it
+    /// gathers from all of them where its class says so, else from the last one.
     virtual void apply(const KsPathList& paths);
 
     /// The traversal state, for nodes that set or read it. Null while nothing is traversed.

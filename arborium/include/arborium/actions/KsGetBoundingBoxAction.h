@@ -13,6 +13,9 @@ public:
     static KsType getClassTypeId();
 
     /// The window for which cameras and what depends on it are asked.
+    using KsAction::apply;
+    /// The box around what all of the paths lead to.
+    void apply(const KsPathList& paths) override;
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     /// The box of the last traversal; empty if nothing has an extent.
     KbBox3f getBoundingBox() const { return m_box; }

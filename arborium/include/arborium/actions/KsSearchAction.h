@@ -11,6 +11,10 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
+    using KsAction::apply;
+    /// Searches what all of the paths lead to: the first match of the first path that has one, the last
+    /// of the last one, or those of all paths.
+    void apply(const KsPathList& paths) override;
     /// Whether all matches are wanted, the first (the default), or the last.
     void setInterest(int interest) { m_interest = interest; }
     int getInterest() const { return m_interest; }
