@@ -236,7 +236,6 @@ std::vector<KsGLBatches::Item> KsGLBatches::sortDraws(const KsDrawList& drawList
 
         Item item;
         item.draw = static_cast<std::uint32_t>(i);
-        item.key.layer = draw.layer;
         item.key.primitive = mesh.primitive;
         item.key.lit = material.lit && mesh.normals.size() == mesh.positions.size();
         item.key.twoSided = draw.twoSided && item.key.lit;
@@ -278,7 +277,6 @@ std::vector<KsGLBatches::Item> KsGLBatches::sortDraws(const KsDrawList& drawList
     }
     std::sort(transparent.begin(), transparent.end(), [](const Item& a, const Item& b) {
         if (a.depth != b.depth) return a.depth < b.depth;
-        if (a.key.layer != b.key.layer) return a.key.layer < b.key.layer;
         return a.draw < b.draw;
     });
     std::size_t start = 0;

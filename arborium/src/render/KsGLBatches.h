@@ -13,7 +13,6 @@
 struct KsGLBatch {
     /// Draws with equal keys may go out together.
     struct Key {
-        std::uint8_t layer = 0;
         bool transparent = false;
         bool single = false; ///< Has the mesh's own buffers, of `KsGLCache`.
         std::uint8_t primitive = 0;
@@ -29,8 +28,8 @@ struct KsGLBatch {
 
         auto tie() const
         {
-            return std::tie(layer, transparent, single, primitive, lit, pixelLit, twoSided, cull,
-                            clip, lights, texture, clampS, clampT);
+            return std::tie(transparent, single, primitive, lit, pixelLit, twoSided, cull, clip,
+                            lights, texture, clampS, clampT);
         }
         bool operator<(const Key& other) const { return tie() < other.tie(); }
         bool operator==(const Key& other) const { return tie() == other.tie(); }

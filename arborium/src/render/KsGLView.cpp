@@ -241,7 +241,10 @@ int KsGLView::draw(const KsDrawList& drawList, const KsGLBatches& batches)
     blendByAlpha();
     glFrontFace(GL_CCW);
     glCullFace(GL_BACK);
+    // Faces step back from lines that lie in them.
+    const float back = batches.hasLines() ? 1.0f : 0.0f;
     glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(back, back);
     // Clip planes are given in the space of this matrix.
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
@@ -269,11 +272,6 @@ int KsGLView::draw(const KsDrawList& drawList, const KsGLBatches& batches)
             glDepthMask(key.transparent ? GL_FALSE : GL_TRUE);
         }
         if (!last || last->cull != key.cull) (key.cull ? glEnable : glDisable)(GL_CULL_FACE);
-        if (!last || last->layer != key.layer) {
-            // Faces step back from lines that lie in them, and lower layers from higher ones.
-            const float back = (batches.hasLines() ? 1.0f : 0.0f) - static_cast<float>(key.layer);
-            glPolygonOffset(back, back);
-        }
         if (!last || last->clip != key.clip) planes = setClipPlanes(drawList, key.clip, planes);
         if (key.texture) {
             if (!last || last->texture != key.texture) {

@@ -76,6 +76,7 @@ TEST_F(ViewerCamera, seekingPutsWhatIsClickedInTheMiddleAndTwiceAsLarge)
     EXPECT_EQ(camera->orientation.getValue(), KbRotation());
 }
 
+// shows: KsQtViewer::seek
 TEST_F(ViewerCamera, seekingTurnsAPerspectiveAndGoesHalfTheWay)
 {
     KsPerspectiveCamera* deep = usePerspective();
@@ -113,6 +114,7 @@ TEST_F(ViewerCamera, seekingFollowsTheSpaceInWhichTheCameraStands)
     EXPECT_FLOAT_EQ(camera->height.getValue(), 5);
 }
 
+// shows: KsQtViewer::setSeeking, KsQtViewer::isSeeking
 TEST_F(ViewerCamera, seekingWhereNothingIsMovesNothing)
 {
     addCube(3, 2, 0);

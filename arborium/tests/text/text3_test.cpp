@@ -276,6 +276,7 @@ TEST_F(Text, prefixesOfALongLineAreThoseOfTheWholeLine)
         EXPECT_NEAR(widths[i], KsText3::getLineWidth(line.substr(0, i), fontState), 0.3f) << i;
 }
 
+// shows: KsText3::getNumLaidOut
 TEST_F(Text, allPrefixesOfALineComeFromOneLayoutOfIt)
 {
     const std::string words = "The quick brown fox jumps over the lazy dog, ";

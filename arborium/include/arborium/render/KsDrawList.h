@@ -25,7 +25,6 @@ struct ARBORIUM_API KsDraw {
     bool cullBack = false;
     bool twoSided = true; ///< Light falls on both faces.
     bool counterClockwise = true;
-    std::uint8_t layer = 0; ///< Higher layers are drawn over lower ones where depths are equal.
 };
 
 /// A scene as a flat list: the whole that the GL side needs to know.
