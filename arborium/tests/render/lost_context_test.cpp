@@ -96,17 +96,19 @@ protected:
         scene->touch();
         return renderer.render(scene);
     }
-    static std::vector<std::uint8_t> slider()
+    static std::vector<std::uint32_t> slider()
     {
         const KbColor grey(0.5f, 0.5f, 0.5f);
+        KsGL::setRoad(KsGL::OPENGL);
         KsGL::Target target(20, 10, 1, &grey);
+        KsGL::setRoad(KsGL::BEST);
         KsGL::color3f(1, 0, 0);
         KsGL::rects(2, 2, 8, 8);
         KsGL::color3f(0, 0, 1);
         KsGL::rects(10, 2, 14, 6);
-        std::vector<std::uint8_t> rgba;
-        target.finish(rgba);
-        return rgba;
+        std::vector<std::uint32_t> argb;
+        target.finish(argb);
+        return argb;
     }
 
     const QTemporaryDir folder;
@@ -121,7 +123,7 @@ TEST_F(LostContext, picturesAreTheSameInANewOne)
 {
     const std::uint64_t number = KsGLContext::getNumber();
     EXPECT_GT(number, 0u);
-    const std::vector<std::uint8_t> bar = slider();
+    const std::vector<std::uint32_t> bar = slider();
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(KsGLContext::release());
         EXPECT_TRUE(drawAgain());
@@ -181,7 +183,7 @@ TEST_F(LostContext, duringAFrameTheFrameIsDrawnOnceMore)
 TEST_F(LostContext, duringABarItIsDrawnWithoutOpenGL)
 {
     const LosingDriver driver;
-    const std::vector<std::uint8_t> bar = slider();
+    const std::vector<std::uint32_t> bar = slider();
     if (LosingDriver::questions == 0) GTEST_SKIP() << "the driver cannot be asked";
     LosingDriver::losses = 1;
     ExpectedMessages messages("KsGLContext::releaseLost", "was lost");

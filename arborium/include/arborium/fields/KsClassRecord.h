@@ -118,11 +118,11 @@ public:                                                                         
     const KsFieldData* getFieldData() const override;                                              \
     int getIsBuiltIn() const override;                                                             \
     static void initClass();                                                                       \
-    static void exitClass();                                                                       \
+    [[maybe_unused]] static void exitClass();                                                      \
     static KsClassRecord classRecord;                                                              \
                                                                                                    \
 protected:                                                                                         \
-    static const KsFieldData** getFieldDataPtr();                                                  \
+    [[maybe_unused]] static const KsFieldData** getFieldDataPtr();                                 \
                                                                                                    \
 private:                                                                                           \
     static KsTypedObject* createInstance(KsType*)
