@@ -108,8 +108,8 @@ void KsGL::Target::finish(std::vector<std::uint32_t>& argb)
         // It is drawn once more, without OpenGL.
         drawing.drawer.reset();
         KsGLContext::releaseLost();
-        const auto raster = ksRasterDrawer(m_impl->width, m_impl->height, drawing.scale,
-                                           m_impl->background.get());
+        const auto raster =
+            ksRasterDrawer(m_impl->width, m_impl->height, drawing.scale, m_impl->background.get());
         for (const Shape& shape : drawing.shapes)
             raster->draw(shape.primitive, shape.vertices, shape.smooth);
         raster->finish(argb);

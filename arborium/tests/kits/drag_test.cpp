@@ -384,6 +384,7 @@ TEST_F(Drag, sceneAndActionMayDieDuringIt)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
+// shows: KsDragger::dragLost
 TEST_F(Drag, thatIsLostIsToldOnce)
 {
     const auto leaveScene = [&] { root->removeChild(1); };

@@ -286,6 +286,27 @@ TEST_F(BasicSlider, jumpsToWhereItIsPressedAndGoesOnFromThere)
     EXPECT_EQ(slider.ends, std::vector<float>{1.0f});
 }
 
+// shows: KsQtBasicSlider::takeDragFrom
+TEST_F(BasicSlider, takesADragOverFromTheOneThatItReplaces)
+{
+    Slider earlier(&window), later(&window);
+    window.show();
+    QTest::mousePress(earlier.getNormalWindow(), Qt::LeftButton, {}, earlier.tip() + QPoint(2, 0));
+    later.takeDragFrom(earlier);
+    EXPECT_EQ(QWidget::mouseGrabber(), later.getNormalWindow());
+    QMouseEvent move(QEvent::MouseMove, later.tip() + QPoint(52, 0), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QApplication::sendEvent(later.getNormalWindow(), &move);
+    EXPECT_NEAR(later.getValue(), 0.5f, 0.01f) << "held where it was taken";
+    QTest::mouseRelease(later.getNormalWindow(), Qt::LeftButton, {}, later.tip());
+    EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+    EXPECT_EQ(later.ends.size(), 1u);
+    EXPECT_TRUE(earlier.moves.empty());
+    // Nobody drags any more.
+    earlier.takeDragFrom(later);
+    EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+}
+
 TEST_F(BasicSlider, aPressOnTheCursorMovesNothing)
 {
     Slider slider(&window);

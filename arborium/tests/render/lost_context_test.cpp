@@ -119,6 +119,7 @@ protected:
 
 } // namespace
 
+// shows: KsGLContext::release, KsGLContext::getNumber
 TEST_F(LostContext, picturesAreTheSameInANewOne)
 {
     const std::uint64_t number = KsGLContext::getNumber();
@@ -136,6 +137,7 @@ TEST_F(LostContext, picturesAreTheSameInANewOne)
     EXPECT_EQ(other.getImage(), picture);
 }
 
+// shows: KsGLContext::isLost
 TEST_F(LostContext, isKeptWhileItIsInUse)
 {
     const KsGLContext::Current current;
@@ -154,6 +156,7 @@ TEST_F(LostContext, aRendererMayDieAfterItsContext)
     EXPECT_EQ(renderer.getImage(), picture);
 }
 
+// shows: KsGLContext::releaseLost
 TEST_F(LostContext, duringAFrameTheFrameIsDrawnOnceMore)
 {
     const LosingDriver driver;
