@@ -61,9 +61,10 @@ void openAndMove()
 TEST(Slider, hundredsShareOneContextAndAreRedrawnOnlyWhenTheyChange)
 {
     openAndMove();
-    EXPECT_EQ(KsGLContext::getNumber(), 0u) << "small pictures need none";
+    const std::uint64_t context = KsGLContext::getNumber();
+    EXPECT_EQ(context, KsGLContext::isAvailable() ? 1u : 0u);
     KsGL::setRoad(KsGL::OPENGL);
     openAndMove();
     KsGL::setRoad(KsGL::BEST);
-    EXPECT_EQ(KsGLContext::getNumber(), KsGLContext::isAvailable() ? 1u : 0u);
+    EXPECT_EQ(KsGLContext::getNumber(), context);
 }
