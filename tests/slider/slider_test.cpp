@@ -140,7 +140,7 @@ TEST(Slider, withEqualLimitsAndAnotherValueTakesTheLimit)
         EXPECT_EQ(whole.text2D(), "5");
         EXPECT_EQ(whole.text3D(), "5");
         ShownReal real(fields);
-        EXPECT_EQ(real.slider->value, 5);
+        EXPECT_EQ(real.slider->value.getValue(), 5.0f);
         EXPECT_EQ(real.position(), 0);
     }
 }
