@@ -55,7 +55,7 @@ const Kind kinds[] = {
     {"RowDialog", "DialogCheckBox", &makeKnowing<KsDialogCheckBox>, true, "rowSpacing 4"},
     {"ColumnDialog", "DialogCheckBox", &makeKnowing<KsDialogCheckBox>, true, "columnSpacing 4"},
     {"TabDialog", "DialogCheckBox", &makeKnowing<KsDialogCheckBox>, true, "margin 4"},
-    {"MenuBar", "MenuPopup", &makeKnowing<KsMenuPopup>, false, "enable FALSE"},
+    {"MenuBar", "MenuPopup", &makeKnowing<KsMenuPopup>, false, "enable TRUE"},
     {"MenuPopup", "MenuPushButton", &makeKnowing<KsMenuPushButton>, false, "enable TRUE"},
     {"DialogCheckBoxLauncher", "TopLevelDialog", &makeKnowing<KsTopLevelDialog>, false,
      "state TRUE"},
