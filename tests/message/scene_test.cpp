@@ -235,7 +235,7 @@ TEST(LostDrag, ofASlidersCursorTakesItBackToTheValue)
     form.move(grip + KbVec2f(20, 0));
     EXPECT_NEAR(form.placeOf(slider, "cursorSep")[0], before + 20, 0.5f);
     form.takeOutAndPutBack();
-    EXPECT_EQ(slider->value, 4);
+    EXPECT_EQ(slider->value, 4.0f);
     EXPECT_NEAR(form.placeOf(slider, "cursorSep")[0], before, 0.5f);
     EXPECT_EQ(counter.told, 0);
     form.dialog->removeAuditor(&counter);
