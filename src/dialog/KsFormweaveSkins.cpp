@@ -30,7 +30,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -67,10 +66,10 @@ KbString decoded(const KbString& text)
     return characters.toUtf8() == text.toLatin1() ? characters : text;
 }
 
-// The named groups of what was read, whatever name they have now.
-std::unordered_map<const KsNode*, KsRef<KsGroup>>& skinParts()
+// The named groups of what was read, whatever name they have now. Only compared: the roots hold them.
+std::unordered_set<const KsNode*>& skinParts()
 {
-    static auto& parts = *new std::unordered_map<const KsNode*, KsRef<KsGroup>>;
+    static auto& parts = *new std::unordered_set<const KsNode*>;
     return parts;
 }
 
@@ -83,7 +82,7 @@ void keepSkin(KsGroup* root)
         KsGroup* group = open.back();
         open.pop_back();
         if (!met.insert(group).second) continue;
-        if (!group->getName().isEmpty()) skinParts().emplace(group, group);
+        if (!group->getName().isEmpty()) skinParts().insert(group);
         for (int i = 0; i < group->getNumChildren(); ++i)
             if (auto* below = ksCast<KsGroup>(group->getChild(i))) open.push_back(below);
     }
