@@ -197,6 +197,19 @@ TEST(ComboBox, anItemInsertedIntoAnEmptyListIsItsOnlyOne)
     EXPECT_EQ(shown.items2D(), Strings{"a"});
 }
 
+TEST(ComboBox, anEmptyBoxHasTheSameSingleEntryWhetherItIsInsertedOrAdded)
+{
+    Shown inserted("label \"Empty\""), added("label \"Empty\"");
+    inserted.box->insertItem(0, "a");
+    added.box->addItem("a");
+    for (const Shown* shown : {&inserted, &added}) {
+        EXPECT_EQ(shown->items2D(), Strings{"a"});
+        EXPECT_EQ(shown->widget()->currentIndex(), 0);
+        EXPECT_EQ(shown->lines3D("itemsSwitch"), Strings{"a"});
+        EXPECT_EQ(shown->selected3D(), "a");
+    }
+}
+
 TEST(ComboBox, aListThatWasNotBuiltYetIsTakenAsItIs)
 {
     const Library library;
