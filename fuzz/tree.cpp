@@ -253,22 +253,49 @@ private:
         if (fresh.isTerminated()) return;
         const KsDrawList& a = m_render.getDrawList();
         const KsDrawList& b = fresh.getDrawList();
-        bool agrees = a.draws.size() == b.draws.size();
-        for (std::size_t i = 0; agrees && i < a.draws.size(); ++i) {
-            const KsDraw& x = a.draws[i];
-            const KsDraw& y = b.draws[i];
-            // A shape that is used with other points in turn makes its mesh anew each time.
-            agrees = x.mesh->positions == y.mesh->positions && x.matrix == y.matrix &&
-                     x.cullBack == y.cullBack && x.twoSided == y.twoSided &&
-                     x.texture == y.texture &&
-                     same(a.materials[x.material].diffuse, b.materials[y.material].diffuse) &&
-                     a.clips[x.clip].size() == b.clips[y.clip].size() &&
-                     a.lightSets[x.lights].size() == b.lightSets[y.lights].size();
+        // What is out of view may be left out, and need not be.
+        std::size_t i = 0, j = 0;
+        for (;;) {
+            if (i < a.draws.size() && j < b.draws.size() && sameDraw(a, a.draws[i], b, b.draws[j]))
+                ++i, ++j;
+            else if (i < a.draws.size() && !isInView(a, a.draws[i]))
+                ++i;
+            else if (j < b.draws.size() && !isInView(b, b.draws[j]))
+                ++j;
+            else
+                break;
         }
-        if (!agrees)
+        if (i < a.draws.size() || j < b.draws.size())
             SceneFuzz::fail("the kept draws are not the present ones",
-                            std::to_string(a.draws.size()) + "\n" + SceneFuzz::write(m_root, false),
-                            std::to_string(b.draws.size()));
+                            std::to_string(i) + " of " + std::to_string(a.draws.size()) + "\n" +
+                                SceneFuzz::write(m_root, false),
+                            std::to_string(j) + " of " + std::to_string(b.draws.size()));
+    }
+    static bool sameDraw(const KsDrawList& a, const KsDraw& x, const KsDrawList& b, const KsDraw& y)
+    {
+        // A shape that is used with other points in turn makes its mesh anew each time.
+        return x.mesh->positions == y.mesh->positions && x.matrix == y.matrix &&
+               x.cullBack == y.cullBack && x.twoSided == y.twoSided && x.texture == y.texture &&
+               same(a.materials[x.material].diffuse, b.materials[y.material].diffuse) &&
+               a.clips[x.clip].size() == b.clips[y.clip].size() &&
+               a.lightSets[x.lights].size() == b.lightSets[y.lights].size();
+    }
+    /// Whether one of its points is surely in sight.
+    static bool isInView(const KsDrawList& list, const KsDraw& draw)
+    {
+        if (!list.hasCamera) return true;
+        for (const KbVec3f& position : draw.mesh->positions) {
+            KbVec3f at, onScreen;
+            draw.matrix.multVecMatrix(position, at);
+            if (!at.isFinite() || !list.viewVolume.intersect(at)) continue;
+            list.viewVolume.projectToScreen(at, onScreen);
+            constexpr float edge = 1e-3f;
+            bool inside = true;
+            for (int k = 0; k < 3; ++k)
+                inside = inside && onScreen[k] > edge && onScreen[k] < 1 - edge;
+            if (inside) return true;
+        }
+        return false;
     }
 
     void lookAtPicks()

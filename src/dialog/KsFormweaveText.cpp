@@ -45,12 +45,12 @@ public:
     int widthOf(const QString& text)
     {
         constexpr int longest = 64, most = 2048;
-        if (text.size() > longest) return metrics().horizontalAdvance(text);
+        if (text.size() > longest) return measured(text);
         metrics();
         const auto known = m_widths.constFind(text);
         if (known != m_widths.constEnd()) return *known;
         if (m_widths.size() >= most) m_widths.clear();
-        return *m_widths.insert(text, metrics().horizontalAdvance(text));
+        return *m_widths.insert(text, measured(text));
     }
     void forget()
     {
@@ -59,6 +59,8 @@ public:
     }
 
 private:
+    /// Qt gives the place of an object, U+FFFC, a width below 0.
+    int measured(const QString& text) { return std::max(metrics().horizontalAdvance(text), 0); }
     const QFontMetrics& metrics()
     {
         if (m_application != qGuiApp) {

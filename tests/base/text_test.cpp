@@ -184,6 +184,13 @@ TEST_F(Text, aLabelThatIsOnlyALineFeedHasTwoEmptyLines)
     EXPECT_EQ(size, KbVec2i32(margin, 2 * metrics().height() + margin));
 }
 
+TEST_F(Text, placesOfObjectsHaveNoWidth)
+{
+    const KbString objects = KbString::fromUtf16(std::u16string(9, u'\ufffc'));
+    const KbVec2i32 size = KsFormweave::getLabelPixelSize(objects, nullptr);
+    EXPECT_EQ(size, KbVec2i32(margin, metrics().height() + margin));
+}
+
 TEST_F(Text, aComboBoxMeasuresTheTextAsTyped)
 {
     KsRef<Kind> combo(new Kind("DialogComboBox"));
