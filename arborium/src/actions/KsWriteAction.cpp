@@ -27,6 +27,7 @@ namespace {
 template <class Apply> void writeInStages(KsOutput& out, const Apply& apply)
 {
     KsOutput::Impl& im = out.impl();
+    const KsOutput::Impl::Writing writing(im);
     out.setStage(KsOutput::COUNT_REFS);
     im.isPartial = !apply() || im.isPartial;
     out.setStage(KsOutput::WRITE);

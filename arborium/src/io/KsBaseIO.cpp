@@ -308,11 +308,10 @@ bool KsBase::read(KsInput* in, KsBase*& result, KsType expected)
 
 void KsBase::addWriteReference(KsOutput* out)
 {
-    if (!out || out->addReference(this) > 1) return;
+    if (!out || !out->impl().meet(this)) return;
     // What its fields refer to is counted with it.
-    if (auto* container = ksCast<KsFieldContainer>(this)) {
-        if (const KsFieldData* fields = container->getFieldData()) fields->write(out, container);
-    }
+    if (const auto* container = ksCast<KsFieldContainer>(this))
+        container->getFieldData()->addWriteReferences(out, container);
 }
 
 bool KsBase::shouldWrite(KsOutput* out) const { return out && out->getReferenceCount(this) > 0; }
@@ -326,7 +325,8 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
 {
     if (!out) return true;
     KsOutput::Impl& im = out->impl();
-    KsOutput::Impl::Reference& reference = im.at(this);
+    KsOutput::Impl::Reference* const known =
+        im.isMarked(this) && getName().isEmpty() ? nullptr : &im.at(this);
     const bool inlineNode = im.inlineNode;
     im.inlineNode = false;
     if (!im.binary && !inlineNode) {
@@ -334,7 +334,8 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         // Nodes at the top of a file stand apart.
         if (im.indentation == 0 && !im.text.empty()) im.text += '\n';
     }
-    if (reference.isWritten) {
+    // Only what was written with a name can be used by it.
+    if (known && known->isWritten && known->hasKey) {
         if (im.binary)
             im.putWord("USE");
         else
@@ -342,14 +343,14 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         im.writeKey(im.keyOf(this));
         return true;
     }
-    reference.isWritten = true;
+    if (known) known->isWritten = true;
     const KsLimits& limits = KsLimits::current();
     if (++im.level > limits.nesting)
         im.tellBeyond(KsOutput::Impl::Nesting, "nodes stand inside each other", limits.nesting,
                       "levels of nesting");
     if (++im.numObjects > limits.nodesPerFile)
         im.tellBeyond(KsOutput::Impl::Nodes, "the file has", limits.nodesPerFile, "nodes");
-    if (!getName().isEmpty() || reference.count > 1 || reference.needsName) {
+    if (known && (!getName().isEmpty() || known->count > 1 || known->needsName)) {
         if (im.binary)
             im.putWord("DEF");
         else

@@ -8,6 +8,7 @@
 #include <arborium/kits/KsBaseKit.h>
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -174,20 +175,32 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
     }
 }
 
+void KsFieldData::addWriteReferences(KsOutput* out, const KsFieldContainer* container) const
+{
+    for (int i = 0; i < getNumFields(); ++i) {
+        const KsField* field = getField(container, i, false);
+        if (!field) continue;
+        const KsField* master = writtenMaster(field);
+        if (master) out->impl().at(master->getContainer()).needsName = true;
+        if ((master || !field->isDefault()) && field->getTypeId() == KsSFNode::getClassTypeId())
+            field->writeValue(out);
+    }
+}
+
 void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
 {
     if (!out || !container) return;
     KsOutput::Impl& im = out->impl();
-    const bool counting = out->getStage() == KsOutput::COUNT_REFS;
-    if (counting) {
+    if (out->getStage() == KsOutput::COUNT_REFS) {
         // Once for each object, whether its class asks for it or not.
-        KsOutput::Impl::Reference& reference = im.at(container);
-        if (reference.fieldsAreCounted) return;
-        reference.fieldsAreCounted = true;
+        if (im.isMarked(container)) return;
+        if (!std::exchange(im.at(container).fieldsAreCounted, true))
+            addWriteReferences(out, container);
+        return;
     }
     std::int32_t count = 0;
     std::size_t countAt = 0;
-    if (!counting && im.binary) {
+    if (im.binary) {
         countAt = im.text.size();
         out->write(count);
     }
@@ -195,12 +208,6 @@ void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
         const KsField* field = getField(container, i, false);
         if (!field) continue;
         const KsField* master = writtenMaster(field);
-        if (counting) {
-            if (master) im.at(master->getContainer()).needsName = true;
-            if ((master || !field->isDefault()) && field->getTypeId() == KsSFNode::getClassTypeId())
-                field->writeValue(out);
-            continue;
-        }
         const bool connected = master && master->getContainer()->shouldWrite(out);
         if (field->isDefault() && !connected) continue;
         const KbName& name = m_entries[static_cast<std::size_t>(i)].name;
@@ -222,7 +229,7 @@ void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
             im.writeKey(im.keyOf(master->getContainer()), nameOf(master).view());
         }
     }
-    if (!counting && im.binary) {
+    if (im.binary) {
         // The number is known only now.
         for (int i = 0; i < 4; ++i)
             im.text[countAt + static_cast<std::size_t>(i)] =

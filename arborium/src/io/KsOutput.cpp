@@ -7,9 +7,11 @@
 #include <arborium/base/KsLimits.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -180,21 +182,57 @@ void KsOutput::Impl::putWord(std::string_view word)
 
 // ---- references -----------------------------------------------------------------------------
 
+namespace {
+thread_local bool s_isMarking = false;
+} // namespace
+
+KsOutput::Impl::Writing::Writing(Impl& out) : m_out(s_isMarking ? nullptr : &out)
+{
+    static std::atomic<std::uint32_t> s_number{0};
+    if (!m_out) return;
+    s_isMarking = true;
+    while (m_out->writing == 0) m_out->writing = ++s_number;
+}
+
+KsOutput::Impl::Writing::~Writing()
+{
+    if (!m_out) return;
+    s_isMarking = false;
+    m_out->writing = 0;
+}
+
 KsOutput::Impl::Reference* KsOutput::Impl::find(const KsBase* object)
 {
-    for (Reference* near : {lastFound, lastFound ? lastFound->next : nullptr})
-        if (near && near->object == object) return lastFound = near;
     const auto found = references.find(object);
-    return found == references.end() ? nullptr : lastFound = &found->second;
+    return found == references.end() ? nullptr : &found->second;
 }
 
 KsOutput::Impl::Reference& KsOutput::Impl::at(const KsBase* object)
 {
-    if (Reference* known = find(object)) return *known;
-    lastFound = &references[object];
-    lastFound->object = object;
-    if (lastMade) lastMade->next = lastFound;
-    return *(lastMade = lastFound);
+    Reference& reference = references[object];
+    if (isMarked(object)) {
+        object->setWriteMark(0);
+        reference.count = 1;
+        reference.fieldsAreCounted = true;
+    }
+    return reference;
+}
+
+int KsOutput::Impl::countOf(const KsBase* object)
+{
+    if (isMarked(object)) return 1;
+    const Reference* reference = find(object);
+    return reference ? reference->count : 0;
+}
+
+bool KsOutput::Impl::meet(const KsBase* object)
+{
+    if (writing != 0 && !isMarked(object) && !find(object)) {
+        object->setWriteMark(writing);
+        return true;
+    }
+    Reference& reference = at(object);
+    return ++reference.count == 1 && !std::exchange(reference.fieldsAreCounted, true);
 }
 
 std::string KsOutput::Impl::toText(const Key& key)
@@ -409,8 +447,7 @@ int KsOutput::addReference(const KsBase* object) { return object ? ++m_impl->at(
 
 int KsOutput::getReferenceCount(const KsBase* object) const
 {
-    const Impl::Reference* reference = m_impl->find(object);
-    return reference ? reference->count : 0;
+    return object ? m_impl->countOf(object) : 0;
 }
 
 KbName KsOutput::findName(const KsBase* object) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <arborium/base/KsBase.h>
 #include <arborium/io/KsOutput.h>
 
 #include <string>
@@ -73,24 +74,43 @@ struct KsOutput::Impl {
         bool needsName = false; ///< A connection leads to it.
         bool hasKey = false;
         Key key;
-        const KsBase* object = nullptr;
-        Reference* next = nullptr; ///< The one that was made after this one.
     };
     std::unordered_map<const KsBase*, Reference> references;
     std::unordered_set<std::string> keys; ///< In use, as text.
     std::unordered_map<KbName, int> nextSuffix;
     int depth = 0; ///< Of nodes in fields.
 
-    /// Null if nothing is known of the object.
+    /// Most objects of a scene are met once and bear no name. Of these the table has no entry: the
+    /// object itself bears the number of the writing, until something more is to be known of it. An
+    /// object bears one number, so that one writing at a time has one; others keep a full table.
+    class Writing;
+    std::uint32_t writing = 0; ///< The number; 0 if this one has none.
+    bool isMarked(const KsBase* object) const
+    {
+        return writing != 0 && object->getWriteMark() == writing;
+    }
+
+    /// Null if the table has no entry of the object.
     Reference* find(const KsBase* object);
     /// Made if it is not there.
     Reference& at(const KsBase* object);
-    // An object is asked for several times in a row, and objects are written in the order in which
-    // they were counted: most are found without a look into the table.
-    Reference* lastFound = nullptr;
-    Reference* lastMade = nullptr;
+    int countOf(const KsBase* object);
+    /// Counts one more reference. TRUE if what the object's fields refer to is still to be counted.
+    bool meet(const KsBase* object);
     const Key& keyOf(const KsBase* object);
     static std::string toText(const Key& key);
     /// A name of DEF or USE.
     void writeKey(const Key& key, std::string_view field = {});
+};
+
+/// The time in which objects are counted and written.
+class KsOutput::Impl::Writing {
+public:
+    explicit Writing(Impl& out);
+    ~Writing();
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+
+private:
+    Impl* m_out; ///< Null if there is another one.
 };

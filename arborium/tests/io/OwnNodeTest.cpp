@@ -6,6 +6,7 @@
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsSphere.h>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -86,10 +87,41 @@ private:
 };
 KS_NODE_SOURCE(TestShelf, KsNode)
 
+/// Writes the whole scene aside whenever it is met itself.
+class TestWitness : public KsNode {
+    KS_NODE_HEADER(TestWitness);
+
+public:
+    TestWitness() { KsInstanceBuilder build(classRecord, this); }
+    KsNode* scene = nullptr;
+    std::vector<std::string> seen;
+
+    void write(KsWriteAction* action) override
+    {
+        if (scene) {
+            KsNode* const whole = std::exchange(scene, nullptr);
+            KsOutput aside;
+            KsWriteAction(&aside).apply(whole);
+            seen.push_back(aside.getBuffer());
+            scene = whole;
+        }
+        KsNode::write(action);
+    }
+};
+KS_NODE_SOURCE(TestWitness, KsNode)
+
 class OwnNode : public IoTest {
 protected:
-    OwnNode() { TestShelf::initClass(); }
-    ~OwnNode() override { TestShelf::exitClass(); }
+    OwnNode()
+    {
+        TestShelf::initClass();
+        TestWitness::initClass();
+    }
+    ~OwnNode() override
+    {
+        TestWitness::exitClass();
+        TestShelf::exitClass();
+    }
     /// An input that holds this text, which it keeps.
     KsInput& inputOf(const std::string& text)
     {
@@ -223,6 +255,29 @@ TEST_F(OwnNode, isCountedAndNamedByTheOutput)
     a->writeFooter(&out);
     EXPECT_EQ(out.findName(a), "Box");
     EXPECT_TRUE(a->writeHeader(&out, false)) << "used, since it is there";
+}
+
+TEST_F(OwnNode, mayWriteTheSceneAsideWhileItIsWritten)
+{
+    const KsRef<KsGroup> group(new KsGroup);
+    const KsRef<KsCube> shared(new KsCube);
+    auto* witness = new TestWitness;
+    auto* slave = new KsCube;
+    auto* inner = new KsGroup;
+    slave->height.connectFrom(&shared->width);
+    for (KsNode* each : {static_cast<KsNode*>(shared), static_cast<KsNode*>(witness)})
+        group->addChild(each);
+    for (KsNode* each : {static_cast<KsNode*>(slave), static_cast<KsNode*>(shared)})
+        inner->addChild(each);
+    group->addChild(inner);
+    const std::string text = written(group);
+    witness->scene = group;
+    for (const bool binary : {false, true}) {
+        written(group, binary);
+        EXPECT_EQ(witness->seen, std::vector<std::string>({text, text})) << binary;
+        witness->seen.clear();
+    }
+    EXPECT_EQ(written(group), text);
 }
 
 // shows: KsOutput::newLine, KsOutput::incrementIndent, KsOutput::decrementIndent

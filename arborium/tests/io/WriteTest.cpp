@@ -521,9 +521,34 @@ TEST_F(Write, onlyThePathIsWritten)
 // shows: KsWriteAction, KsWriteAction::getOutput, KsOutput::getBuffer
 TEST_F(Write, severalScenesGoIntoOneOutput)
 {
-    const KsRef<KsCube> cube(new KsCube);
+    const KsRef<KsGroup> group(new KsGroup);
+    const KsRef<KsCube> named(new KsCube), shared(new KsCube);
+    named->setName("Named");
+    for (KsCube* each : {new KsCube, named.get(), shared.get(), shared.get()})
+        group->addChild(each);
     KsWriteAction action;
-    action.apply(cube);
-    action.apply(cube);
-    EXPECT_EQ(action.getOutput()->getBuffer(), ascii + "\nCube {\n}\n\nUSE +0\n");
+    action.apply(group);
+    action.apply(group);
+    const std::string& text = action.getOutput()->getBuffer();
+    // What the first scene gave a name is used by it; what it did not is written again.
+    EXPECT_EQ(text, ascii + R"(
+Group {
+    Cube {
+    }
+    DEF Named Cube {
+    }
+    DEF +0 Cube {
+    }
+    USE +0
+}
+
+Group {
+    Cube {
+    }
+    USE Named
+    USE +0
+    USE +0
+}
+)");
+    EXPECT_TRUE(parse(text)) << errors;
 }

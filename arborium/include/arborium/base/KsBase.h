@@ -3,6 +3,7 @@
 #include <arborium/base/KsRefCounter.h>
 #include <arborium/base/KsTypedObject.h>
 
+#include <cstdint>
 #include <vector>
 
 class KsInput;
@@ -49,6 +50,11 @@ public:
     /// Number of `KsBase` objects alive: for leak guards in tests.
     static int getNumInstances();
 
+    // Plumbing.
+    /// The number of the last writing that met this object once; 0 if there was none.
+    std::uint32_t getWriteMark() const { return m_writeMark; }
+    void setWriteMark(std::uint32_t mark) const { m_writeMark = mark; }
+
 protected:
     KsBase();
     ~KsBase() override;
@@ -58,6 +64,7 @@ protected:
 
 private:
     KbName m_name;
+    mutable std::uint32_t m_writeMark = 0;
 };
 
 /// Keeps an object under construction alive for the duration of its constructor.

@@ -44,6 +44,8 @@ public:
     void write(KsOutput* out, const KsFieldContainer* container) const;
 
     // Plumbing.
+    /// What `write` does first: counts the nodes that the fields refer to.
+    void addWriteReferences(KsOutput* out, const KsFieldContainer* container) const;
     /// Adds a field that a kit holds for one of its parts (the row in its catalog).
     void addPartField(const KbName& name, int part);
     bool isPartField(int index) const;

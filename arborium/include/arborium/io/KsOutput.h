@@ -49,6 +49,7 @@ public:
 
     /// Counts one more reference and returns their number.
     int addReference(const KsBase* object);
+    /// What `KsWriteAction` counts is known while it writes.
     int getReferenceCount(const KsBase* object) const;
     /// The name by which an object that was written is used; empty if it was not written, or has
     /// none.
