@@ -279,7 +279,7 @@ void KsRenderAction::draw(const KsMeshPtr& mesh, const KbMatrix& local) { add(me
 
 void KsRenderAction::add(const KsMeshPtr& mesh, const KbMatrix* local)
 {
-    if (!mesh || mesh->positions.empty() || getPathCode() == OFF_PATH) return;
+    if (!mesh || mesh->positions.empty() || getPathCode() == OFF_PATH || !mesh->isSound()) return;
     KbMatrix matrix = m_state->modelMatrix.get();
     if (local) matrix.multLeft(*local);
     if (!matrix.isFinite()) return;

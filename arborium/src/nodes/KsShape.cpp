@@ -136,7 +136,7 @@ void KsShape::reportUse(KsGetBoundingBoxAction*) {}
 void KsShape::pickShape(KsRayPickAction* action)
 {
     const Form form = getForm(action->getState());
-    if (!form.mesh) return;
+    if (!form.mesh || !form.mesh->isSound()) return;
     const KsMesh& mesh = *form.mesh;
     const KbLine line = action->getObjectLine();
     if (line.getDirection().sqrLength() == 0) return;

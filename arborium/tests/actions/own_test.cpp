@@ -229,6 +229,26 @@ protected:
 };
 KS_NODE_SOURCE(TestShear, KsTransformation)
 
+/// A shape of one's own whose triangle has a corner that there is not.
+class TestTorn : public KsShape {
+    KS_NODE_HEADER(TestTorn);
+
+public:
+    TestTorn() { KsInstanceBuilder build(classRecord, this); }
+    Form getForm(const KsState*) override
+    {
+        auto mesh = std::make_shared<KsMesh>();
+        mesh->positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+        mesh->indices = {0, 1, 77777777};
+        mesh->computeBox();
+        return {mesh, KbVec3f(1, 1, 1)};
+    }
+
+protected:
+    ~TestTorn() override = default;
+};
+KS_NODE_SOURCE(TestTorn, KsShape)
+
 class OwnClasses : public SceneTest {
 protected:
     OwnClasses()
@@ -237,6 +257,7 @@ protected:
         TestWire::initClass();
         TestRod::initClass();
         TestShear::initClass();
+        TestTorn::initClass();
         root = new KsSeparator;
     }
     KsRef<KsSeparator> root;
@@ -558,4 +579,18 @@ TEST_F(OwnClasses, aTransformationSaysWhatItMultiplies)
     KsGetMatrixAction matrix(window);
     matrix.apply(shear);
     EXPECT_TRUE(matrix.getMatrix() == shear->getLocalMatrix());
+}
+
+// shows: KsShape::getForm
+TEST_F(OwnClasses, aMeshWhoseListsDoNotFitIsNeitherDrawnNorPicked)
+{
+    addTo<TestTorn>(root);
+    ExpectedMessages messages("KsMesh", "an index is beyond the positions", 2); // a mesh each time
+    KsRenderAction render(window);
+    render.apply(root);
+    EXPECT_TRUE(render.getDrawList().draws.empty());
+    KsRayPickAction pick(window);
+    pick.setRay(KbVec3f(0.2f, 0.2f, 5), KbVec3f(0, 0, -1));
+    pick.apply(root);
+    EXPECT_EQ(pick.getPickedPoint(), nullptr);
 }

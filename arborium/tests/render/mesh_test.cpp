@@ -1,3 +1,4 @@
+#include <MessageGuard.h>
 #include <arborium/actions/KsState.h>
 #include <arborium/nodes/KsCone.h>
 #include <arborium/nodes/KsCube.h>
@@ -97,6 +98,25 @@ TEST_F(Mesh, cylinderIsClosedAndFacesOutward)
     ASSERT_TRUE(mesh);
     EXPECT_NEAR(volume(*mesh), s_disk * 2, 1e-4);
     expectOutward(*mesh);
+}
+
+// shows: KsMesh::isSound
+TEST_F(Mesh, isSoundIfItsListsFitEachOther)
+{
+    const KsRef<KsCube> cube(new KsCube);
+    EXPECT_TRUE(cube->getForm(&state).mesh->isSound());
+    EXPECT_TRUE(KsMesh().isSound());
+    KsMesh beyond;
+    beyond.positions = {{0, 0, 0}, {1, 0, 0}};
+    beyond.indices = {0, 1, 2};
+    KsMesh lacking;
+    lacking.positions = {{0, 0, 0}, {1, 0, 0}};
+    lacking.normals = {{0, 0, 1}};
+    ExpectedMessages messages("KsMesh", "an index is beyond the positions: the mesh is not shown");
+    messages.expect("KsMesh", "there are not as many normals, coordinates or colours as positions");
+    EXPECT_FALSE(beyond.isSound());
+    EXPECT_FALSE(lacking.isSound());
+    EXPECT_FALSE(beyond.isSound()) << "said once";
 }
 
 // shows: KsShape::getBox

@@ -28,7 +28,15 @@ struct ARBORIUM_API KsMesh {
     ~KsMesh();
     KsMesh(const KsMesh&) = delete;
     KsMesh& operator=(const KsMesh&) = delete;
-    /// Around all positions that are numbers.
+    /// Sets `box`: around all positions that are numbers. What has no box is not drawn or picked.
     void computeBox();
+    /// Whether each index names a position, and normals, coordinates and colours are as many as the
+    /// positions, or none. A mesh that is not sound is neither drawn nor picked; a message says so when
+    /// it is first asked, which is to be when the mesh is complete.
+    bool isSound() const;
+
+private:
+    enum Soundness : std::uint8_t { NotAsked, Sound, Unsound };
+    mutable Soundness m_soundness = NotAsked;
 };
 using KsMeshPtr = std::shared_ptr<const KsMesh>;
