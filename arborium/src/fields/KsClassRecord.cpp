@@ -139,7 +139,14 @@ void KsInstanceBuilder::add(const char* name, KsField& member)
             postNotConstructed(m_record.className);
             m_record.makeFieldData();
         }
-        if (m_first) m_record.fieldData->addField(m_instance, name, &member);
+        if (m_first) {
+            if (m_record.fieldData->getIndex(name) >= 0) {
+                KsDebugError::post("KsInstanceBuilder::field",
+                                   "%s has a field \"%s\" already: this one is in no file",
+                                   m_record.className, name);
+            }
+            m_record.fieldData->addField(m_instance, name, &member);
+        }
     }
     member.setContainer(m_instance);
     member.setFieldType(5);

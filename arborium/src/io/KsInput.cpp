@@ -24,7 +24,7 @@ KbStringList& directories()
 
 std::string KsReadError::toString() const
 {
-    if (line <= 0) return file + ": " + message;
+    if (line <= 0) return file.empty() ? message : file + ": " + message;
     return file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + message;
 }
 

@@ -1,5 +1,6 @@
 #include <arborium/kits/KsNodekitCatalog.h>
 
+#include <arborium/base/KsDebugError.h>
 #include <arborium/nodes/KsGroup.h>
 
 #include <algorithm>
@@ -17,20 +18,30 @@ bool KsNodekitCatalog::addEntry(const KbName& name, KsType type, KsType defaultT
                                 const KbName& rightSibling, bool isList, KsType listContainer,
                                 KsType listItem, bool isPublic)
 {
-    if (name.isEmpty() || getPartNumber(name) >= 0) return false;
-    if (!defaultType.isDerivedFrom(type)) return false; // so neither is bad
+    const auto refuse = [&](const char* why) {
+        const KbName kit = m_entries[0].type.getName();
+        KsDebugError::post("KsNodekitCatalog::addEntry", "part \"%s\"%s%s: %s", name.getString(),
+                           kit.isEmpty() ? "" : " of ", kit.getString(), why);
+        return false;
+    };
+    if (name.isEmpty()) return refuse("it has no name");
+    if (getPartNumber(name) >= 0) return refuse("there is one of this name");
+    if (type.isBad() || defaultType.isBad())
+        return refuse("its class is not registered; call initClass of that class first");
+    if (!defaultType.isDerivedFrom(type)) return refuse("its default type is not of its type");
     const int parent = getPartNumber(parentName);
-    if (parent < 0) return false;
+    if (parent < 0) return refuse("the part that it is to stand below does not exist");
     const KsType group = KsGroup::getClassTypeId();
     if (parent > 0 && !m_entries[static_cast<std::size_t>(parent)].type.isDerivedFrom(group))
-        return false;
+        return refuse("the part that it is to stand below is no group");
     if (isList && (!listContainer.isDerivedFrom(type) || !listContainer.isDerivedFrom(group) ||
                    listItem.isBad()))
-        return false;
+        return refuse("the types of the list do not fit");
     int sibling = -1;
     if (!rightSibling.isEmpty()) {
         sibling = getPartNumber(rightSibling);
-        if (sibling <= 0 || getParent(sibling) != parent) return false;
+        if (sibling <= 0 || getParent(sibling) != parent)
+            return refuse("its right sibling does not stand below the same part");
     }
 
     const int part = getNumEntries();

@@ -465,6 +465,20 @@ KsTestForgetful::KsTestForgetful()
     build.enumField("size", size, "Size", 3);
 }
 
+/// Gives a field the name of one that its base class has.
+class KsTestEcho : public KsTestBase {
+    KS_NODE_HEADER(KsTestEcho);
+
+public:
+    KsTestEcho()
+    {
+        KsInstanceBuilder build(classRecord, this);
+        build.field("first", another, false);
+    }
+    KsSFBool another;
+};
+KS_NODE_SOURCE(KsTestEcho, KsTestBase)
+
 TEST(ClassRecord, registersTheParentThatWasForgotten)
 {
     KsNode::initClass();
@@ -575,6 +589,22 @@ TEST(ClassRecord, missesAnEnumThatWasNotDeclared)
     }
     EXPECT_EQ(node->size.getValue(), 3);
     node = new KsTestForgetful; // said once
+}
+
+// shows: KsInstanceBuilder::field
+TEST(ClassRecord, tellsOfANameThatTheBaseClassHas)
+{
+    KsNode::initClass();
+    KsTestBase::initClass();
+    KsTestEcho::initClass();
+    KsRef<KsTestEcho> node;
+    {
+        ExpectedMessages messages("KsInstanceBuilder::field",
+                                  "TestEcho has a field \"first\" already");
+        node = new KsTestEcho;
+    }
+    EXPECT_EQ(node->getField("first"), &node->first);
+    node = new KsTestEcho; // said once
 }
 
 // shows: KsEnumData::nameOf

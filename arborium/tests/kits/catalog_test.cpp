@@ -1,5 +1,7 @@
 #include "Pad.h"
 
+#include <MessageGuard.h>
+
 #include <memory>
 
 namespace {
@@ -55,6 +57,16 @@ TEST_F(Catalog, refusesWhatCannotBe)
     const KsType bad = KsType::badType();
     ASSERT_TRUE(add(catalog, "a", "this"));
     ASSERT_TRUE(add(catalog, "below", "a"));
+    ExpectedMessages messages;
+    const char* const where = "KsNodekitCatalog::addEntry";
+    messages.expect(where, "part \"a\": there is one of this name")
+        .expect(where, "part \"\": it has no name")
+        .expect(where, "part \"b\": the part that it is to stand below does not exist")
+        .expect(where, "part \"b\": its right sibling does not stand below the same part", 2)
+        .expect(where, "part \"b\": its class is not registered")
+        .expect(where, "part \"b\": its default type is not of its type")
+        .expect(where, "part \"b\": the types of the list do not fit")
+        .expect(where, "part \"b\": the part that it is to stand below is no group");
     EXPECT_FALSE(add(catalog, "a", "this")) << "a name that is taken";
     EXPECT_FALSE(add(catalog, "", "this"));
     EXPECT_FALSE(add(catalog, "b", "nowhere"));

@@ -11,7 +11,7 @@ class ARBORIUM_API KsNodekitCatalog {
 public:
     KsNodekitCatalog();
 
-    /// Adds a part below `parentName`. FALSE if the name is taken, a type is bad, the default type
+    /// Adds a part below `parentName`. FALSE, with a message, if the name is taken, a type is bad, the default type
     /// is not derived from the type, the parent is unknown or cannot hold children, the right
     /// sibling is no part below the same parent, or a list has bad list types. A list part is a
     /// group of type `listContainer` whose children are of type `listItem`.
