@@ -112,3 +112,5 @@ void KsFieldContainer::markChanged() {}
 void KsFieldContainer::tellSensors(KsField*) {}
 
 KsField* KsFieldContainer::getPartField(int, bool) const { return nullptr; }
+
+bool KsFieldContainer::isPartChanged(int) const { return false; }

@@ -175,6 +175,13 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
     }
 }
 
+bool KsFieldData::isDefault(const KsFieldContainer* container, int index,
+                            const KsField* field) const
+{
+    const int part = m_entries[static_cast<std::size_t>(index)].part;
+    return field->isDefault() && !(part >= 0 && container->isPartChanged(part));
+}
+
 void KsFieldData::addWriteReferences(KsOutput* out, const KsFieldContainer* container) const
 {
     for (int i = 0; i < getNumFields(); ++i) {
@@ -182,7 +189,8 @@ void KsFieldData::addWriteReferences(KsOutput* out, const KsFieldContainer* cont
         if (!field) continue;
         const KsField* master = writtenMaster(field);
         if (master) out->impl().at(master->getContainer()).needsName = true;
-        if ((master || !field->isDefault()) && field->getTypeId() == KsSFNode::getClassTypeId())
+        if ((master || !isDefault(container, i, field)) &&
+            field->getTypeId() == KsSFNode::getClassTypeId())
             field->writeValue(out);
     }
 }
@@ -209,7 +217,7 @@ void KsFieldData::write(KsOutput* out, const KsFieldContainer* container) const
         if (!field) continue;
         const KsField* master = writtenMaster(field);
         const bool connected = master && master->getContainer()->shouldWrite(out);
-        if (field->isDefault() && !connected) continue;
+        if (!connected && isDefault(container, i, field)) continue;
         const KbName& name = m_entries[static_cast<std::size_t>(i)].name;
         ++count;
         if (im.binary) {

@@ -582,6 +582,26 @@ void KsBaseKit::addKitDetails(KsRayPickAction* action, KsType kitType, int first
 
 // Files.
 
+bool KsBaseKit::isPartChanged(int row) const { return isPartChanged(row, 16); }
+
+bool KsBaseKit::isPartChanged(int row, int kitsWithin) const
+{
+    const KsNode* node = partAt(row);
+    if (!node || !copiesStructure() || isPartShared(row)) return false;
+    const KsNodekitCatalog* catalog = getNodekitCatalog();
+    // A part that holds others would bring them along a second time.
+    if (!catalog->isPublic(row) || !catalog->getChildrenInOrder(row).empty()) return false;
+    if (!node->getName().isEmpty() || !node->hasDefaultValues()) return true;
+    if (const auto* kit = ksCast<KsBaseKit>(node)) {
+        if (kitsWithin == 0) return true; // who nests so deeply means it
+        for (int i = topSeparator; i < static_cast<int>(kit->m_parts.size()); ++i)
+            if (kit->isPartChanged(i, kitsWithin - 1)) return true;
+        return false;
+    }
+    const KsChildList* children = node->getChildren();
+    return children && children->getLength() > 0;
+}
+
 void KsBaseKit::writeFields(KsWriteAction* action)
 {
     if (const KsFieldData* fields = getFieldData()) fields->write(action->getOutput(), this);

@@ -148,6 +148,8 @@ TEST_F(OwnKit, tellsOfAPartThatItsCatalogCannotHold)
     {
         ExpectedMessages messages("KsBaseKit::catalogError",
                                   "a part of the catalog of TestFaulty was refused");
+        messages.expect("KsNodekitCatalog::addEntry",
+                        "part \"twin\" of TestFaulty: there is one of this name");
         const KsRef<KsTestFaulty> faulty(new KsTestFaulty);
         EXPECT_TRUE(faulty->getPart("twin", true));
     }
@@ -249,6 +251,47 @@ TEST_F(OwnKit, mayWriteMoreThanItsFields)
     ASSERT_TRUE(signal->setPart("look", new KsMaterial));
     EXPECT_EQ(write(signal), "#Arborium V2.1 ascii\n\nTestSignal {\n    # a signal\n    bright 3\n"
                              "    look Material {\n    }\n}\n");
+}
+
+// shows: KsBaseKit::writeFields
+TEST_F(OwnKit, writesPublicPartsThatWereChangedSinceTheyWereMade)
+{
+    const KsRef<KsTestLantern> lantern(new KsTestLantern);
+    auto* look = ksCast<KsMaterial>(lantern->getPart("look", true));
+    auto* choice = ksCast<KsSwitch>(lantern->getAnyPart("choice", true));
+    choice->whichChild = 0;
+    EXPECT_EQ(write(lantern), "#Arborium V2.1 ascii\n\nTestLantern {\n}\n")
+        << "a hidden part is the kit's own affair";
+    look->transparency.setValue(0.5f);
+    auto* glass = ksCast<KsCube>(lantern->getPart("glass", false));
+    glass->setName("Glass");
+    const std::string text = write(lantern);
+    EXPECT_EQ(text, "#Arborium V2.1 ascii\n\nTestLantern {\n    glass DEF Glass Cube {\n    }\n"
+                    "    look Material {\n        transparency 0.5\n    }\n}\n");
+    EXPECT_TRUE(lantern->hasDefaultValues()) << "writing changes nothing";
+    EXPECT_EQ(write(lantern), text);
+    for (const bool binary : {false, true}) {
+        KsWriteAction action;
+        action.getOutput()->setBinary(binary);
+        action.apply(lantern);
+        const std::string form = action.getOutput()->getBuffer();
+        KsInput in;
+        in.setBuffer(form.data(), form.size());
+        const KsRef<KsSeparator> again(KsDB::readAll(&in));
+        ASSERT_TRUE(again);
+        EXPECT_EQ(write(again), text);
+    }
+}
+
+TEST_F(OwnKit, writesListsThatHoldItemsAndKitsWithinThatWereChanged)
+{
+    const KsRef<KsPanel> panel(new KsPanel);
+    panel->getPart("items", true);
+    panel->getPart("inner", true);
+    EXPECT_EQ(write(panel), "#Arborium V2.1 ascii\n\nPanel {\n}\n");
+    panel->getPart("items[0]", true);
+    EXPECT_EQ(write(panel), "#Arborium V2.1 ascii\n\nPanel {\n    items Group {\n"
+                            "        Separator {\n        }\n    }\n}\n");
 }
 
 // shows: KsGetView::getViewportIsEnabled, KsGetView::getViewportOrigin,

@@ -58,6 +58,10 @@ public:
     virtual void tellSensors(KsField* field);
     /// The field that a kit holds for a part; null for other containers.
     virtual KsField* getPartField(int part, bool make) const;
+    /// Whether a public part of a kit that counts as default, since it was made at need, got values, a
+    /// name or children since: then files hold it. FALSE for a part that holds other parts, and for one
+    /// that kits share.
+    virtual bool isPartChanged(int part) const;
     bool validatesFields() const { return m_validates; }
     /// This object as a node, or null.
     virtual KsNode* asNode() { return nullptr; }

@@ -61,6 +61,8 @@ private:
         std::ptrdiff_t offset; // of a member field, in bytes from the container
         int part;              // of a part field, the row in the catalog; -1 for a member
     };
+    /// Whether files leave the field out, unless it is connected.
+    bool isDefault(const KsFieldContainer* container, int index, const KsField* field) const;
     std::vector<Entry> m_entries;
     std::unordered_map<KbName, int> m_index;
     std::vector<const KsEnumData*> m_enums;

@@ -67,6 +67,7 @@ public:
     void fieldHasChanged(KsField* field) override;
     bool validateNewFieldValue(KsField* field, const void* newValue) override;
     KsField* getPartField(int part, bool make) const override;
+    bool isPartChanged(int part) const override;
 
 protected:
     ~KsBaseKit() override;
@@ -80,7 +81,8 @@ protected:
     /// A row of the class's catalog could not be added: posts a message.
     virtual void catalogError();
 
-    /// Writes, or counts, the fields: the parts that count as default are left out.
+    /// Writes, or counts, the fields. Of the parts those that were set, and public ones that are another
+    /// one since they were made (`isPartChanged`).
     virtual void writeFields(KsWriteAction* action);
     /// Closes what `writeHeader` opened.
     void endWrite(KsWriteAction* action);
@@ -116,6 +118,7 @@ private:
     struct Part;
     struct Target;
     Part* part(int row, bool make) const;
+    bool isPartChanged(int row, int kitsWithin) const;
     int rowOf(const KsField* field) const;
     bool place(int row);
     int findPlaced(const KsChildList& list, int row, const KsNode* node) const;
