@@ -111,7 +111,7 @@ TEST(Documents, everyProgramInThemStandsInTheExamples)
     for (const QString& name : QDir(root + "examples").entryList({"*.cpp"}))
         examples << withoutIndentation(contentsOf("examples/" + name));
     int count = 0;
-    for (const char* document : {"README.md", "docs/using.md"}) {
+    for (const char* document : {"README.md", "docs/using.md", "docs/scenes.md"}) {
         for (const QString& block : blocksOf(document, "cpp")) {
             ++count;
             const QString program = withoutIndentation(block).trimmed() + '\n';
