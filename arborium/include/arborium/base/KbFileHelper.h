@@ -10,6 +10,7 @@
 /// UTF-8, else as the UTF-8 of its characters.
 class ARBORIUM_API KbFileHelper {
 public:
+    /// What became of a file that was to be read.
     enum class Status {
         Ok,
         NotFound,
@@ -21,6 +22,7 @@ public:
     /// 1 if the path can be used, else 0; `mode` 0 asks for existence, else the sum of 4 (read),
     /// 2 (write) and 1 (execute).
     static int isAccessible(const KbString& path, int mode = 0);
+    /// Links are followed. FALSE where nothing of that name exists.
     static bool isRegularFile(const KbString& path);
     static bool isDirectory(const KbString& path);
 
@@ -32,12 +34,14 @@ public:
     /// The bytes that the system knows the path by.
     static std::string toNative(const KbString& path);
 
-    /// What stands in front of the last "/"; "." where there is none, "/" for the root.
+    /// What stands in front of the last "/"; "." where there is none, "/" for a name in the root.
     static KbString getDirectory(const KbString& path);
-    /// What stands behind the last "/".
+    /// What stands behind the last "/"; empty for a path that ends in one.
     static KbString getFileName(const KbString& path);
+    /// Whether it begins with "/".
     static bool isAbsolute(const KbString& path);
-    /// `name` itself if it is absolute or `directory` is empty.
+    /// `name` below `directory`, with one "/" between them; `name` itself if it is absolute or
+    /// `directory` is empty.
     static KbString join(const KbString& directory, const KbString& name);
     /// The absolute path without links, "." and ".."; empty where nothing of that name exists.
     static KbString getRealPath(const KbString& path);

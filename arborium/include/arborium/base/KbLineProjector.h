@@ -9,7 +9,7 @@ public:
     /// The y axis.
     KbLineProjector();
 
-    /// In working space.
+    /// In working space. The start position becomes the line's point nearest to the origin.
     void setLine(const KbLine& line);
     const KbLine& getLine() const { return m_line; }
 

@@ -16,9 +16,10 @@ public:
              float a44);
     explicit KbMatrix(const float (&rows)[4][4]) { setValue(rows); }
 
+    /// A new matrix that changes nothing.
     static KbMatrix identity() { return KbMatrix(); }
 
-    /// Sixteen numbers, row by row: OpenGL takes them as they are.
+    /// Sixteen numbers, row by row: OpenGL takes them as they are. They live as long as the matrix.
     const float* getValue() const { return m_value[0]; }
     void getValue(float (&rows)[4][4]) const;
     void setValue(const float (&rows)[4][4]);
@@ -53,6 +54,7 @@ public:
     KbMatrix& multLeft(const KbMatrix& m);
     /// This becomes this * `m`: `m` acts last.
     KbMatrix& multRight(const KbMatrix& m);
+    /// `a` acts first. A factor may be this matrix itself.
     KbMatrix& operator*=(const KbMatrix& m) { return multRight(m); }
     friend KbMatrix operator*(const KbMatrix& a, const KbMatrix& b)
     {
@@ -60,21 +62,26 @@ public:
         return product.multRight(b);
     }
 
+    /// The determinant; 0 where the matrix flattens.
     float det4() const;
     /// The determinant of the upper left 3 by 3 part: negative where the matrix mirrors.
     float det3() const;
     /// A matrix that cannot be inverted yields the identity; `isInvertible` tells.
     KbMatrix inverse() const;
+    /// FALSE where the matrix flattens, holds infinity or not-a-number, or has an inverse beyond
+    /// the range of floats.
     bool isInvertible() const;
+    /// Rows for columns.
     KbMatrix transpose() const;
 
     /// The point times the matrix, divided by the fourth component; undivided where that is 0.
     /// `source` and `result` may be the same.
     void multVecMatrix(const KbVec3f& source, KbVec3f& result) const;
+    /// As four numbers, undivided.
     void multVecMatrix(const KbVec4f& source, KbVec4f& result) const;
     /// The direction times the matrix: the translation has no part in it.
     void multDirMatrix(const KbVec3f& source, KbVec3f& result) const;
-    /// The matrix times the point as a column.
+    /// The matrix times the point as a column, divided like the others.
     void multMatrixVec(const KbVec3f& source, KbVec3f& result) const;
     /// The line through the images of two of its points.
     void multLineMatrix(const KbLine& source, KbLine& result) const;
@@ -83,7 +90,9 @@ public:
     bool isIdentity() const;
     /// Whether the last column is 0 0 0 1.
     bool isAffine() const;
+    /// Whether no number is infinite or not-a-number.
     bool isFinite() const;
+    /// Whether no number differs by more than `tolerance`; not-a-number equals nothing.
     bool equals(const KbMatrix& m, float tolerance) const;
     friend bool operator==(const KbMatrix& a, const KbMatrix& b)
     {
@@ -99,4 +108,5 @@ private:
     float m_value[4][4];
 };
 
+/// The rows, each in a line.
 ARBORIUM_API std::ostream& operator<<(std::ostream& out, const KbMatrix& m);

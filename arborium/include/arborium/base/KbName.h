@@ -14,7 +14,7 @@ class KbString;
 class ARBORIUM_API KbName {
 public:
     constexpr KbName() = default;
-    /// Null gives the empty name.
+    /// Null gives the empty name. A text counts up to its first zero byte.
     KbName(const char* text);
     KbName(const std::string& text);
     explicit KbName(std::string_view text);
@@ -26,11 +26,14 @@ public:
 
     /// Never null; lives as long as the process.
     const char* getString() const { return m_text ? m_text->c_str() : ""; }
+    /// The same text with its length; it lives as long as the process.
     std::string_view view() const
     {
         return m_text ? std::string_view(*m_text) : std::string_view();
     }
+    /// In bytes.
     int getLength() const { return m_text ? static_cast<int>(m_text->size()) : 0; }
+    /// Whether there is no name; so says `!`.
     bool isEmpty() const { return m_text == nullptr; }
     bool operator!() const { return m_text == nullptr; }
 
@@ -38,6 +41,7 @@ public:
     /// blank, control character or one of `"'\{}.+#`.
     static bool isIdentifier(std::string_view text);
 
+    /// With a name by its pointer, with a text by its bytes; null is the empty text.
     friend bool operator==(const KbName& a, const KbName& b) { return a.m_text == b.m_text; }
     friend bool operator!=(const KbName& a, const KbName& b) { return a.m_text != b.m_text; }
     friend bool operator==(const KbName& a, const char* b) { return a.isEqual(b); }
@@ -50,6 +54,7 @@ public:
         return a.m_text != b.m_text && a.view() < b.view();
     }
 
+    /// The same for equal names within one run of the program.
     std::size_t hash() const { return std::hash<const void*>()(m_text); }
 
 private:
@@ -58,6 +63,7 @@ private:
     const std::string* m_text = nullptr;
 };
 
+/// The text as it is.
 ARBORIUM_API std::ostream& operator<<(std::ostream& out, const KbName& name);
 
 namespace std {

@@ -9,6 +9,7 @@
 /// Numbers as texts, always in the C locale.
 namespace KbNumber {
 
+/// What became of a text that was to be a number.
 enum class Result {
     Ok,
     NotANumber, ///< The text, or a part of it, is no number.
@@ -29,7 +30,8 @@ ARBORIUM_API Result parseDouble(std::string_view text, double& value, bool allow
 ARBORIUM_API std::int32_t leadingInt32(std::string_view text, bool* ok = nullptr);
 ARBORIUM_API float leadingFloat(std::string_view text, bool* ok = nullptr);
 
-/// The shortest text that reads back to the same bits.
+/// Adds the number's text behind what is there: the shortest that reads back to the same bits.
+/// `toString` yields it alone.
 ARBORIUM_API void append(std::string& text, float value);
 ARBORIUM_API void append(std::string& text, double value);
 /// `base` 2 to 36, digits beyond 9 in lower case; another base counts as 10.

@@ -12,7 +12,7 @@ public:
     /// Reserves room; a capacity below 1 reserves none.
     explicit KbPList(int capacity);
 
-    /// Null may stand in the list.
+    /// Puts an item behind the last one. Null may stand in the list.
     void append(void* item) { m_items.push_back(item); }
     /// Before position `index`; a position below 0 counts as 0, one behind the end appends.
     void insert(void* item, int index);
@@ -29,19 +29,24 @@ public:
     /// Grows the list as `set` does; outside of what `set` takes, a slot that nothing reads.
     void*& operator[](int index);
     void* operator[](int index) const { return get(index); }
+    /// The number of items, nulls included.
     int getLength() const { return static_cast<int>(m_items.size()); }
 
-    /// Nothing outside of the list.
+    /// Takes one item out, what stands behind it moves up. Nothing outside of the list.
     void remove(int index);
-    /// The first such item.
+    /// Takes the first such item out, if there is one.
     void removeItem(const void* item);
-    /// Keeps the first `length` items; a longer list than this one stays as it is.
+    /// Keeps the first `length` items, none for a number below 0; a list that is not longer stays
+    /// as it is.
     void truncate(int length);
+    /// Becomes equal to `list`.
     void copy(const KbPList& list) { m_items = list.m_items; }
 
+    /// For loops over the items. Any change of the list ends the use of what they yield.
     void* const* begin() const { return m_items.data(); }
     void* const* end() const { return m_items.data() + m_items.size(); }
 
+    /// The same pointers in the same order.
     friend bool operator==(const KbPList& a, const KbPList& b) { return a.m_items == b.m_items; }
     friend bool operator!=(const KbPList& a, const KbPList& b) { return a.m_items != b.m_items; }
 

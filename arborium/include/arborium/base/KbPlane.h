@@ -17,6 +17,7 @@ public:
 
     /// Of length 1.
     const KbVec3f& getNormal() const { return m_normal; }
+    /// Along the normal: negative where the normal points to the origin.
     float getDistanceFromOrigin() const { return m_distance; }
     /// With its sign: positive on the side that the normal points to.
     float getDistance(const KbVec3f& point) const { return m_normal.dot(point) - m_distance; }
@@ -30,8 +31,10 @@ public:
     bool intersect(const KbPlane& plane, KbLine& line) const;
     /// Moves the plane along with its points. A matrix that cannot be inverted changes nothing.
     void transform(const KbMatrix& matrix);
+    /// Moves the plane along its normal.
     void offset(float distance) { m_distance += distance; }
 
+    /// By normal and distance: the same points with the normal turned around are another plane.
     friend bool operator==(const KbPlane& a, const KbPlane& b)
     {
         return a.m_normal == b.m_normal && a.m_distance == b.m_distance;

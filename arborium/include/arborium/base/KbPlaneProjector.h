@@ -12,9 +12,10 @@ public:
     explicit KbPlaneProjector(int orientToEye = 0);
     explicit KbPlaneProjector(const KbPlane& plane, int orientToEye = 0);
 
-    /// In working space.
+    /// In working space. The start position becomes the plane's point nearest to the origin.
     void setPlane(const KbPlane& plane);
     const KbPlane& getPlane() const { return m_plane; }
+    /// Whether the plane is turned to the eye, as the constructor says. FALSE by default.
     void setOrientToEye(int orientToEye) { m_orientToEye = orientToEye != 0; }
     bool isOrientToEye() const { return m_orientToEye; }
 

@@ -11,10 +11,11 @@ class ARBORIUM_API KbProjector {
 public:
     virtual ~KbProjector();
 
-    /// What the screen shows, in world space.
+    /// What the screen shows, in world space. The volume is copied.
     void setViewVolume(const KbViewVolume& volume) { m_viewVolume = volume; }
     const KbViewVolume& getViewVolume() const { return m_viewVolume; }
-    /// The matrix from the working space to the world. The identity by default.
+    /// The matrix from the working space to the world. The identity by default. With one that
+    /// cannot be inverted nothing is projected.
     void setWorkingSpace(const KbMatrix& space);
     const KbMatrix& getWorkingSpace() const { return m_workingToWorld; }
 
@@ -29,7 +30,8 @@ public:
     /// matrix cannot be inverted.
     bool tryProject(const KbVec2f& point, KbVec3f& result) const;
     bool tryProject(const KbLine& worldRay, KbVec3f& result) const;
-    /// The same for a ray in working space.
+    /// The point of the shape for a ray in working space, also behind its beginning. FALSE, with
+    /// `result` untouched, for none.
     bool intersect(const KbLine& ray, KbVec3f& result) const { return intersectShape(ray, result); }
 
     /// From the point under `from` to the one under `to`, in working space.
@@ -37,6 +39,7 @@ public:
     /// From the start position, by default the last projected point, to the one under `to`, which
     /// becomes the start of the next.
     KbVec3f getVector(const KbVec2f& to);
+    /// Under a point of the screen, or in working space.
     void setStartPosition(const KbVec2f& point) { m_last = project(point); }
     void setStartPosition(const KbVec3f& point) { m_last = point; }
 
@@ -44,13 +47,15 @@ public:
     virtual KbProjector* copy() const = 0;
 
 protected:
+    /// Subclasses copy and assign themselves; a projector of unknown kind is copied by `copy`.
     KbProjector() = default;
     KbProjector(const KbProjector&) = default;
     KbProjector& operator=(const KbProjector&) = default;
 
-    /// The point of the shape that the ray, in working space, means.
+    /// The point of the shape that the ray, in working space, means; FALSE, with `result`
+    /// untouched, if there is none.
     virtual bool intersectShape(const KbLine& ray, KbVec3f& result) const = 0;
-    /// Forgets the last point.
+    /// Makes `point`, in working space, the start position and what `project` falls back to.
     void restartAt(const KbVec3f& point) { m_last = point; }
     /// The direction from a point of the working space to the eye, of length 1.
     KbVec3f getEyeDirection(const KbVec3f& at) const;

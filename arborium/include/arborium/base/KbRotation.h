@@ -18,6 +18,7 @@ public:
     /// The rotation of a matrix without scale; `KbMatrix::getTransform` is for the others.
     explicit KbRotation(const KbMatrix& matrix) { setValue(matrix); }
 
+    /// A new rotation that turns nothing.
     static KbRotation identity() { return KbRotation(); }
 
     /// As the constructors.
@@ -28,19 +29,20 @@ public:
     KbRotation& setValue(float x, float y, float z, float w);
     KbRotation& setValue(const KbMatrix& matrix);
 
-    /// The quaternion x y z w.
+    /// The quaternion x y z w; the pointer lives as long as the rotation.
     const float* getValue() const { return m_quaternion; }
     void getValue(float& x, float& y, float& z, float& w) const;
     /// The axis has length 1 and `radians` lies between 0 and 2 pi; no rotation gives (0, 0, 1) and 0.
     void getValue(KbVec3f& axis, float& radians) const;
     void getValue(KbMatrix& matrix) const;
 
+    /// Turns back what was turned: `invert` this rotation itself, `inverse` a copy.
     KbRotation& invert();
     KbRotation inverse() const { return KbRotation(*this).invert(); }
     /// This becomes this * `rotation`.
     KbRotation& operator*=(const KbRotation& rotation);
     friend KbRotation operator*(KbRotation a, const KbRotation& b) { return a *= b; }
-    /// Multiplies the angle.
+    /// Multiplies the angle; a factor that is not finite gives no rotation.
     KbRotation& scaleAngle(float factor);
 
     /// The vector turned; `source` and `result` may be the same.
@@ -52,6 +54,7 @@ public:
     bool isIdentity() const;
     /// Whether the quaternions are the same up to their common sign.
     bool equals(const KbRotation& rotation, float tolerance) const;
+    /// To the last bit: a quaternion and its negative are the same rotation but not equal.
     friend bool operator==(const KbRotation& a, const KbRotation& b)
     {
         for (int i = 0; i < 4; ++i)

@@ -19,6 +19,7 @@ public:
     /// "Not found".
     static constexpr int npos = -1;
 
+    /// The empty text, in Latin-1.
     KbString() = default;
     /// Latin-1, up to the first zero byte. Null is the empty text.
     KbString(const char* latin1);
@@ -47,6 +48,7 @@ public:
     /// Always Unicode.
     static KbString fromUtf16(std::u16string_view utf16);
 
+    /// How the text is kept, whatever characters it holds.
     bool isUnicode() const { return m_wide != nullptr; }
     /// Characters beyond Latin-1 become "?".
     const std::string& toLatin1() const& { return m_latin1; }
@@ -54,18 +56,21 @@ public:
     /// As `toLatin1`, ended by a zero; it lives until the text changes or dies.
     const char* getString() const { return m_latin1.c_str(); }
     std::u16string toUtf16() const;
+    /// Half of a surrogate pair becomes U+FFFD.
     std::string toUtf8() const;
 
     /// Characters; of a Unicode text UTF-16 units.
     int getLength() const { return static_cast<int>(m_latin1.size()); }
+    /// Whether there is no character.
     bool isEmpty() const { return m_latin1.empty(); }
     /// Latin-1 afterwards, whatever it was.
     void makeEmpty();
 
     /// Where `text` begins at or after `start`; `npos` for nowhere. The empty text is found at `start`.
     int find(const KbString& text, int start = 0) const;
-    /// Where `text` begins for the last time.
+    /// Where `text` begins for the last time; `npos` for nowhere.
     int rfind(const KbString& text) const;
+    /// The empty text stands at the start and at the end of each.
     bool startsWith(const KbString& text) const;
     bool endsWith(const KbString& text) const;
     /// The characters from `start` up to but without `end`; -1 as `end` is the end of the text.
@@ -92,7 +97,7 @@ public:
     static KbString toString_l(const KbString& format, double value, const char* fallback = "%g");
     static KbString toString_l(const KbString& format, int value, const char* fallback = "%d");
 
-    /// Unicode if either is.
+    /// Puts `text` behind this one, which may be its own; Unicode if either is. Null adds nothing.
     KbString& operator+=(const KbString& text);
     KbString& operator+=(const char* latin1);
     KbString& operator+=(char latin1);
@@ -106,6 +111,7 @@ public:
 
     /// Below, equal or above 0, by the characters' codes.
     int compare(const KbString& text) const;
+    /// By the characters, whichever way they are kept; null is the empty text.
     friend bool operator==(const KbString& a, const KbString& b) { return a.isEqual(b); }
     friend bool operator!=(const KbString& a, const KbString& b) { return !a.isEqual(b); }
     friend bool operator==(const KbString& a, const char* b) { return a.isEqual(b); }
@@ -117,7 +123,7 @@ public:
     friend bool operator<=(const KbString& a, const KbString& b) { return b.compare(a) >= 0; }
     friend bool operator>=(const KbString& a, const KbString& b) { return a.compare(b) >= 0; }
 
-    /// The same for equal texts.
+    /// The same for equal texts, whichever way they are kept.
     std::size_t hash() const;
 
 private:

@@ -9,13 +9,16 @@ class ARBORIUM_API KbStringList {
 public:
     KbStringList() = default;
 
+    /// Puts a text behind the last one.
     void append(const KbString& text) { m_items.push_back(text); }
     /// Before position `index`; a position below 0 counts as 0, one behind the end appends.
     void insert(const KbString& text, int index);
-    /// Nothing outside of the list.
+    /// Takes one text out, what stands behind it moves up. Nothing outside of the list.
     void remove(int index);
-    /// Keeps the first `length` texts; a longer list than this one stays as it is.
+    /// Keeps the first `length` texts, none for a number below 0; a list that is not longer stays
+    /// as it is.
     void truncate(int length);
+    /// The number of texts, empty ones included.
     int getLength() const { return static_cast<int>(m_items.size()); }
     /// The position of the first such text; -1 for none.
     int find(const KbString& text) const;
@@ -29,9 +32,11 @@ public:
     /// separator gives the text as one piece.
     static KbStringList split(const KbString& text, const KbString& separator);
 
+    /// For loops over the texts. Any change of the list ends the use of what they yield.
     std::vector<KbString>::const_iterator begin() const { return m_items.begin(); }
     std::vector<KbString>::const_iterator end() const { return m_items.end(); }
 
+    /// Equal texts in the same order.
     friend bool operator==(const KbStringList& a, const KbStringList& b)
     {
         return a.m_items == b.m_items;

@@ -4,7 +4,7 @@
 
 #include <mutex>
 
-/// Mutual exclusion between threads.
+/// Mutual exclusion between threads. It must not be held when it dies.
 class ARBORIUM_API KbThreadMutex {
 public:
     /// With a flag other than 0 the thread that holds the mutex may lock it again.
@@ -12,10 +12,12 @@ public:
     KbThreadMutex(const KbThreadMutex&) = delete;
     KbThreadMutex& operator=(const KbThreadMutex&) = delete;
 
-    /// Waits until no other thread holds the mutex.
+    /// Waits until no other thread holds the mutex. Without the flag the holder must not lock it
+    /// again: it would wait for itself.
     void lock();
     /// FALSE, at once, if another thread holds it.
     bool tryLock();
+    /// By the thread that holds it, once for each time that it was locked.
     void unlock();
 
 private:
@@ -27,6 +29,7 @@ private:
 /// Holds a mutex until the end of its scope.
 class ARBORIUM_API KbThreadAutoLock {
 public:
+    /// Waits for the mutex.
     explicit KbThreadAutoLock(KbThreadMutex& mutex) : KbThreadAutoLock(&mutex) {}
     /// Null holds nothing.
     explicit KbThreadAutoLock(KbThreadMutex* mutex) : m_mutex(mutex)
@@ -37,7 +40,7 @@ public:
     KbThreadAutoLock& operator=(const KbThreadAutoLock&) = delete;
     ~KbThreadAutoLock() { unlock(); }
 
-    /// Before the end of the scope.
+    /// Gives the mutex back before the end of the scope; a second time does nothing.
     void unlock()
     {
         if (m_mutex) m_mutex->unlock();
@@ -48,6 +51,7 @@ private:
     KbThreadMutex* m_mutex;
 };
 
+/// The calling thread.
 class ARBORIUM_API KbThread {
 public:
     /// A number that no two running threads share.

@@ -12,7 +12,8 @@
 /// their range and a division of one by zero leaves it as it is.
 template <class Derived, class T, int N> class KbVecBase {
 public:
-    /// The `N` components in order.
+    /// The `N` components in order; the pointer lives as long as the vector. Writing through `data`
+    /// changes it.
     constexpr const T* getValue() const { return m_value; }
     constexpr T* data() { return m_value; }
 
@@ -28,6 +29,7 @@ public:
         return self();
     }
 
+    /// Component by component.
     constexpr Derived& operator+=(const Derived& v)
     {
         for (int i = 0; i < N; ++i) m_value[i] = sum(m_value[i], v.m_value[i]);
@@ -56,6 +58,7 @@ public:
     friend constexpr Derived operator/(Derived a, T divisor) { return a /= divisor; }
     friend constexpr Derived operator-(const Derived& v) { return Derived() -= v; }
 
+    /// To the last bit, but 0 equals -0 and not-a-number nothing.
     friend constexpr bool operator==(const Derived& a, const Derived& b)
     {
         for (int i = 0; i < N; ++i)
@@ -76,6 +79,7 @@ public:
         return true;
     }
 
+    /// The sum of the products of the components.
     constexpr T dot(const Derived& v) const
     {
         T s = 0;
@@ -164,12 +168,14 @@ private:
 /// Two floats, such as a point of a window or a texture coordinate.
 class KbVec2f : public KbVecBase<KbVec2f, float, 2> {
 public:
+    /// Zero, or from numbers; a null pointer gives zero.
     constexpr KbVec2f() = default;
     constexpr KbVec2f(float x, float y) { setValue(x, y); }
     explicit constexpr KbVec2f(const float* xy) { setValue(xy); }
 
     using KbVecBase::getValue;
     using KbVecBase::setValue;
+    /// All components at once.
     constexpr KbVec2f& setValue(float x, float y)
     {
         m_value[0] = x;
@@ -181,6 +187,7 @@ public:
         x = m_value[0];
         y = m_value[1];
     }
+    /// The components by their names.
     constexpr float x() const { return m_value[0]; }
     constexpr float y() const { return m_value[1]; }
 };
@@ -188,12 +195,14 @@ public:
 /// Three floats: a point, a direction or a size in a scene.
 class KbVec3f : public KbVecBase<KbVec3f, float, 3> {
 public:
+    /// Zero, or from numbers; a null pointer gives zero.
     constexpr KbVec3f() = default;
     constexpr KbVec3f(float x, float y, float z) { setValue(x, y, z); }
     explicit constexpr KbVec3f(const float* xyz) { setValue(xyz); }
 
     using KbVecBase::getValue;
     using KbVecBase::setValue;
+    /// All components at once.
     constexpr KbVec3f& setValue(float x, float y, float z)
     {
         m_value[0] = x;
@@ -207,23 +216,27 @@ public:
         y = m_value[1];
         z = m_value[2];
     }
+    /// The components by their names.
     constexpr float x() const { return m_value[0]; }
     constexpr float y() const { return m_value[1]; }
     constexpr float z() const { return m_value[2]; }
 
+    /// Perpendicular to both, by the right hand's rule; zero for parallel vectors.
     constexpr KbVec3f cross(const KbVec3f& v) const
     {
         return KbVec3f(m_value[1] * v.m_value[2] - m_value[2] * v.m_value[1],
                        m_value[2] * v.m_value[0] - m_value[0] * v.m_value[2],
                        m_value[0] * v.m_value[1] - m_value[1] * v.m_value[0]);
     }
-    /// The coordinate axis, with its sign, that lies nearest to the vector; (0, 0, 1) for no direction.
+    /// The coordinate axis, with its sign, that lies nearest to the vector; (0, 0, 1) for no
+    /// direction.
     ARBORIUM_API KbVec3f getClosestAxis() const;
 };
 
 /// Four floats: a homogeneous point or a colour with its opacity.
 class KbVec4f : public KbVecBase<KbVec4f, float, 4> {
 public:
+    /// Zero, or from numbers; a null pointer gives zero.
     constexpr KbVec4f() = default;
     constexpr KbVec4f(float x, float y, float z, float w) { setValue(x, y, z, w); }
     constexpr KbVec4f(const KbVec3f& v, float w) { setValue(v[0], v[1], v[2], w); }
@@ -231,6 +244,7 @@ public:
 
     using KbVecBase::getValue;
     using KbVecBase::setValue;
+    /// All components at once.
     constexpr KbVec4f& setValue(float x, float y, float z, float w)
     {
         m_value[0] = x;
@@ -257,12 +271,14 @@ public:
 /// Two whole numbers, such as a size or a position in pixels.
 class KbVec2i32 : public KbVecBase<KbVec2i32, std::int32_t, 2> {
 public:
+    /// Zero, or from numbers; a null pointer gives zero.
     constexpr KbVec2i32() = default;
     constexpr KbVec2i32(std::int32_t x, std::int32_t y) { setValue(x, y); }
     explicit constexpr KbVec2i32(const std::int32_t* xy) { setValue(xy); }
 
     using KbVecBase::getValue;
     using KbVecBase::setValue;
+    /// All components at once.
     constexpr KbVec2i32& setValue(std::int32_t x, std::int32_t y)
     {
         m_value[0] = x;
@@ -274,6 +290,7 @@ public:
         x = m_value[0];
         y = m_value[1];
     }
+    /// The components by their names.
     constexpr std::int32_t x() const { return m_value[0]; }
     constexpr std::int32_t y() const { return m_value[1]; }
 };

@@ -11,7 +11,7 @@ public:
     /// The one of the process; never null.
     static KcInitModuleCmd* Instance();
 
-    /// Null is ignored.
+    /// Announces a module. Null is ignored.
     void serialize(const char* moduleName);
     /// All names announced so far, in order, repeated ones each time.
     const std::vector<std::string>& getNames() const { return m_names; }

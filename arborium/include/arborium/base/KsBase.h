@@ -17,6 +17,8 @@ public:
 
     /// The name by which a file or `KsNode::getByName` finds the object; empty if it has none.
     const KbName& getName() const { return m_name; }
+    /// Several objects may have the same name. The empty name takes the object's name away. An
+    /// object that dies is not found by its name any more.
     void setName(const KbName& name);
     /// Appends the objects with this name, in the order of their naming. The empty name yields none.
     static void getNamed(const KbName& name, std::vector<KsBase*>& list);
@@ -35,12 +37,15 @@ public:
 
     // Writing: first every object is counted, then written; an object met twice is written once,
     // with a name, and used by that name afterwards.
+    /// Counts one more place at which the object stands, while `out` counts. Null does nothing.
     void addWriteReference(KsOutput* out);
+    /// Whether it was counted at all, and more than once. FALSE for null.
     bool shouldWrite(KsOutput* out) const;
     bool hasMultipleWriteRefs(KsOutput* out) const;
     /// Writes "USE name" and returns TRUE if the object is in the output already; otherwise writes
-    /// "DEF name Type {" and returns FALSE.
+    /// "DEF name Type {" and returns FALSE. Null writes nothing and yields TRUE.
     bool writeHeader(KsOutput* out, bool isGroup, bool isEngine = false);
+    /// Writes the closing brace.
     void writeFooter(KsOutput* out);
 
     /// Reads what stands between the braces. `flags` come from the binary header of the object;
@@ -59,7 +64,8 @@ protected:
     KsBase();
     ~KsBase() override;
     void destroy() override;
-    /// Tells what watches this object that it is about to go.
+    /// Tells what watches this object that it is about to go: once, when the last reference was
+    /// given back, and before it is deleted.
     virtual void notifyDelete() {}
 
 private:

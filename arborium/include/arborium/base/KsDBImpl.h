@@ -12,7 +12,7 @@ public:
     static bool isRunningToolMode() { return s_toolMode; }
     static void setRunningToolMode(bool running) { s_toolMode = running; }
 
-    /// While set, no Qt widgets are wanted in this process.
+    /// While set, no Qt widgets are wanted in this process. FALSE by default.
     static bool m_noLocalWidgets;
 
 private:

@@ -12,12 +12,15 @@
 /// Messages to the developer. Posting never stops the program.
 class ARBORIUM_API KsDebugError {
 public:
+    /// Whether something went wrong, or is only told.
     enum class Severity { Error, Info };
     /// `where` is a function's name, as in "KsGroup::addChild"; neither text is null, and both live for
     /// the call only. Calls may come from any thread, one at a time.
     using Handler = void (*)(void* data, Severity severity, const char* where, const char* message);
 
-    /// `format` must be a constant of the program; texts from elsewhere go through "%s".
+    /// `format`, as printf's, must be a constant of the program; texts from elsewhere go through
+    /// "%s". Null texts count as empty, and the message may have any length. What a handler posts
+    /// reaches it as well, up to a depth of 8, and standard error beyond.
     static void post(const char* where, const char* format, ...) ARBORIUM_PRINTF(2, 3);
     static void postInfo(const char* where, const char* format, ...) ARBORIUM_PRINTF(2, 3);
 

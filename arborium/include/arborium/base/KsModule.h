@@ -15,6 +15,7 @@ public:
     KsModule(const KsModule&) = delete;
     KsModule& operator=(const KsModule&) = delete;
 
+    /// As given to the constructor.
     const std::string& getFileName() const { return m_fileName; }
     const std::string& getVersion() const { return m_version; }
     const std::string& getCompiler() const { return m_compiler; }
@@ -23,6 +24,7 @@ public:
     int getFirstFlag() const { return m_firstFlag; }
     int getSecondFlag() const { return m_secondFlag; }
 
+    /// Of the modules that are loaded now.
     static int getNumModules();
     /// In the order of loading; null for a bad index.
     static const KsModule* getModule(int index);

@@ -24,6 +24,7 @@ public:
     {
         if (m_refCount > 0) --m_refCount;
     }
+    /// References taken and not yet given back.
     std::int32_t getRefCount() const { return m_refCount; }
 
 protected:
@@ -42,6 +43,7 @@ private:
 /// Holds one reference for a scope, or as a member. Null is allowed.
 template <class T> class KsRef {
 public:
+    /// Takes a reference; moving one hands it on.
     KsRef() = default;
     KsRef(T* object) : m_object(object)
     {
@@ -50,6 +52,7 @@ public:
     KsRef(const KsRef& other) : KsRef(other.m_object) {}
     KsRef(KsRef&& other) noexcept : m_object(other.m_object) { other.m_object = nullptr; }
     ~KsRef() { reset(); }
+    /// Takes the new reference before it gives the old one back.
     KsRef& operator=(KsRef other) noexcept
     {
         T* mine = m_object;
@@ -64,6 +67,7 @@ public:
         m_object = nullptr;
         if (object) object->unref();
     }
+    /// The object, or null; it stays the holder's. `->` and `*` want one that is not null.
     T* get() const { return m_object; }
     T* operator->() const { return m_object; }
     T& operator*() const { return *m_object; }

@@ -7,6 +7,7 @@ class ARBORIUM_API KsTypedObject {
 public:
     virtual ~KsTypedObject();
 
+    /// The type "TypedObject", from which all others derive; each class has this for itself.
     static KsType getClassTypeId();
     /// The type of the object itself; `getClassTypeId` is that of the class it is called for.
     virtual KsType getTypeId() const = 0;
@@ -17,6 +18,7 @@ public:
     /// that `member`, the class's own record of it, agrees. Posts a message if not.
     static bool checkDatabase(const char* className, const void* instance, KsType type,
                               KsType member);
+    /// Registers the type, which its first use does as well.
     static void initClass();
 };
 

@@ -16,13 +16,15 @@ public:
     /// Registers the types of events; they also come to be at their first use.
     static void initClasses();
 
-    /// In pixels from the lower left corner of the viewport.
+    /// In pixels from the lower left corner of the viewport; (0, 0) by default.
     void setPosition(const KbVec2f& position) { m_position = position; }
     const KbVec2f& getPosition() const { return m_position; }
     /// From (0, 0) at the lower left corner of the viewport to (1, 1).
     KbVec2f getNormalizedPosition(const KbViewportRegion& viewport) const;
+    /// In seconds, by a clock that the sender chose; 0 by default.
     void setTime(double seconds) { m_time = seconds; }
     double getTime() const { return m_time; }
+    /// Which of these keys were down meanwhile; none by default.
     void setShiftDown(bool down) { m_shift = down; }
     void setCtrlDown(bool down) { m_ctrl = down; }
     void setAltDown(bool down) { m_alt = down; }
@@ -38,11 +40,13 @@ private:
     bool m_alt = false;
 };
 
+/// A button of the mouse or a key went down or up.
 class ARBORIUM_API KsButtonEvent : public KsEvent {
 public:
     enum State { UP, DOWN };
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
+    /// DOWN for a press, UP for a release.
     void setState(State state) { m_state = state; }
     State getState() const { return m_state; }
 
@@ -55,6 +59,7 @@ private:
     State m_state;
 };
 
+/// A mouse button went down or up. BUTTON1 is the left one, BUTTON2 the middle, BUTTON3 the right.
 class ARBORIUM_API KsMouseButtonEvent : public KsButtonEvent {
 public:
     enum Button { BUTTON1 = 1, BUTTON2, BUTTON3, BUTTON4, BUTTON5 };
@@ -64,7 +69,7 @@ public:
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
     Button getButton() const { return m_button; }
-    /// Whether it is such an event; FALSE for null and for other kinds.
+    /// Whether it is such an event, of this button; FALSE for null and for other kinds.
     static bool isButtonPress(const KsEvent* event, Button button);
     static bool isButtonRelease(const KsEvent* event, Button button);
 
@@ -89,8 +94,10 @@ public:
     {}
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
+    /// What happened.
     Action getAction() const { return m_action; }
-    /// In world space; the pointer looks along the rotated negative z axis.
+    /// Where the pointer is and how it is turned, in world space; it looks along the rotated
+    /// negative z axis, which `getDirection` yields with length 1.
     const KbVec3f& getOrigin() const { return m_origin; }
     const KbRotation& getRotation() const { return m_rotation; }
     KbVec3f getDirection() const;
@@ -141,9 +148,11 @@ public:
     {}
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
+    /// One of `Key`, or the code of a character.
     int getKey() const { return m_key; }
     /// The character that the key types with its modifiers; 0 if it types none.
     char16_t getPrintableCharacter() const { return m_printable; }
+    /// Whether it is such an event, of this key; FALSE for null and for other kinds.
     static bool isKeyPressEvent(const KsEvent* event, int key);
     static bool isKeyReleaseEvent(const KsEvent* event, int key);
 

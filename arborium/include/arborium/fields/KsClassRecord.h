@@ -35,7 +35,8 @@ struct ARBORIUM_API KsClassRecord {
 
     /// The name of the type in files: the class name without the prefix.
     const char* fileName() const;
-    /// Registers the class, and the base class first if that was forgotten (with a message).
+    /// Registers the class, and the base class first if that was forgotten (with a message). A
+    /// class that is registered stays as it is.
     void initClass();
     /// Takes the class out of the type table. A class that is not there gives a message.
     void exitClass();
@@ -68,6 +69,8 @@ struct KsEnumValue {
 ///     }
 class ARBORIUM_API KsInstanceBuilder {
 public:
+    /// Stands first in the constructor of `instance`, which it keeps alive until its own end; then
+    /// a kit gets its parts. A class that is not registered is, with a message.
     KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* instance);
     ~KsInstanceBuilder();
     KsInstanceBuilder(const KsInstanceBuilder&) = delete;
@@ -84,7 +87,8 @@ public:
     template <class Field> void emptyField(const char* name, Field& member) { add(name, member); }
     /// Declares an enum; needed before the fields that use it, once per class.
     void enums(const char* enumName, std::initializer_list<KsEnumValue> values);
-    /// A field of one value of `enumName` (`KsSFEnum`) or of several (`KsSFBitMask`).
+    /// A field of one value of `enumName` (`KsSFEnum`) or of several (`KsSFBitMask`). With an enum
+    /// that was not declared it takes any number, and there is a message that names file and line.
     void enumField(const char* name, KsSFEnum& member, const char* enumName, int initial,
                    const char* file = __builtin_FILE(), int line = __builtin_LINE());
 
@@ -107,6 +111,7 @@ private:
     int m_enumField = 0;
 };
 
+/// What `KsInstanceBuilder::part` is told of a part that paths and names may show, and of another.
 inline constexpr bool KsPublicPart = true;
 inline constexpr bool KsHiddenPart = false;
 
@@ -144,6 +149,7 @@ protected:                                                                      
 private:                                                                                           \
     friend struct KsClassRecord
 
+/// What all records share that the next macros define.
 #define KS_NODE_SOURCE_COMMON(Class, Parent, Create)                                               \
     KsClassRecord Class::classRecord(#Class, &Parent::classRecord, Create);                        \
     KsType Class::getTypeId() const { return classRecord.classTypeId; }                            \
@@ -156,6 +162,8 @@ private:                                                                        
         return const_cast<const KsFieldData**>(&classRecord.fieldData);                            \
     }
 
+/// Defines the record of a node class, `Parent` being its base class; of an abstract one, which
+/// cannot be made by its type; and of kits.
 #define KS_NODE_SOURCE(Class, Parent)                                                              \
     KS_NODE_SOURCE_COMMON(Class, Parent, &Class::createInstance)                                   \
     KsTypedObject* Class::createInstance(KsType*) { return new (std::nothrow) Class; }

@@ -24,7 +24,7 @@ public:
     /// The object that the field is part of and tells of its changes; null for a field by itself.
     KsFieldContainer* getContainer() const { return m_container; }
     void setContainer(KsFieldContainer* container) { m_container = container; }
-    /// A number that the class of the container gives; the layer makes nothing of it.
+    /// A number from 0 to 255 that the class of the container gives; the layer makes nothing of it.
     int getFieldType() const { return m_fieldType; }
     void setFieldType(int type) { m_fieldType = static_cast<std::uint8_t>(type); }
     /// A default field is left out of written files. Any change of the value clears the mark.
@@ -38,23 +38,28 @@ public:
     /// second call replaces the first. Refused (FALSE, message) for null, for itself and for a
     /// field of another type. Two fields may be connected both ways.
     bool connectFrom(KsField* master);
+    /// The value stays. Nothing for a field that is not connected.
     void disconnect();
+    /// Whether there is a master. One that dies leaves the field unconnected.
     bool isConnected() const { return getConnectedField() != nullptr; }
     /// The master, or null.
     KsField* getConnectedField() const;
-    /// A connection that its owner makes anew by itself is not written to files.
+    /// A connection that its owner makes anew by itself is not written to files. The mark goes with
+    /// the connection.
     void setConnectionPrivate(bool isPrivate);
     bool isConnectionPrivate() const { return m_flags & PrivateConnection; }
 
-    /// Runs the change notification without a change.
+    /// Runs the change notification without a change; the default mark stays.
     void touch() { valueChanged(isDefault()); }
 
     /// Takes the value and the default mark of a field of the same type; a field of another type
     /// is ignored.
     virtual void copyFrom(const KsField& other) = 0;
+    /// Whether the value is the same, which that of a field of another type never is.
     virtual bool isSame(const KsField& other) const = 0;
     /// Reads a value; FALSE with the error recorded in the input, and the old value kept.
     virtual bool readValue(KsInput* in) = 0;
+    /// Writes the value as `readValue` reads it, in the form of the output.
     virtual void writeValue(KsOutput* out) const = 0;
 
     // Plumbing between fields and sensors.
@@ -84,7 +89,7 @@ private:
     std::uint8_t m_fieldType = 0;
 };
 
-/// What `KsField::~KsField` leaves to subclasses' headers: the type record of a field class.
+/// What the header of each field class declares.
 #define KS_FIELD_HEADER(Class)                                                                     \
 public:                                                                                            \
     static KsType getClassTypeId();                                                                \

@@ -22,20 +22,25 @@ public:
     /// Switches the sensors of this container's fields, and of the nodes above it, off or on.
     /// Returns the former state. Kept boxes and draw lists stay right either way.
     bool enableNotify(bool enable);
+    /// TRUE by default.
     bool isNotifyEnabled() const { return m_notify; }
 
     /// The field with this name, or null.
     KsField* getField(const KbName& name) const;
-    /// The fields in the order of their registration; the parts of a kit only where they exist.
-    /// Returns their number.
+    /// Appends the fields in the order of their registration; the parts of a kit only where they
+    /// exist. Returns their number.
     int getFields(KsFieldList& list) const;
     /// As `getFields`, with the part fields of a kit, made if needed.
     int getAllFields(KsFieldList& list) const;
-    /// Sets fields from a text as it would stand in a file between the braces.
+    /// Sets fields from a text as it would stand in a file between the braces. FALSE, with
+    /// messages, for a text that is wrong; what could be read of it is set. Null is the empty text.
     bool set(const char* text);
+    /// Whether each field has the same value as in `other`. FALSE for null and for another type.
     bool fieldsAreEqual(const KsFieldContainer* other) const;
-    /// Takes the values and default marks of all fields of `other`, which must be of the same type.
+    /// Takes the values and default marks of all fields of `other`; nothing of null or of another
+    /// type.
     void copyFieldValues(const KsFieldContainer* other);
+    /// Whether no field was set: each is marked as default.
     bool hasDefaultValues() const;
 
     /// The fields of the class; never null.
@@ -69,6 +74,7 @@ public:
 protected:
     KsFieldContainer() = default;
     ~KsFieldContainer() override;
+    /// From now on `validateNewFieldValue` is asked.
     void setValidatesFields() { m_validates = true; }
 
 private:

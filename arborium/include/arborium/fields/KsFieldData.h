@@ -20,21 +20,24 @@ public:
 
     /// Adds a field that is a member of `container`. A name that exists already is ignored.
     void addField(const KsFieldContainer* container, const KbName& name, const KsField* field);
+    /// Adds a value to an enum, which its first value makes. A name that exists already is ignored.
     void addEnumValue(const KbName& enumName, const KbName& valueName, int value);
-    /// FALSE if the enum is unknown.
+    /// `values` and `names` get `count` entries each, in the order in which they were added. FALSE,
+    /// with 0 and nulls, if the enum is unknown.
     bool getEnumData(const KbName& enumName, int& count, const int*& values,
                      const KbName*& names) const;
     /// Null if the enum is unknown. What it points to lives as long as the process; values that
     /// are added later stand in another set.
     const KsEnumData* getEnumData(const KbName& enumName) const;
 
+    /// Those of the classes above included.
     int getNumFields() const { return static_cast<int>(m_entries.size()); }
     /// Empty if the index is out of range.
     KbName getFieldName(int index) const;
     /// The field of `container` at `index`; null if the index is out of range, or for a part field
     /// that the kit has not made yet while `make` is FALSE.
     KsField* getField(const KsFieldContainer* container, int index, bool make = true) const;
-    /// -1 if there is none.
+    /// The place of the field with this name; -1 if there is none.
     int getIndex(const KbName& name) const;
 
     /// Reads fields until something follows that is no field of the class: children or the closing

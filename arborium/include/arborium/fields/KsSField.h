@@ -22,13 +22,15 @@ public:
 
     /// Of a connected field the value that it took last.
     const V& getValue() const { return m_value; }
-    /// Sets the value and runs the notification, also for an equal value.
+    /// Sets the value and runs the notification, also for an equal value; nothing of both if the
+    /// container refuses the value.
     void setValue(const V& value)
     {
         if (!isValid(&value)) return;
         m_value = value;
         valueChanged();
     }
+    /// A field stands for its value where one is wanted.
     operator const V&() const { return m_value; }
     bool operator==(const KsSFieldOf& other) const { return m_value == other.m_value; }
     bool operator!=(const KsSFieldOf& other) const { return !(m_value == other.m_value); }
@@ -49,6 +51,8 @@ protected:
     V m_value{};
 };
 
+/// What each class of such fields declares: a field with the type's zero or with a value, and
+/// assignment of a value, or of the value of another field of its class, as by `setValue`.
 #define KS_SFIELD(Class, ValueType)                                                                \
     KS_FIELD_HEADER(Class);                                                                        \
     Class() = default;                                                                             \
@@ -65,16 +69,19 @@ protected:
         return *this;                                                                              \
     }
 
-/// TRUE or FALSE.
+/// TRUE or FALSE; in files also 1 or 0.
 class ARBORIUM_API KsSFBool : public KsSFieldOf<bool> {
     KS_SFIELD(KsSFBool, bool)
 };
+/// A number with a fraction. In files it is finite.
 class ARBORIUM_API KsSFFloat : public KsSFieldOf<float> {
     KS_SFIELD(KsSFFloat, float)
 };
+/// A whole number; in files decimal, or hexadecimal behind "0x".
 class ARBORIUM_API KsSFInt32 : public KsSFieldOf<std::int32_t> {
     KS_SFIELD(KsSFInt32, std::int32_t)
 };
+/// A text; in files in double quotes, or a word that begins with a letter.
 class ARBORIUM_API KsSFString : public KsSFieldOf<KbString> {
     KS_SFIELD(KsSFString, KbString)
 };
@@ -82,39 +89,47 @@ class ARBORIUM_API KsSFString : public KsSFieldOf<KbString> {
 class ARBORIUM_API KsSFFilePathString : public KsSFieldOf<KbString> {
     KS_SFIELD(KsSFFilePathString, KbString)
 };
+/// A name, written as a text.
 class ARBORIUM_API KsSFName : public KsSFieldOf<KbName> {
     KS_SFIELD(KsSFName, KbName)
 };
+/// Two whole numbers, such as a size in pixels.
 class ARBORIUM_API KsSFVec2i32 : public KsSFieldOf<KbVec2i32> {
     KS_SFIELD(KsSFVec2i32, KbVec2i32)
 public:
     using KsSFieldOf::setValue;
     void setValue(int x, int y) { setValue(KbVec2i32(x, y)); }
 };
+/// Two numbers.
 class ARBORIUM_API KsSFVec2f : public KsSFieldOf<KbVec2f> {
     KS_SFIELD(KsSFVec2f, KbVec2f)
 public:
     using KsSFieldOf::setValue;
     void setValue(float x, float y) { setValue(KbVec2f(x, y)); }
 };
+/// Three numbers: a point, a direction or a size.
 class ARBORIUM_API KsSFVec3f : public KsSFieldOf<KbVec3f> {
     KS_SFIELD(KsSFVec3f, KbVec3f)
 public:
     using KsSFieldOf::setValue;
     void setValue(float x, float y, float z) { setValue(KbVec3f(x, y, z)); }
 };
+/// Red, green and blue.
 class ARBORIUM_API KsSFColor : public KsSFieldOf<KbColor> {
     KS_SFIELD(KsSFColor, KbColor)
 public:
     using KsSFieldOf::setValue;
     void setValue(float r, float g, float b) { setValue(KbColor(r, g, b)); }
 };
+/// A rotation; in files its axis and its angle in radians.
 class ARBORIUM_API KsSFRotation : public KsSFieldOf<KbRotation> {
     KS_SFIELD(KsSFRotation, KbRotation)
 };
+/// Sixteen numbers, row by row. The identity by default.
 class ARBORIUM_API KsSFMatrix : public KsSFieldOf<KbMatrix> {
     KS_SFIELD(KsSFMatrix, KbMatrix)
 };
+/// A plane; in files its normal and its distance from the origin.
 class ARBORIUM_API KsSFPlane : public KsSFieldOf<KbPlane> {
     KS_SFIELD(KsSFPlane, KbPlane)
 };
@@ -127,7 +142,7 @@ struct ARBORIUM_API KsEnumData {
 
     /// The name of `value`; empty if it has none.
     KbName nameOf(int value) const;
-    /// FALSE if no value has this name.
+    /// FALSE, with `value` untouched, if no value has this name.
     bool valueOf(const KbName& name, int& value) const;
     /// The one copy of this set in the process; it is never freed.
     static const KsEnumData* intern(KsEnumData set);
@@ -138,10 +153,13 @@ struct ARBORIUM_API KsEnumData {
 class ARBORIUM_API KsSFEnum : public KsSFieldOf<int> {
     KS_SFIELD(KsSFEnum, int)
 public:
-    /// Values and names are copied, once for equal sets.
+    /// Values and names are copied, once for equal sets. A count below 1, or null, takes the names
+    /// away. The field's value stays as it is.
     void setEnums(int count, const int* values, const KbName* names);
     void setEnums(const KsEnumData* enums) { m_enums = enums; }
+    /// Null for a field with no names.
     const KsEnumData* getEnums() const { return m_enums; }
+    /// As above; nobody is told of a value that is refused.
     void setValue(int value);
     /// Sets the value by its name; FALSE with a message if no value has it.
     bool setValue(const KbName& name);
@@ -153,7 +171,8 @@ protected:
     const KsEnumData* m_enums = nullptr;
 };
 
-/// Several values of a named set at once. In files: a name, or "(A | B)".
+/// Several values of a named set at once, none as 0. In files: a name, or "(A | B)". A bit that no
+/// named value holds is refused with a message.
 class ARBORIUM_API KsSFBitMask : public KsSFEnum {
     KS_FIELD_HEADER(KsSFBitMask);
     KsSFBitMask() = default;
@@ -175,9 +194,11 @@ public:
     ~KsSFNode() override;
     KsSFNode& operator=(const KsSFNode& other);
     KsSFNode& operator=(KsNode* node);
+    /// Null by default; the node stays the field's.
     KsNode* getValue() const { return m_value; }
     /// Refused with a message if the node is or holds the container.
     void setValue(KsNode* node);
+    /// As that of the other fields; refused like a value.
     void initValue(KsNode* node);
     operator KsNode*() const { return m_value; }
     bool operator==(const KsSFNode& other) const { return m_value == other.m_value; }

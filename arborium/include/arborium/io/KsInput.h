@@ -26,6 +26,7 @@ struct ARBORIUM_API KsReadError {
 /// where it can, so that one run finds all errors of a file; the read as a whole fails.
 class ARBORIUM_API KsInput {
 public:
+    /// Nothing is open at first.
     KsInput();
     ~KsInput();
     KsInput(const KsInput&) = delete;
@@ -33,16 +34,22 @@ public:
 
     /// Opens a file: as named if the name is absolute, else in the directories of the list, in
     /// order (the list begins with "."). FALSE if it cannot be opened or is no regular file; with
-    /// `okIfNotFound` a missing file is no error and posts no message.
+    /// `okIfNotFound` a missing file is no error and posts no message. A file that was open is
+    /// closed first. `flag` has no meaning.
     bool openFile(const KbString& path, bool okIfNotFound = false, bool flag = false);
+    /// Gives back what was held for the read. The errors stay.
     void closeFile();
     /// Reads from memory, which must stay until the end of the read. A buffer needs no first line.
+    /// Null is an empty buffer.
     void setBuffer(const void* buffer, std::size_t size);
 
-    /// Where `openFile`, and names that stand in files, are looked up. An empty name is ignored.
+    /// Where `openFile`, and names that stand in files, are looked up, by default in "." alone. An
+    /// empty name is ignored; what is in the list already is looked up again.
     static void addDirectoryFirst(const KbString& directory);
     static void addDirectoryLast(const KbString& directory);
+    /// Takes the first directory of this name, as it was added, out of the list.
     static void removeDirectory(const KbString& directory);
+    /// Leaves none, not even ".": then only full names are found.
     static void clearDirectories();
     static const KbStringList& getDirectories();
     /// By default a file that is named in another one (an included scene, an image) must lie below the
@@ -51,10 +58,12 @@ public:
     static void setConfined(bool confined);
     static bool isConfined();
 
-    /// The full name of the file that is read, or "<buffer>".
+    /// The name under which the file was found, or "<buffer>". It stays until the next one is
+    /// opened.
     const std::string& getFileName() const;
+    /// As the first line says; FALSE without one.
     bool isBinary() const;
-    /// 2.1 or 1.0.
+    /// 2.1, 2.0 or 1.0, as the first line says; 2.1 without one.
     float getVersion() const;
     /// TRUE between `openFile` or `setBuffer` and `closeFile`.
     bool isOpen() const;
@@ -67,6 +76,7 @@ public:
 
     /// In the order in which they were found; they stay until the next file is opened.
     const std::vector<KsReadError>& getErrors() const;
+    /// Whether there is any.
     bool hasErrors() const { return !getErrors().empty(); }
     /// Errors beyond the limit, which are counted only.
     int getNumFurtherErrors() const;
@@ -96,21 +106,29 @@ public:
     bool peekWord(KbName& word);
     /// The next character that is no blank or comment, without taking it; 0 at the end.
     char peekChar();
-    /// Takes `c` if it is the next character that is no blank or comment.
+    /// Takes `c` if it is the next character that is no blank or comment; FALSE without an error if
+    /// it is not.
     bool takeChar(char c);
-    /// Takes `c`, or records an error that says what came instead.
+    /// Takes `c`, or records an error that says what came instead of `what`; null stands for the
+    /// character itself. A binary file has none of these characters.
     bool expectChar(char c, const char* what);
+    /// Records an error at the place of the last token read; one more at the same place is dropped.
+    /// An error in a binary file ends its read.
     void addError(const std::string& message);
-    /// What stands at the present place, for messages: `"foo"`, `'}'`, `the end of the file`.
+    /// What stands at the present place, for messages: `"foo"`, `'}'`, `the end of the file`, `byte
+    /// 7` of a binary file.
     std::string describeNext();
     /// Goes on behind an error: skips a value up to the next word that may begin a field or node,
     /// or the brace that closes the present node.
     void skipValue();
-    /// Skips a node's text from its opening brace to the matching one.
+    /// Skips a node's text from its opening brace to the matching one; nothing if none follows.
     void skipBraces();
 
     // References by the names that DEF and USE give. A later one of the same name counts.
+    /// Lets the file use `object` by this name. The input holds a reference to it until it is
+    /// closed. Null is ignored.
     void addReference(const KbName& name, KsBase* object);
+    /// Null for a name that nothing had so far.
     KsBase* findReference(const KbName& name) const;
 
     // Plumbing.

@@ -21,7 +21,7 @@ public:
     KsSensor(const KsSensor&) = delete;
     KsSensor& operator=(const KsSensor&) = delete;
 
-    /// Null calls nobody.
+    /// What is called, and the data that it is given. Null calls nobody.
     void setFunction(KsSensorCallback function) { m_function = function; }
     void setData(void* data) { m_data = data; }
     KsSensorCallback getFunction() const { return m_function; }
@@ -30,7 +30,7 @@ public:
     virtual void schedule() = 0;
     virtual void unschedule() = 0;
     virtual bool isScheduled() const = 0;
-    /// Calls the function now.
+    /// Calls the function now, whether or not the sensor is scheduled.
     virtual void trigger();
 
 protected:
@@ -48,9 +48,11 @@ class ARBORIUM_API KsDelayQueueSensor : public KsSensor {
 public:
     static constexpr std::uint32_t defaultPriority = 100;
 
+    /// Of the default priority, and not scheduled. A sensor that is deleted no longer waits.
     KsDelayQueueSensor(KsSensorCallback function, void* data) : KsSensor(function, data) {}
     ~KsDelayQueueSensor() override;
-    /// A sensor that is waiting takes its new place.
+    /// A sensor that is waiting takes its new place, behind those of equal priority; with 0 it
+    /// still waits, as the first, until the queue runs.
     void setPriority(std::uint32_t priority);
     std::uint32_t getPriority() const { return m_priority; }
     /// Scheduling a scheduled sensor does nothing; with priority 0 it triggers at once.
@@ -68,17 +70,19 @@ private:
 /// A delay-queue sensor that runs once when it was scheduled by hand.
 class ARBORIUM_API KsOneShotSensor : public KsDelayQueueSensor {
 public:
+    /// As any sensor of the queue.
     KsOneShotSensor(KsSensorCallback function, void* data) : KsDelayQueueSensor(function, data) {}
 };
 
 /// A sensor that watches data in the scene.
 class ARBORIUM_API KsDataSensor : public KsDelayQueueSensor {
 public:
-    /// The field whose change triggered a sensor of priority 0, for the time of the callback.
+    /// The field whose change triggered a sensor of priority 0, for the time of the callback; null
+    /// at other times, and where the change was none of a field.
     KsField* getTriggerField() const { return m_triggerField; }
     /// The node in which the change began, as above.
     KsNode* getTriggerNode() const { return m_triggerNode; }
-    /// What is watched is about to go: by default the sensor is detached.
+    /// What is watched is about to go: the sensor is detached. A subclass may learn of it here.
     virtual void dyingReference() = 0;
 
     // Plumbing.
@@ -99,10 +103,13 @@ private:
 /// Watches one field.
 class ARBORIUM_API KsFieldSensor : public KsDataSensor {
 public:
+    /// Watches nothing at first.
     KsFieldSensor(KsSensorCallback function, void* data) : KsDataSensor(function, data) {}
     ~KsFieldSensor() override;
-    /// Watches `field` instead of what it watched before; null detaches.
+    /// Watches `field` instead of what it watched before; null detaches. What it waited to tell of
+    /// another field is forgotten.
     void attach(KsField* field);
+    /// Watches nothing, and no longer waits.
     void detach();
     /// The field that is watched, or null.
     KsField* getAttachedField() const { return m_field; }
@@ -119,11 +126,14 @@ private:
 /// Watches a node and everything below it.
 class ARBORIUM_API KsNodeSensor : public KsDataSensor {
 public:
+    /// Watches nothing at first.
     KsNodeSensor(KsSensorCallback function, void* data) : KsDataSensor(function, data) {}
     ~KsNodeSensor() override;
-    /// Watches `node` instead of what it watched before; null detaches.
+    /// Watches `node` instead of what it watched before; null detaches. The node is not referenced.
     void attach(KsNode* node);
+    /// Watches nothing, and no longer waits.
     void detach();
+    /// The node that is watched, or null; null also once that node is gone.
     KsNode* getAttachedNode() const { return m_node; }
     void dyingReference() override;
 
@@ -136,6 +146,7 @@ private:
 /// attached, stays as it is. Within the scope the sensor may be deleted, or its field may go.
 class ARBORIUM_API KsSensorSilencer {
 public:
+    /// Begins the silence.
     explicit KsSensorSilencer(KsFieldSensor* sensor);
     ~KsSensorSilencer() { restore(); }
     /// Ends the silence before the end of the scope.

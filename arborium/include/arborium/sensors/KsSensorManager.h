@@ -11,6 +11,7 @@ public:
     /// Runs what is scheduled now, by priority and then in order of scheduling. What is scheduled
     /// meanwhile waits for the next call. Returns the number of sensors that ran.
     static int processDelayQueue();
+    /// Whether no sensor waits.
     static bool isDelayQueueEmpty();
     /// Calls `function` each time the queue gets its first sensor. Null for none.
     static void setChangedCallback(void (*function)(void*), void* data);
