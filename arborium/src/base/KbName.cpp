@@ -56,7 +56,7 @@ KbName::KbName(const KbString& text) : KbName(std::string_view(text.toLatin1()))
 KbName KbName::findExisting(std::string_view text)
 {
     KbName name;
-    name.m_text = NameTable::get().find(text);
+    name.m_text = NameTable::get().find(text.substr(0, text.find('\0')));
     return name;
 }
 

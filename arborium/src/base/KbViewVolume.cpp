@@ -218,18 +218,21 @@ KbVec3f KbViewVolume::getSightPoint(float distanceFromEye) const
 
 void KbViewVolume::getViewVolumePlanes(KbPlane planes[6]) const
 {
-    const KbVec3f inLeft(1, 0, 0), inBottom(0, 1, 0), inNear(0, 0, -1);
+    if (!planes) return;
+    // In a mirrored picture the inside lies on the other side.
+    const float x = m_right < m_left ? -1.0f : 1.0f, y = m_top < m_bottom ? -1.0f : 1.0f;
+    const KbVec3f inLeft(x, 0, 0), inBottom(0, y, 0), inNear(0, 0, -1);
     if (m_type == PERSPECTIVE) {
         // The sides run through the eye.
-        planes[0] = KbPlane(KbVec3f(m_near, 0, m_left), 0.0f);
-        planes[1] = KbPlane(KbVec3f(-m_near, 0, -m_right), 0.0f);
-        planes[2] = KbPlane(KbVec3f(0, m_near, m_bottom), 0.0f);
-        planes[3] = KbPlane(KbVec3f(0, -m_near, -m_top), 0.0f);
+        planes[0] = KbPlane(KbVec3f(m_near, 0, m_left) * x, 0.0f);
+        planes[1] = KbPlane(KbVec3f(-m_near, 0, -m_right) * x, 0.0f);
+        planes[2] = KbPlane(KbVec3f(0, m_near, m_bottom) * y, 0.0f);
+        planes[3] = KbPlane(KbVec3f(0, -m_near, -m_top) * y, 0.0f);
     } else {
-        planes[0] = KbPlane(inLeft, m_left);
-        planes[1] = KbPlane(-inLeft, -m_right);
-        planes[2] = KbPlane(inBottom, m_bottom);
-        planes[3] = KbPlane(-inBottom, -m_top);
+        planes[0] = KbPlane(inLeft, m_left * x);
+        planes[1] = KbPlane(-inLeft, -m_right * x);
+        planes[2] = KbPlane(inBottom, m_bottom * y);
+        planes[3] = KbPlane(-inBottom, -m_top * y);
     }
     planes[4] = KbPlane(inNear, m_near);
     planes[5] = KbPlane(-inNear, -m_far);

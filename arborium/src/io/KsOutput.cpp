@@ -59,7 +59,7 @@ template <class Text> Text escaped(const Text& text)
     return result;
 }
 
-template <class Float> Float finite(Float value)
+template <class Float> Float madeFinite(Float value)
 {
     if (std::isfinite(value)) return value;
     if (std::isnan(value)) return 0;
@@ -383,7 +383,7 @@ void KsOutput::write(unsigned short value)
 
 void KsOutput::write(float value)
 {
-    const float number = finite(value);
+    const float number = madeFinite(value);
     if (m_impl->binary) {
         std::uint32_t bits;
         std::memcpy(&bits, &number, sizeof bits);
@@ -395,7 +395,7 @@ void KsOutput::write(float value)
 
 void KsOutput::write(double value)
 {
-    const double number = finite(value);
+    const double number = madeFinite(value);
     if (m_impl->binary) {
         std::uint64_t bits;
         std::memcpy(&bits, &number, sizeof bits);

@@ -39,7 +39,7 @@ TEST(Line, findsWhereTwoLinesAreClosest)
     EXPECT_EQ(onB, KbVec3f(0, 2, 0));
 }
 
-// shows: KbLine, KbLine::intersect
+// shows: KbLine::intersect
 TEST(Line, meetsATriangleFromEitherSideAndNotBehindItself)
 {
     const KbVec3f a(0, 0, 0), b(4, 0, 0), c(0, 4, 0);
@@ -53,8 +53,10 @@ TEST(Line, meetsATriangleFromEitherSideAndNotBehindItself)
     ASSERT_TRUE(
         KbLine(KbVec3f(1, 1, -5), KbVec3f(1, 1, -4)).intersect(a, b, c, point, weights, front));
     EXPECT_FALSE(front);
+    point.setValue(7, 7, 7);
     EXPECT_FALSE(
         KbLine(KbVec3f(1, 1, 5), KbVec3f(1, 1, 6)).intersect(a, b, c, point, weights, front));
+    EXPECT_EQ(point, KbVec3f(7, 7, 7));
     EXPECT_FALSE(
         KbLine(KbVec3f(3, 3, 5), KbVec3f(3, 3, 4)).intersect(a, b, c, point, weights, front));
     EXPECT_FALSE(
@@ -63,6 +65,7 @@ TEST(Line, meetsATriangleFromEitherSideAndNotBehindItself)
         KbLine(KbVec3f(1, 1, 5), KbVec3f(1, 1, 4)).intersect(a, a, c, point, weights, front));
 }
 
+// shows: KbLine::intersect
 TEST(Line, meetsABox)
 {
     const KbBox3f box(0, 0, 0, 1, 1, 1);
@@ -76,6 +79,13 @@ TEST(Line, meetsABox)
     EXPECT_TRUE(away.intersect(box));
     EXPECT_FALSE(KbLine(KbVec3f(-5, 2, 0.5f), KbVec3f(-4, 2, 0.5f)).intersect(box));
     EXPECT_FALSE(through.intersect(KbBox3f()));
+    EXPECT_FALSE(KbLine(KbVec3f(0.5f, 0.5f, 0.5f), KbVec3f(0.5f, 0.5f, 0.5f)).intersect(box))
+        << "a line of no direction";
+    // A ray that begins inside.
+    const KbLine inside(KbVec3f(0.25f, 0.5f, 0.5f), KbVec3f(1, 0.5f, 0.5f));
+    ASSERT_TRUE(inside.intersect(box, enter, exit, true));
+    EXPECT_EQ(enter, KbVec3f(0.25f, 0.5f, 0.5f));
+    EXPECT_EQ(exit, KbVec3f(1, 0.5f, 0.5f));
     // A flat box, seen from above and along its plane.
     const KbBox3f flat(0, 0, 0, 1, 1, 0);
     EXPECT_TRUE(KbLine(KbVec3f(0.5f, 0.5f, 9), KbVec3f(0.5f, 0.5f, 8)).intersect(flat));
@@ -94,9 +104,11 @@ TEST(Plane, isMadeOfANormalAndAPointOrOfThreePoints)
     EXPECT_FALSE(plane.isInHalfSpace(KbVec3f(0, 0, 2)));
     EXPECT_EQ(KbPlane(KbVec3f(0, 0, 3), KbVec3f(1, 0, 3), KbVec3f(0, 1, 3)), plane);
     EXPECT_EQ(KbPlane(KbVec3f(), 2.0f).getNormal(), KbVec3f(0, 0, 1));
+    EXPECT_EQ(KbPlane(), KbPlane(KbVec3f(0, 0, 1), 0.0f));
+    EXPECT_EQ(KbPlane(KbVec3f(0, 0, -1), KbVec3f(7, 7, 3)).getDistanceFromOrigin(), -3.0f);
 }
 
-// shows: KbLine::getPosition, KbPlane::intersect
+// shows: KbPlane::intersect
 TEST(Plane, meetsALineUnlessItIsParallel)
 {
     const KbPlane plane(KbVec3f(0, 0, 1), 3.0f);
@@ -110,6 +122,7 @@ TEST(Plane, meetsALineUnlessItIsParallel)
     ASSERT_TRUE(plane.intersect(KbPlane(KbVec3f(1, 0, 0), 2.0f), line));
     EXPECT_NEAR(plane.getDistance(line.getPosition()), 0, 1e-5f);
     EXPECT_NEAR(line.getPosition()[0], 2, 1e-5f);
+    EXPECT_NEAR(std::fabs(line.getDirection()[1]), 1, 1e-6f);
     EXPECT_FALSE(plane.intersect(plane, line));
 }
 
@@ -140,10 +153,13 @@ TEST(Plane, movesWithItsPoints)
     EXPECT_EQ(plane, KbPlane(KbVec3f(0, 1, 0), 4.0f));
 }
 
-// shows: KbViewportRegion, KbViewportRegion::setWindowSize, KbViewportRegion::setViewportPixels,
+// shows: KbViewportRegion, KbViewportRegion::setWindowSize, KbViewportRegion::setViewport,
+// KbViewportRegion::setViewportPixels, KbViewportRegion::getViewportOrigin,
 // KbViewportRegion::getViewportOriginPixels, KbViewportRegion::getViewportAspectRatio
 TEST(Viewport, isAShareOfItsWindow)
 {
+    EXPECT_EQ(KbViewportRegion().getWindowSize(), KbVec2i32(100, 100));
+    EXPECT_EQ(KbViewportRegion(KbVec2i32(8, 6)).getWindowSize(), KbVec2i32(8, 6));
     KbViewportRegion region(800, 600);
     EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(800, 600));
     EXPECT_FLOAT_EQ(region.getViewportAspectRatio(), 800 / 600.0f);
@@ -151,13 +167,21 @@ TEST(Viewport, isAShareOfItsWindow)
     EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(100, 50));
     EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(333, 251));
     region.setViewport(0.5f, 0, 0.5f, 1);
+    EXPECT_EQ(region.getViewportOrigin(), KbVec2f(0.5f, 0));
     region.setWindowSize(1000, 100);
     EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(500, 0));
     EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(500, 100));
+    region.setWindowSize(KbVec2i32(10, 20));
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(5, 20));
+    region.setViewportPixels(KbVec2i32(1, 2), KbVec2i32(3, 4));
+    EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(1, 2));
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(3, 4));
+    region.setViewport(KbVec2f(0, 0.5f), KbVec2f(1, 0.25f));
+    EXPECT_EQ(region.getViewportOriginPixels(), KbVec2i32(0, 10));
+    EXPECT_EQ(region.getViewportSizePixels(), KbVec2i32(10, 5));
 }
 
-// shows: KbViewportRegion::getWindowSize, KbViewportRegion::setViewport,
-// KbViewportRegion::getViewportOrigin, KbViewportRegion::getViewportSizePixels,
+// shows: KbViewportRegion::getWindowSize, KbViewportRegion::getViewportSizePixels,
 // KbViewportRegion::setPixelsPerInch, KbViewportRegion::getPixelsPerInch
 TEST(Viewport, hasNoSizeOfZero)
 {
@@ -168,12 +192,14 @@ TEST(Viewport, hasNoSizeOfZero)
     EXPECT_EQ(region.getViewportAspectRatio(), 1.0f);
     region.setViewport(s_nan, 0, 1, 1);
     EXPECT_EQ(region.getViewportOrigin(), KbVec2f(0, 0));
-    region.setPixelsPerInch(-1);
-    EXPECT_EQ(region.getPixelsPerInch(), 72.0f);
+    region.setPixelsPerInch(96);
+    for (float bad : {-1.0f, 0.0f, s_nan}) region.setPixelsPerInch(bad);
+    EXPECT_EQ(region.getPixelsPerInch(), 96.0f);
 }
 
-// shows: KbViewVolume::isSet, KbViewVolume::ortho, KbViewVolume::getProjectionType,
-// KbViewVolume::getDepth, KbViewVolume::getWidth
+// shows: KbViewVolume::isSet, KbViewVolume::ortho, KbViewVolume::frustum,
+// KbViewVolume::getProjectionType, KbViewVolume::getNearDist, KbViewVolume::getDepth,
+// KbViewVolume::getWidth, KbViewVolume::getHeight
 TEST(ViewVolume, isNotSetUntilACameraShapesIt)
 {
     KbViewVolume volume;
@@ -183,9 +209,20 @@ TEST(ViewVolume, isNotSetUntilACameraShapesIt)
     EXPECT_EQ(volume.getDepth(), 10.0f);
     EXPECT_EQ(volume.getWidth(), 4.0f);
     EXPECT_EQ(volume.getProjectionType(), KbViewVolume::ORTHOGRAPHIC);
+    volume.frustum(-1, 3, -1, 2, 2, 10);
+    EXPECT_EQ(volume.getProjectionType(), KbViewVolume::PERSPECTIVE);
+    EXPECT_EQ(volume.getWidth(), 4.0f);
+    EXPECT_EQ(volume.getHeight(), 3.0f);
+    EXPECT_EQ(volume.getNearDist(), 2.0f);
+    EXPECT_EQ(volume.getDepth(), 8.0f);
+    KbVec3f screen;
+    volume.projectToScreen(KbVec3f(3, -1, -2), screen); // the lower right corner
+    EXPECT_TRUE(screen.equals(KbVec3f(1, 0, 0), 1e-6f)) << screen;
+    volume.projectToScreen(KbVec3f(6, -2, -4), screen); // twice as far away
+    EXPECT_TRUE(screen.equals(KbVec3f(1, 0, 0.625f), 1e-6f)) << screen;
 }
 
-// shows: KbViewVolume::transform, KbViewVolume::projectPointToLine, KbViewVolume::projectToScreen
+// shows: KbViewVolume::getMatrix, KbViewVolume::projectPointToLine, KbViewVolume::projectToScreen
 TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
 {
     KbViewVolume ortho, perspective;
@@ -201,6 +238,10 @@ TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
             for (const KbVec2f& point : {KbVec2f(0, 0), KbVec2f(0.5f, 0.5f), KbVec2f(1, 0.25f)}) {
                 KbVec3f nearPoint, farPoint, screen;
                 volume.projectPointToLine(point, nearPoint, farPoint);
+                KbLine line;
+                volume.projectPointToLine(point, line);
+                EXPECT_EQ(line.getPosition(), nearPoint);
+                EXPECT_TRUE(line.getClosestPoint(farPoint).equals(farPoint, 1e-2f));
                 volume.projectToScreen(nearPoint, screen);
                 EXPECT_TRUE(screen.equals(KbVec3f(point[0], point[1], 0), 1e-3f)) << screen;
                 volume.projectToScreen(farPoint, screen);
@@ -215,7 +256,8 @@ TEST(ViewVolume, leadsFromTheScreenToTheSpaceAndBack)
     }
 }
 
-// shows: KbViewVolume::translateCamera, KbViewVolume::getPlane, KbViewVolume::getSightPoint,
+// shows: KbViewVolume::rotateCamera, KbViewVolume::translateCamera, KbViewVolume::transform,
+// KbViewVolume::getPlane, KbViewVolume::getSightPoint,
 // KbViewVolume::getProjectionPoint, KbViewVolume::getProjectionDirection, KbViewVolume::getViewUp,
 // KbViewVolume::getNearDist, KbViewVolume::getWorldToScreenScale
 TEST(ViewVolume, looksAlongMinusZFromTheCamera)
@@ -232,15 +274,30 @@ TEST(ViewVolume, looksAlongMinusZFromTheCamera)
     EXPECT_NEAR(volume.getNearDist(), 1, 1e-6f);
     // At distance 5 the right angle opens 10 units.
     EXPECT_NEAR(volume.getWorldToScreenScale(KbVec3f(0, 0, 0), 0.5f), 5, 1e-4f);
+
+    // A quarter to the left, about the origin; then as a thing in the space.
+    volume.rotateCamera(KbRotation(KbVec3f(0, 1, 0), s_pi / 2));
+    EXPECT_TRUE(volume.getProjectionPoint().equals(KbVec3f(5, 0, 0), 1e-5f));
+    EXPECT_TRUE(volume.getProjectionDirection().equals(KbVec3f(-1, 0, 0), 1e-5f));
+    KbMatrix move;
+    move.setTranslate(KbVec3f(0, 3, 0));
+    volume.transform(move);
+    EXPECT_TRUE(volume.getProjectionPoint().equals(KbVec3f(5, 3, 0), 1e-5f));
+    move.setScale(0);
+    volume.transform(move); // cannot be inverted
+    EXPECT_TRUE(volume.getProjectionPoint().equals(KbVec3f(5, 3, 0), 1e-5f));
 }
 
-// shows: KbViewVolume::frustum, KbViewVolume::rotateCamera, KbViewVolume::getViewVolumePlanes
+// shows: KbViewVolume::getViewVolumePlanes
 TEST(ViewVolume, hasPlanesThatFaceInwards)
 {
     KbViewVolume ortho, perspective;
     ortho.ortho(-2, 4, -1, 3, 1, 10);
     perspective.frustum(-1, 2, -1, 1, 1, 10);
-    for (KbViewVolume volume : {ortho, perspective}) {
+    KbViewVolume mirrored = perspective, turned = ortho;
+    mirrored.scaleWidth(-1);
+    turned.scale(-1);
+    for (KbViewVolume volume : {ortho, perspective, mirrored, turned}) {
         volume.rotateCamera(KbRotation(KbVec3f(1, 2, 0), 0.4f));
         volume.translateCamera(KbVec3f(5, 6, 7));
         KbPlane planes[6];
@@ -256,6 +313,7 @@ TEST(ViewVolume, hasPlanesThatFaceInwards)
         EXPECT_NEAR(planes[5].getDistance(farPoint), 0, 1e-4f);
         volume.projectPointToLine(KbVec2f(0.6f, 1), nearPoint, farPoint);
         EXPECT_NEAR(planes[3].getDistance(farPoint), 0, 1e-4f);
+        volume.getViewVolumePlanes(nullptr); // does nothing
     }
 }
 
@@ -292,7 +350,6 @@ TEST(ViewVolume, cullsOnlyWhatIsOutOfSight)
     }
 }
 
-// shows: KbMatrix::isFinite, KbVecBase::isFinite, KbViewVolume::getMatrix
 TEST(ViewVolume, isNeverFlat)
 {
     KbViewVolume volume;
@@ -320,6 +377,8 @@ TEST(ViewVolume, narrowsToAPartOfTheScreen)
     const KbViewVolume part = volume.narrow(0.5f, 0.5f, 1, 1);
     EXPECT_TRUE(part.intersect(KbVec3f(1, 1, -5)));
     EXPECT_FALSE(part.intersect(KbVec3f(-1, 1, -5)));
+    EXPECT_EQ(volume.narrow(s_nan, 0, 1, s_nan).getWidth(), volume.getWidth());
+    EXPECT_EQ(volume.projectBox(KbBox3f()), KbVec2f());
     EXPECT_TRUE(
         volume.projectBox(KbBox3f(-1, -1, -5, 1, 1, -5)).equals(KbVec2f(0.5f, 0.5f), 1e-6f));
 }

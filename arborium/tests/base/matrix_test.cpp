@@ -77,7 +77,7 @@ TEST(Matrix, rotatesCounterClockwise)
     EXPECT_TRUE(p.equals(KbVec3f(0, 1, 0), 1e-6f)) << p;
 }
 
-// shows: KbMatrix::getTransform
+// shows: KbMatrix::setTransform, KbMatrix::getTransform
 TEST(Matrix, scalesAndRotatesAboutACenter)
 {
     KbMatrix m;
@@ -94,6 +94,7 @@ TEST(Matrix, scalesAndRotatesAboutACenter)
     EXPECT_TRUE(translation.equals(KbVec3f(), 1e-4f)) << translation;
 }
 
+// shows: KbMatrix::setTransform
 TEST(Matrix, scalesAlongTheOrientedAxes)
 {
     KbMatrix m;
@@ -107,6 +108,7 @@ TEST(Matrix, scalesAlongTheOrientedAxes)
     EXPECT_TRUE(across.equals(KbVec3f(1, -1, 0), 1e-5f)) << across;
 }
 
+// shows: KbMatrix::setTransform, KbMatrix::getTransform
 TEST(Matrix, comesApartIntoWhatItWasMadeOf)
 {
     KbMatrix m;
@@ -119,7 +121,6 @@ TEST(Matrix, comesApartIntoWhatItWasMadeOf)
     EXPECT_TRUE(parts.orientation.isIdentity());
 }
 
-// shows: KbMatrix::equals
 TEST(Matrix, getsBackFromItsPartsWhateverTheyAre)
 {
     std::mt19937 random(20240917);
@@ -156,7 +157,6 @@ TEST(Matrix, getsBackFromItsPartsWhenItFlattens)
     }
 }
 
-// shows: KbMatrix::setTransform
 TEST(Matrix, thatFlattensAnAxisIsNotTakenForARotation)
 {
     for (const KbVec3f& scale : {KbVec3f(0, 20, 1), KbVec3f(0, 0, 1), KbVec3f(3, 0, 0),
@@ -170,7 +170,6 @@ TEST(Matrix, thatFlattensAnAxisIsNotTakenForARotation)
     }
 }
 
-// shows: KbMatrix::setScale
 TEST(Matrix, thatMirrorsKeepsItsRotationAndGetsANegativeScale)
 {
     for (const KbVec3f& scale : {KbVec3f(-1, 1, 1), KbVec3f(1, -2, 3), KbVec3f(-1, -1, -1)}) {
@@ -191,7 +190,6 @@ TEST(Matrix, ofTheIdentityComesApartExactly)
     EXPECT_EQ(parts.compose(), KbMatrix());
 }
 
-// shows: KbMatrix
 TEST(Matrix, withInfinityOrNotANumberComesApartAsTheIdentity)
 {
     for (float bad :
@@ -219,7 +217,7 @@ TEST(Matrix, timesItsInverseIsTheIdentity)
     }
 }
 
-// shows: KbMatrix::operator[]
+// shows: KbMatrix::inverse, KbMatrix::isInvertible
 TEST(Matrix, withVeryUnequalScalesStillHasItsInverse)
 {
     KbMatrix m;
@@ -247,6 +245,51 @@ TEST(Matrix, knowsItsDeterminants)
     m.setScale(KbVec3f(2, 3, -4));
     EXPECT_FLOAT_EQ(m.det4(), -24);
     EXPECT_FLOAT_EQ(m.det3(), -24);
+    m[3][3] = 2;
+    EXPECT_FLOAT_EQ(m.det4(), -48);
+    EXPECT_FLOAT_EQ(m.det3(), -24);
+}
+
+// shows: KbMatrix::makeIdentity, KbMatrix::setTranslate, KbMatrix::setScale, KbMatrix::setRotate
+TEST(Matrix, forgetsWhatItWasWhenItIsMadeAnew)
+{
+    const KbMatrix old(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+    KbMatrix m(old);
+    m.makeIdentity();
+    EXPECT_EQ(m, KbMatrix());
+    m = old;
+    m.setScale(3);
+    EXPECT_EQ(m, KbMatrix(3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 1));
+    m = old;
+    m.setScale(KbVec3f(1, -2, 3));
+    EXPECT_EQ(m, KbMatrix(1, 0, 0, 0, 0, -2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 1));
+    m = old;
+    m.setTranslate(KbVec3f(7, 8, 9));
+    EXPECT_EQ(m, KbMatrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 7, 8, 9, 1));
+    m = old;
+    m.setRotate(KbRotation());
+    EXPECT_EQ(m, KbMatrix());
+}
+
+// shows: KbMatrix::isIdentity, KbMatrix::isAffine, KbMatrix::isFinite, KbMatrix::equals
+TEST(Matrix, tellsWhatKindItIs)
+{
+    KbMatrix m;
+    EXPECT_TRUE(m.isIdentity());
+    EXPECT_TRUE(m.isAffine());
+    EXPECT_TRUE(m.isFinite());
+    m[3][0] = 0.25f;
+    EXPECT_FALSE(m.isIdentity());
+    EXPECT_TRUE(m.isAffine());
+    EXPECT_TRUE(m.equals(KbMatrix(), 0.25f));
+    EXPECT_FALSE(m.equals(KbMatrix(), 0.2f));
+    m[0][3] = 1e-20f;
+    EXPECT_FALSE(m.isAffine());
+    m[1][2] = std::numeric_limits<float>::infinity();
+    EXPECT_FALSE(m.isFinite());
+    m[1][2] = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_FALSE(m.isFinite());
+    EXPECT_FALSE(m.equals(m, 1));
 }
 
 // shows: KbMatrix::multVecMatrix
@@ -258,6 +301,9 @@ TEST(Matrix, dividesByTheFourthComponentWhereItCan)
     EXPECT_EQ(p, KbVec3f(1, 2, -1));
     perspective.multVecMatrix(KbVec3f(2, 4, 0), p);
     EXPECT_EQ(p, KbVec3f(2, 4, 0));
+    KbVec4f undivided;
+    perspective.multVecMatrix(KbVec4f(2, 4, -2, 1), undivided);
+    EXPECT_EQ(undivided, KbVec4f(2, 4, -2, 2));
 }
 
 // shows: KbMatrix::transpose, KbMatrix::multMatrixVec
@@ -268,6 +314,7 @@ TEST(Matrix, timesAColumnIsItsTransposedTimesARow)
     m.multMatrixVec(KbVec3f(1, 2, 3), column);
     m.transpose().multVecMatrix(KbVec3f(1, 2, 3), row);
     EXPECT_EQ(column, row);
+    EXPECT_EQ(column, KbVec3f(14, 32, 53));
 }
 
 TEST(Matrix, mayWriteOverItsOwnArgument)
@@ -281,7 +328,7 @@ TEST(Matrix, mayWriteOverItsOwnArgument)
     EXPECT_TRUE(p.equals(KbVec3f(-1, 0, 0), 1e-6f)) << p;
 }
 
-// shows: KbLine::getDirection, KbMatrix::multLineMatrix
+// shows: KbMatrix::multLineMatrix
 TEST(Matrix, movesALineWithItsPoints)
 {
     KbMatrix m;
@@ -292,7 +339,7 @@ TEST(Matrix, movesALineWithItsPoints)
     EXPECT_TRUE(line.getDirection().equals(KbVec3f(1, 0, 0), 1e-5f)) << line.getDirection();
 }
 
-// shows: KbRotation::equals
+// shows: KbRotation::getValue
 TEST(Rotation, equalsItsMatrix)
 {
     std::mt19937 random(11);
@@ -336,6 +383,24 @@ TEST(Rotation, givesItsAxisAndAngleBack)
     KbRotation().getValue(axis, radians);
     EXPECT_EQ(axis, KbVec3f(0, 0, 1));
     EXPECT_EQ(radians, 0.0f);
+
+    const KbRotation half(KbVec3f(1, 0, 0), s_pi);
+    float x, y, z, w;
+    half.getValue(x, y, z, w);
+    EXPECT_TRUE(KbVec4f(x, y, z, w).equals(KbVec4f(1, 0, 0, 0), 1e-6f));
+    EXPECT_EQ(KbVec4f(half.getValue()), KbVec4f(x, y, z, w));
+}
+
+// shows: KbRotation::equals
+TEST(Rotation, equalsOneOfTheOtherSign)
+{
+    const KbRotation a(KbVec3f(0, 0, 1), 1), near(KbVec3f(0, 0, 1), 1.001f);
+    const float* q = a.getValue();
+    const KbRotation negative(-q[0], -q[1], -q[2], -q[3]);
+    EXPECT_TRUE(a.equals(negative, 1e-6f));
+    EXPECT_FALSE(a == negative);
+    EXPECT_TRUE(a.equals(near, 1e-3f));
+    EXPECT_FALSE(a.equals(near, 1e-5f));
 }
 
 // shows: KbRotation::isIdentity
@@ -346,9 +411,10 @@ TEST(Rotation, ofNothingIsNone)
     EXPECT_TRUE(KbRotation(KbVec3f(), KbVec3f(1, 0, 0)).isIdentity());
     EXPECT_TRUE(KbRotation(std::numeric_limits<float>::quiet_NaN(), 0, 0, 1).isIdentity());
     EXPECT_TRUE(KbRotation(KbVec3f(1, 0, 0), std::numeric_limits<float>::infinity()).isIdentity());
+    EXPECT_FALSE(KbRotation(KbVec3f(1, 0, 0), 1e-6f).isIdentity());
 }
 
-// shows: KbRotation::multVec
+// shows: KbRotation, KbRotation::multVec
 TEST(Rotation, turnsOneVectorToAnother)
 {
     const KbVec3f vectors[] = {{1, 0, 0},     {-1, 0, 0},     {0, 2, 0},          {0.3f, -4, 1},
@@ -362,9 +428,12 @@ TEST(Rotation, turnsOneVectorToAnother)
             EXPECT_TRUE(image.equals(wanted, 1e-4f)) << from << " to " << to << " gives " << image;
         }
     }
+    KbVec3f v(1, 0, 0); // written over itself
+    KbRotation(KbVec3f(0, 0, 3), s_pi / 2).multVec(v, v);
+    EXPECT_TRUE(v.equals(KbVec3f(0, 1, 0), 1e-6f)) << v;
 }
 
-// shows: KbRotation, KbRotation::slerp
+// shows: KbRotation::slerp
 TEST(Rotation, movesEvenlyFromOneToAnother)
 {
     const KbRotation from(KbVec3f(0, 0, 1), 0.2f), to(KbVec3f(0, 0, 1), 1.2f);

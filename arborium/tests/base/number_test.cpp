@@ -97,6 +97,7 @@ TEST(Number, readsBackToTheSameBits)
     EXPECT_TRUE(std::signbit(zero));
 }
 
+// shows: KbNumber::toString
 TEST(Number, isWrittenPlainlyWhereThatIsShort)
 {
     EXPECT_EQ(KbNumber::toString(100000.0f), "100000");
@@ -106,6 +107,7 @@ TEST(Number, isWrittenPlainlyWhereThatIsShort)
     EXPECT_EQ(KbNumber::toString(1e30f), "1e+30");
     EXPECT_EQ(KbNumber::toString(0.1), "0.1");
     EXPECT_EQ(KbNumber::toString(-255, 16), "-ff");
+    EXPECT_EQ(KbNumber::toString(12, 99), "12") << "as if to base 10";
 }
 
 // shows: KbNumber::toInt32
@@ -151,7 +153,7 @@ template <class T> std::string byPrintf(const std::string& format, T value)
 
 } // namespace
 
-// shows: KbNumberFormat::isInteger
+// shows: KbNumberFormat::parse, KbNumberFormat::isInteger, KbNumberFormat::print
 TEST(NumberFormat, printsWholeNumbersAsPrintfDoes)
 {
     for (char conversion : {'d', 'i', 'u', 'o', 'x', 'X'}) {
@@ -166,6 +168,7 @@ TEST(NumberFormat, printsWholeNumbersAsPrintfDoes)
     }
 }
 
+// shows: KbNumberFormat::isInteger, KbNumberFormat::print
 TEST(NumberFormat, printsOtherNumbersAsPrintfDoes)
 {
     const double infinity = std::numeric_limits<double>::infinity();
@@ -191,7 +194,7 @@ TEST(NumberFormat, printsOtherNumbersAsPrintfDoes)
     }
 }
 
-// shows: KbNumberFormat::print
+// shows: KbNumberFormat::parse
 TEST(NumberFormat, keepsTheZerosOfANumberThatRoundsToAPowerOfTen)
 {
     // Where printf of some C libraries drops them, against its definition.

@@ -30,7 +30,7 @@ KbViewVolume perspective()
 
 } // namespace
 
-// shows: KbPlaneProjector::setPlane
+// shows: KbPlaneProjector, KbPlaneProjector::setPlane, KbProjector::project
 TEST(PlaneProjector, findsThePointUnderThePointer)
 {
     KbPlaneProjector projector(0);
@@ -87,6 +87,7 @@ TEST(PlaneProjector, doesNotLookBehindAPerspectiveEye)
     EXPECT_FALSE(projector.tryProject(KbVec2f(0.5f, 0.75f), point));
 }
 
+// shows: KbProjector::project, KbProjector::tryProject, KbProjector::intersect
 TEST(PlaneProjector, takesRaysInTheWorld)
 {
     KbPlaneProjector projector(0);
@@ -103,7 +104,7 @@ TEST(PlaneProjector, takesRaysInTheWorld)
     EXPECT_TRUE(projector.intersect(down, point));
 }
 
-// shows: KbPlaneProjector, KbProjector::setViewVolume
+// shows: KbPlaneProjector::setOrientToEye, KbProjector::setViewVolume
 TEST(PlaneProjector, turnsToTheEyeWhenToldTo)
 {
     KbPlaneProjector projector(KbPlane(KbVec3f(0, 1, 0), 0.0f), 1);
@@ -112,6 +113,10 @@ TEST(PlaneProjector, turnsToTheEyeWhenToldTo)
     EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.75f)).equals(KbVec3f(1, 1, 0), 1e-5f));
     projector.setViewVolume(perspective());
     EXPECT_TRUE(projector.project(KbVec2f(0.5f, 0.75f)).equals(KbVec3f(0, 5, 0), 1e-4f));
+    KbVec3f point;
+    EXPECT_TRUE(projector.tryProject(KbVec2f(0.5f, 0.75f), point));
+    projector.setOrientToEye(0);
+    EXPECT_FALSE(projector.tryProject(KbVec2f(0.5f, 0.75f), point)) << "along the floor itself";
 }
 
 // shows: KbProjector::getVector, KbProjector::setStartPosition
@@ -124,9 +129,11 @@ TEST(PlaneProjector, measuresTheWayOfThePointer)
     EXPECT_TRUE(projector.getVector(KbVec2f(0.5f, 0.5f)).equals(KbVec3f(0, -1, 0), 1e-5f));
     projector.setStartPosition(KbVec2f(0, 0));
     EXPECT_TRUE(projector.getVector(KbVec2f(0.25f, 0)).equals(KbVec3f(1, 0, 0), 1e-5f));
+    projector.setStartPosition(KbVec3f(0, 0, 7));
+    EXPECT_TRUE(projector.getVector(KbVec2f(0.5f, 0.5f)).equals(KbVec3f(0, 0, -7), 1e-5f));
 }
 
-// shows: KbProjector::project, KbProjector::copy
+// shows: KbProjector::copy
 TEST(Projector, copiesItsKindAndState)
 {
     KbPlaneProjector projector(0);
@@ -141,9 +148,11 @@ TEST(Projector, copiesItsKindAndState)
     line.setLine(KbLine(KbVec3f(0, 1, 0), KbVec3f(1, 1, 0)));
     line.setViewVolume(fromAbove());
     const std::unique_ptr<KbLineProjector> lineCopy(line.copy());
+    EXPECT_EQ(lineCopy->getLine().getPosition(), KbVec3f(0, 1, 0));
     EXPECT_EQ(lineCopy->project(KbVec2f(0.75f, 0)), line.project(KbVec2f(0.75f, 0)));
 }
 
+// shows: KbLineProjector, KbLineProjector::setLine
 TEST(LineProjector, findsTheNearestPointOfItsLine)
 {
     KbLineProjector projector;
@@ -155,7 +164,6 @@ TEST(LineProjector, findsTheNearestPointOfItsLine)
     EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.55f)).equals(KbVec3f(5, 1, 0), 1e-4f));
 }
 
-// shows: KbLineProjector, KbLineProjector::setLine
 TEST(LineProjector, keepsTheLastPointWhenSeenFromItsEnd)
 {
     KbLineProjector projector;
@@ -236,6 +244,7 @@ TEST(Projector, tellsItsShape)
 {
     KbLineProjector line;
     EXPECT_EQ(line.getLine().getDirection(), KbVec3f(0, 1, 0));
+    EXPECT_EQ(KbPlaneProjector().getPlane(), KbPlane(KbVec3f(0, 0, 1), 0.0f));
     KbVec3f point;
     EXPECT_TRUE(line.intersect(KbLine(KbVec3f(3, 2, 9), KbVec3f(3, 2, 0)), point));
     EXPECT_TRUE(point.equals(KbVec3f(0, 2, 0), 1e-5f)) << "the nearest point of the line";

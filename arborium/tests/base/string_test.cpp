@@ -11,10 +11,11 @@
 #include <sstream>
 #include <thread>
 #include <unordered_set>
+#include <utility>
 
 TEST(String, isSmall) { EXPECT_LE(sizeof(KbString), 40u); }
 
-// shows: KbString::fromUtf16, KbString::isUnicode, KbString::makeEmpty
+// shows: KbString, KbString::fromUtf16, KbString::isUnicode, KbString::makeEmpty
 TEST(String, saysWhichKindItIs)
 {
     EXPECT_FALSE(KbString("abc").isUnicode());
@@ -39,6 +40,7 @@ TEST(String, ofBothKindsWithTheSameCharactersIsEqual)
     EXPECT_EQ(latin1, unicode);
     EXPECT_EQ(unicode, latin1);
     EXPECT_EQ(latin1.hash(), unicode.hash());
+    EXPECT_NE(latin1.hash(), KbString("tea").hash());
     EXPECT_EQ(unicode, "caf\xe9");
     EXPECT_NE(other, KbString("caf?"));
     EXPECT_NE(other, "caf?");
@@ -55,6 +57,7 @@ TEST(String, ofNullIsEmpty)
     EXPECT_TRUE(KbString(static_cast<const char*>(nullptr)).isEmpty());
     EXPECT_TRUE(KbString(static_cast<const char16_t*>(nullptr)).isEmpty());
     KbString text("a");
+    EXPECT_FALSE(text.isEmpty());
     text += static_cast<const char*>(nullptr);
     EXPECT_EQ(text, "a");
     EXPECT_EQ(KbString(), static_cast<const char*>(nullptr));
@@ -65,6 +68,7 @@ TEST(String, losesInLatin1OnlyWhatLatin1Lacks)
 {
     const KbString text(u"a\u00e9\u03b1z");
     EXPECT_EQ(text.toLatin1(), "a\xe9?z");
+    EXPECT_EQ(KbString(u"\u03b1!").toLatin1(), "?!") << "of a text that is not kept";
     EXPECT_STREQ(text.getString(), "a\xe9?z");
     EXPECT_EQ(text.getLength(), 4);
     EXPECT_EQ(text.toUtf16(), u"a\u00e9\u03b1z");
@@ -137,6 +141,12 @@ TEST(String, findsTextsOfBothKinds)
     EXPECT_TRUE(KbString("abc").startsWith("ab"));
     EXPECT_TRUE(KbString("abc").endsWith("bc"));
     EXPECT_FALSE(KbString("c").endsWith("bc"));
+    EXPECT_FALSE(KbString("abc").startsWith("b"));
+    EXPECT_FALSE(KbString("ab").startsWith("abc"));
+    EXPECT_TRUE(KbString("a").startsWith(""));
+    EXPECT_TRUE(KbString(u"\u03b1b").startsWith(KbString(u"\u03b1")));
+    EXPECT_EQ(KbString("ab").find("", 2), 2);
+    EXPECT_EQ(KbString("ab").rfind("c"), KbString::npos);
 }
 
 // shows: KbString::operator=, KbString::operator+=, KbString::operator+
@@ -172,11 +182,13 @@ TEST(String, writesAndReadsNumbers)
     EXPECT_EQ(text.setNum(7, 99), "7");
     EXPECT_EQ(text.setNum(4000000000u), "4000000000");
     EXPECT_EQ(text.setNum(0.1f), "0.1");
+    EXPECT_EQ(text.setNum(2.5e-9), "2.5e-09");
+    EXPECT_EQ(text.setNum(255u, 2), "11111111");
     EXPECT_EQ(KbString(17), "17");
     EXPECT_EQ(KbString('x'), "x");
 }
 
-// shows: KbString, KbString::toInt, KbString::toFloat
+// shows: KbString::toInt, KbString::toFloat
 TEST(String, readsTheLeadingNumber)
 {
     bool ok = false;
@@ -214,6 +226,7 @@ TEST(String, formatsNumbersByAFormatOfTheirKind)
     EXPECT_EQ(KbString::toString_l("%.3f", 1.5), "1.500");
     EXPECT_EQ(KbString::toString_l("[%d%%]", 40), "[40%]");
     EXPECT_EQ(KbString::toString_l(KbString("%5d"), 40), "   40");
+    EXPECT_EQ(KbString::toString_l(KbString("%.1f"), 0.25), "0.2");
     // What is refused, or is for the other kind, falls back.
     EXPECT_EQ(KbString::toString_l("%s%n", 1.5, "%.2f"), "1.50");
     EXPECT_EQ(KbString::toString_l("%d", 1.5, "%.3f"), "1.500");
@@ -253,6 +266,9 @@ TEST(StringList, bearsBadPositions)
     list.append("a");
     list.append("b");
     EXPECT_EQ(list[5], "");
+    EXPECT_EQ(list.get(1), "b");
+    EXPECT_EQ(std::as_const(list)[0], "a");
+    EXPECT_EQ(std::as_const(list)[2], "");
     list[-1] = "lost";
     EXPECT_EQ(list[-1], "");
     EXPECT_EQ(list.get(7), "");
@@ -264,6 +280,9 @@ TEST(StringList, bearsBadPositions)
     EXPECT_EQ(list.find("c"), 3);
     EXPECT_EQ(list.find("d"), -1);
     list[1] = "A";
+    list.remove(2);
+    EXPECT_EQ(list[2], "c") << "it has moved up";
+    list.truncate(3); // is not longer
     list.truncate(2);
     EXPECT_EQ(list.getLength(), 2);
     EXPECT_EQ(list[1], "A");
@@ -277,6 +296,7 @@ TEST(Name, isOnePointerPerText)
     const KbName a("topSeparator"), b(std::string("topSeparator")), c(KbString("topSeparator"));
     EXPECT_EQ(a, b);
     EXPECT_EQ(a.getString(), b.getString());
+    EXPECT_STREQ(a.getString(), "topSeparator");
     EXPECT_EQ(a, c);
     EXPECT_NE(a, KbName("geomSeparator"));
     EXPECT_EQ(a, "topSeparator");
@@ -292,6 +312,8 @@ TEST(Name, ofNothingIsEmpty)
 {
     EXPECT_TRUE(KbName().isEmpty());
     EXPECT_TRUE(!KbName(""));
+    EXPECT_FALSE(KbName("a").isEmpty());
+    EXPECT_FALSE(!KbName("a"));
     EXPECT_EQ(KbName(static_cast<const char*>(nullptr)), KbName());
     EXPECT_STREQ(KbName().getString(), "");
     EXPECT_EQ(KbName(), "");
@@ -305,6 +327,8 @@ TEST(Name, isNotMadeByLookingForIt)
     EXPECT_TRUE(KbName::findExisting("never made before").isEmpty());
     const KbName made("never made before");
     EXPECT_EQ(KbName::findExisting("never made before"), made);
+    EXPECT_EQ(KbName::findExisting(std::string_view("never made before\0x", 19)), made);
+    EXPECT_TRUE(KbName::findExisting("").isEmpty());
 }
 
 TEST(Name, isTheSameInAllThreads)
@@ -329,12 +353,14 @@ TEST(Name, knowsWhatAFileTakesForOne)
         EXPECT_FALSE(KbName::isIdentifier(bad)) << bad;
 }
 
-// shows: KbPList, KbPList::append, KbPList::insert, KbPList::find, KbPList::removeItem,
+// shows: KbPList, KbPList::append, KbPList::insert, KbPList::find, KbPList::get,
+// KbPList::operator[], KbPList::getLength, KbPList::remove, KbPList::removeItem,
 // KbPList::truncate, KbPList::copy
 TEST(PointerList, keepsItsOrder)
 {
     int things[4];
-    KbPList list;
+    KbPList list(100); // which is room, not length
+    EXPECT_EQ(list.getLength(), 0);
     list.append(&things[0]);
     list.append(&things[2]);
     list.insert(&things[1], 1);
@@ -342,12 +368,16 @@ TEST(PointerList, keepsItsOrder)
     EXPECT_EQ(list.getLength(), 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(list.get(i), &things[i]);
+        EXPECT_EQ(std::as_const(list)[i], &things[i]);
         EXPECT_EQ(list.find(&things[i]), i);
     }
     list.remove(0);
     list.removeItem(&things[2]);
     EXPECT_EQ(list.getLength(), 2);
+    EXPECT_EQ(list.get(0), &things[1]) << "it has moved up";
     EXPECT_EQ(list.find(&things[0]), -1);
+    list.removeItem(&things[0]); // is not there
+    EXPECT_EQ(list.getLength(), 2);
     KbPList copy;
     copy.copy(list);
     EXPECT_EQ(copy, list);
@@ -357,7 +387,7 @@ TEST(PointerList, keepsItsOrder)
     EXPECT_EQ(copy.getLength(), 1);
 }
 
-// shows: KbPList::get, KbPList::set, KbPList::operator[], KbPList::getLength, KbPList::remove
+// shows: KbPList::set, KbPList::operator[]
 TEST(PointerList, bearsBadPositions)
 {
     int thing;
@@ -371,6 +401,10 @@ TEST(PointerList, bearsBadPositions)
     list[3] = &thing;
     EXPECT_EQ(list.getLength(), 4);
     EXPECT_EQ(list[2], nullptr);
+    list.set(2, &thing);
+    EXPECT_EQ(list[2], &thing);
+    EXPECT_EQ(std::as_const(list)[4], nullptr);
+    EXPECT_EQ(KbPList(-5).getLength(), 0);
     list[-1] = &thing;
     EXPECT_EQ(list[-1], nullptr);
     list[INT_MAX] = &thing;

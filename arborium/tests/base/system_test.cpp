@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <pthread.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -86,6 +87,7 @@ private:
 
 } // namespace
 
+// shows: KbFileHelper::readWholeFile, KbFileHelper::writeFileAtomically
 TEST_F(Files, areWrittenWholeAndReadBack)
 {
     const std::string content("a\0b\nc", 5);
@@ -190,7 +192,13 @@ TEST_F(Files, areAccessibleWhereTheyExist)
     EXPECT_TRUE(KbFileHelper::isRegularFile(path("f")));
     EXPECT_FALSE(KbFileHelper::isRegularFile(KbString(m_folder)));
     EXPECT_TRUE(KbFileHelper::isDirectory(KbString(m_folder)));
-    EXPECT_EQ(KbFileHelper::getRealPath(path("./f")), KbFileHelper::getRealPath(path("f")));
+    EXPECT_FALSE(KbFileHelper::isDirectory(path("f")));
+    EXPECT_FALSE(KbFileHelper::isDirectory(path("g")));
+    EXPECT_FALSE(KbFileHelper::isRegularFile(path("g")));
+    const KbString real = KbFileHelper::getRealPath(path("f"));
+    EXPECT_TRUE(KbFileHelper::isAbsolute(real) && real.endsWith("/f")) << real;
+    ASSERT_EQ(::symlink("f", (m_folder + "/link").c_str()), 0);
+    EXPECT_EQ(KbFileHelper::getRealPath(path("./link")), real);
     EXPECT_EQ(KbFileHelper::getRealPath(path("g")), "");
 }
 
@@ -214,6 +222,7 @@ TEST(Path, comesApartAndTogether)
     EXPECT_EQ(KbFileHelper::getDirectory("/b"), "/");
     EXPECT_EQ(KbFileHelper::getFileName("/a/b"), "b");
     EXPECT_EQ(KbFileHelper::getFileName("b"), "b");
+    EXPECT_EQ(KbFileHelper::getFileName("a/"), "");
     EXPECT_EQ(KbFileHelper::join("/a", "b"), "/a/b");
     EXPECT_EQ(KbFileHelper::join("/a/", "b"), "/a/b");
     EXPECT_EQ(KbFileHelper::join("/a", "/b"), "/b");
@@ -259,6 +268,7 @@ TEST(Preferences, fallBackToTheEnvironment)
 
     KsPreferences::setString("BASE_TEST_PREFERENCE", "from inside");
     EXPECT_STREQ(KsPreferences::getValue("BASE_TEST_PREFERENCE"), "from inside");
+    EXPECT_STREQ(KsPreferences::getValue(KbString("BASE_TEST_PREFERENCE")), "from inside");
     EXPECT_STREQ(::getenv("BASE_TEST_PREFERENCE"), "from outside");
     KsPreferences::unset("BASE_TEST_PREFERENCE");
     EXPECT_STREQ(KsPreferences::getValue("BASE_TEST_PREFERENCE"), "from outside");
@@ -286,7 +296,7 @@ TEST(Preferences, keepPointersUntilTheNameIsSetAgain)
     EXPECT_TRUE(KsPreferences::getStringValue("BASE_TEST_A")->isUnicode());
 }
 
-// shows: KsDebugError::postInfo
+// shows: KsDebugError::post, KsDebugError::postInfo
 TEST(DebugError, reachesTheHandler)
 {
     std::vector<Heard> heard;
@@ -300,6 +310,10 @@ TEST(DebugError, reachesTheHandler)
     EXPECT_EQ(heard[1].severity, KsDebugError::Severity::Info);
     EXPECT_EQ(heard[1].where, "");
     EXPECT_EQ(heard[1].message, "50% done");
+    const char* const volatile none = nullptr;
+    KsDebugError::post("a", none); // such as a text that was not found
+    ASSERT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heard[2].message, "");
 }
 
 TEST(DebugError, isWrittenToStandardErrorByDefault)
@@ -330,7 +344,6 @@ TEST(DebugError, giverOfAHandlerGetsTheFormerOneBack)
     EXPECT_EQ(KsDebugError::setHandler(&hear, &first), nullptr);
 }
 
-// shows: KsDebugError::post
 TEST(DebugError, endsAHandlerThatPostsEachTime)
 {
     static int s_calls;
@@ -347,7 +360,7 @@ TEST(DebugError, endsAHandlerThatPostsEachTime)
     EXPECT_GT(s_calls, 1);
 }
 
-// shows: KbThreadMutex, KbThreadAutoLock
+// shows: KbThreadAutoLock
 TEST(Mutex, letsOneThreadInAtATime)
 {
     for (int flag : {0, 1}) {
@@ -366,6 +379,7 @@ TEST(Mutex, letsOneThreadInAtATime)
     }
 }
 
+// shows: KbThreadMutex, KbThreadMutex::tryLock
 TEST(Mutex, withAFlagMayBeLockedAgainByItsOwner)
 {
     KbThreadMutex mutex(1);
@@ -375,6 +389,9 @@ TEST(Mutex, withAFlagMayBeLockedAgainByItsOwner)
     bool entered = true;
     std::thread([&] { entered = mutex.tryLock(); }).join();
     EXPECT_FALSE(entered);
+    entered = mutex.tryLock(); // by the owner itself
+    EXPECT_TRUE(entered);
+    if (entered) mutex.unlock();
 }
 
 // shows: KbThreadMutex::lock, KbThreadMutex::tryLock, KbThreadMutex::unlock,
@@ -406,6 +423,9 @@ TEST(Thread, hasANumberOfItsOwn)
     std::thread([&] {
         KbThread::setName("a name that is longer than the system allows");
         KbThread::setName(nullptr);
+        char name[100] = "";
+        ::pthread_getname_np(::pthread_self(), name, sizeof name);
+        EXPECT_STREQ(name, "a name that is "); // what the system keeps of it
         there = KbThread::getCurrentThreadId();
     }).join();
     EXPECT_NE(here, there);
@@ -424,6 +444,9 @@ TEST(Module, isListedWhileItLives)
         EXPECT_EQ(module.getFileName(), "libx.so");
         EXPECT_EQ(module.getArchitecture(), "64 bits");
         EXPECT_EQ(module.getCompiler(), "");
+        const KsModule second("liby.so", "2", "g++", nullptr, 0, 0);
+        EXPECT_EQ(second.getCompiler(), "g++");
+        EXPECT_EQ(KsModule::getModule(before + 1), &second) << "in the order of loading";
         EXPECT_EQ(module.getVersion(), "1.0.0.0");
         EXPECT_EQ(module.getFirstFlag(), 1);
         EXPECT_EQ(module.getSecondFlag(), 2);
@@ -441,6 +464,8 @@ TEST(Module, announcementsAreKept)
     KcInitModuleCmd::Instance()->serialize(nullptr);
     ASSERT_EQ(KcInitModuleCmd::Instance()->getNames().size(), before + 1);
     EXPECT_EQ(KcInitModuleCmd::Instance()->getNames().back(), "Formweave");
+    KcInitModuleCmd::Instance()->serialize("Formweave");
+    EXPECT_EQ(KcInitModuleCmd::Instance()->getNames().size(), before + 2) << "each time";
 }
 
 // shows: KsDBImpl::isRunningCluster, KsDBImpl::setRunningCluster, KsDBImpl::isRunningToolMode,
@@ -453,9 +478,11 @@ TEST(ProcessState, isAPlainProcessUntilToldOtherwise)
     KsDBImpl::setRunningCluster(true);
     KsDBImpl::setRunningToolMode(true);
     EXPECT_TRUE(KsDBImpl::isRunningCluster());
-    EXPECT_TRUE(KsDBImpl::isRunningToolMode());
     KsDBImpl::setRunningCluster(false);
+    EXPECT_FALSE(KsDBImpl::isRunningCluster());
+    EXPECT_TRUE(KsDBImpl::isRunningToolMode());
     KsDBImpl::setRunningToolMode(false);
+    EXPECT_FALSE(KsDBImpl::isRunningToolMode());
 }
 
 // shows: KsLimits::current

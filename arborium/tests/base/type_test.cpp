@@ -74,16 +74,17 @@ TEST(Type, derivesFromItselfAndFromEachTypeAboveIt)
     EXPECT_FALSE(small.isDerivedFrom(KsType::badType()));
     EXPECT_FALSE(KsType::badType().isDerivedFrom(KsType::badType()));
     EXPECT_EQ(small.getParent(), apple);
+    EXPECT_TRUE(fruit().getParent().isBad());
 }
 
-// shows: KsType::createType, KsType::canCreateInstance, KsType::createInstance,
-// KsType::getActionIndex
+// shows: KsType::createType, KsType::getActionIndex
 TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple", nullptr, 7);
     EXPECT_EQ(KsType::createType(KsType::badType(), "TestApple", &Thing::create, 9), apple);
     EXPECT_EQ(apple.getParent(), fruit());
     EXPECT_EQ(apple.getActionIndex(), 7);
+    EXPECT_EQ(KsType::badType().getActionIndex(), 0);
     EXPECT_FALSE(apple.canCreateInstance());
     EXPECT_EQ(apple.createInstance(), nullptr);
 }
@@ -92,6 +93,7 @@ TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
 TEST(Type, isGoneAfterItsRemovalAndComesBackUnderItsName)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple");
+    EXPECT_EQ(apple.getName(), "TestApple");
     EXPECT_NE(KsType::removeType("TestApple"), 0);
     EXPECT_EQ(KsType::removeType("TestApple"), 0);
     EXPECT_TRUE(KsType::fromName("TestApple").isBad());
@@ -103,14 +105,25 @@ TEST(Type, isGoneAfterItsRemovalAndComesBackUnderItsName)
     }
 }
 
-// shows: KsTypedObject::getClassTypeId, KsTypedObject::isOfType, KsTypedObject::checkDatabase
+// shows: KsType::canCreateInstance, KsType::createInstance, KsTypedObject::getClassTypeId,
+// KsTypedObject::getTypeId, KsTypedObject::isOfType, KsTypedObject::checkDatabase, ksCast
 TEST(Type, createsInstances)
 {
     const KsType type =
         KsType::createType(KsTypedObject::getClassTypeId(), "TestThing", &Thing::create);
     KsTypedObject* thing = type.createInstance();
     ASSERT_NE(thing, nullptr);
+    EXPECT_TRUE(type.canCreateInstance());
+    EXPECT_EQ(thing->getTypeId(), type);
     EXPECT_TRUE(thing->isOfType(KsTypedObject::getClassTypeId()));
+    EXPECT_FALSE(thing->isOfType(KsBase::getClassTypeId()));
+    EXPECT_FALSE(thing->isOfType(KsType::badType()));
+    EXPECT_EQ(ksCast<KsTypedObject>(thing), thing);
+    EXPECT_EQ(ksCast<KsBase>(thing), nullptr);
+    const KsTypedObject* constant = thing;
+    EXPECT_EQ(ksCast<KsTypedObject>(constant), thing);
+    EXPECT_EQ(ksCast<KsBase>(constant), nullptr);
+    EXPECT_EQ(ksCast<KsTypedObject>(static_cast<KsTypedObject*>(nullptr)), nullptr);
     EXPECT_TRUE(KsTypedObject::checkDatabase("KsTestThing", thing, type, type));
     {
         ExpectedMessages messages("KsTypedObject::checkDatabase", "TestThing");
@@ -132,14 +145,19 @@ TEST(References, destroyAtTheLastOne)
     EXPECT_EQ(log, (std::vector<std::string>{"going", "gone"}));
 }
 
-// shows: KsRefCounter::getRefCount
+// shows: KsRefCounter::getRefCount, KsRef::operator->, KsRef::operator*, KsRef::operator bool
 TEST(References, givenBackTooOftenAreIgnored)
 {
     auto* item = new Item;
     item->unref();
     EXPECT_EQ(item->getRefCount(), 0);
-    item->ref();
-    item->unref();
+    KsRef<Item> held(item), again(held);
+    EXPECT_EQ(held->getRefCount(), 2);
+    EXPECT_EQ(&*held, item);
+    EXPECT_TRUE(static_cast<bool>(held));
+    again.reset();
+    EXPECT_FALSE(static_cast<bool>(again));
+    EXPECT_EQ(item->getRefCount(), 1);
 }
 
 TEST(References, takenWhileAnObjectDiesDoNotDestroyItTwice)
@@ -192,11 +210,13 @@ TEST(KeepAlive, leavesAnObjectThatHadNoReference)
     EXPECT_FALSE(nothing.isStillWanted());
 }
 
-// shows: KsBase::setName, KsBase::getNamed, KsBase::getFirstNamed, KsRef::get
+// shows: KsBase::getName, KsBase::setName, KsBase::getNamed, KsBase::getFirstNamed, KsRef::get
 TEST(Names, areFoundInTheOrderOfNaming)
 {
     KsRef<Item> a(new Item), b(new Item), c(new Item);
+    EXPECT_TRUE(c->getName().isEmpty());
     c->setName("lamp");
+    EXPECT_EQ(c->getName(), "lamp");
     a->setName("lamp");
     b->setName("lamp");
     std::vector<KsBase*> found;
@@ -210,13 +230,18 @@ TEST(Names, areFoundInTheOrderOfNaming)
     b->setName(KbName());
     EXPECT_EQ(KsBase::getFirstNamed("lamp", Item::type()), nullptr);
     EXPECT_EQ(KsBase::getFirstNamed("desk", fruit()), nullptr);
+    found.clear();
+    KsBase::getNamed("", found);
+    EXPECT_TRUE(found.empty());
 }
 
 // shows: KsTypedObject::initClass
 TEST(Type, ofEverythingThatHasOneIsThereFromTheFirstUse)
 {
     KsTypedObject::initClass();
-    EXPECT_EQ(KsType::fromName("TypedObject"), KsTypedObject::getClassTypeId());
+    const KsType root = KsType::fromName("TypedObject");
+    EXPECT_FALSE(root.isBad());
+    EXPECT_EQ(root, KsTypedObject::getClassTypeId());
     EXPECT_TRUE(KsBase::getClassTypeId().isDerivedFrom(KsTypedObject::getClassTypeId()));
 }
 
@@ -227,6 +252,7 @@ TEST(Type, isComparedByItsPlaceInTheTable)
     const KsType b = KsType::createType(KsTypedObject::getClassTypeId(), "TestPlum");
     EXPECT_TRUE(a == KsType::fromName("TestPear"));
     EXPECT_TRUE(a != b);
+    EXPECT_FALSE(a == b);
     EXPECT_NE(a.getIndex(), b.getIndex());
     EXPECT_EQ(KsType().getIndex(), 0);
     EXPECT_TRUE(KsType() == KsType::badType());
@@ -241,9 +267,21 @@ public:
 protected:
     void destroy() override { ++returns; }
 };
+
+/// An object that nothing but the count keeps.
+class Counted : public KsRefCounter {
+public:
+    explicit Counted(bool& died) : m_died(died) {}
+
+protected:
+    ~Counted() override { m_died = true; }
+
+private:
+    bool& m_died;
+};
 } // namespace
 
-// shows: KsRefCounter, KsRefCounter::destroy
+// shows: KsRefCounter, KsRefCounter::unref, KsRefCounter::destroy
 TEST(References, mayEndOtherwiseThanByDeletion)
 {
     Returned object;
@@ -253,9 +291,16 @@ TEST(References, mayEndOtherwiseThanByDeletion)
     EXPECT_EQ(object.returns, 0);
     object.unref();
     EXPECT_EQ(object.returns, 1);
+
+    bool died = false;
+    auto* counted = new Counted(died);
+    counted->ref();
+    EXPECT_FALSE(died);
+    counted->unref();
+    EXPECT_TRUE(died) << "which is the rule";
 }
 
-// shows: KsRefCounter::ref, KsRefCounter::unrefNoDelete, KsRef, KsRef::operator T*
+// shows: KsRefCounter::ref, KsRefCounter::unrefNoDelete, KsRef, KsRef::get, KsRef::operator T*
 TEST(References, areHandedOnWithoutDestroying)
 {
     std::vector<std::string> log;
@@ -266,6 +311,7 @@ TEST(References, areHandedOnWithoutDestroying)
     EXPECT_TRUE(log.empty());
     {
         KsRef<Item> owner(item);
+        EXPECT_EQ(owner.get(), item);
         Item* same = owner;
         EXPECT_EQ(same, item);
         const KsRef<Item> other(std::move(owner));
@@ -274,7 +320,7 @@ TEST(References, areHandedOnWithoutDestroying)
     EXPECT_FALSE(log.empty());
 }
 
-// shows: KsBaseInitializer
+// shows: KsBaseInitializer, KsBase::isGroup
 TEST(References, areHeldWhileAnObjectIsMade)
 {
     std::vector<std::string> log;
@@ -285,6 +331,7 @@ TEST(References, areHeldWhileAnObjectIsMade)
         item->unref();
     }
     EXPECT_TRUE(log.empty());
+    EXPECT_FALSE(item->isGroup()) << "unless its class says so";
     EXPECT_EQ(item->getRefCount(), 0);
     item->ref();
     item->unref();

@@ -46,7 +46,7 @@ TEST(Vector, givesAndTakesItsComponents)
     KbVec4f four;
     four.setValue(6, 7, 8, 9);
     four.getValue(x, y, z, w);
-    EXPECT_EQ(KbVec4f(x, y, z, w), KbVec4f(6, 7, 8, 9));
+    EXPECT_EQ(x + 10 * y + 100 * z + 1000 * w, 9876);
 
     KbVec2i32 whole;
     whole.setValue(-1, 2147483647);
@@ -128,8 +128,8 @@ TEST(Box, givesAndTakesItsBounds)
     EXPECT_TRUE(box == KbBox3f());
 }
 
-// shows: KbMatrix::identity, KbMatrix::getValue, KbMatrix::setValue, KbMatrix::makeIdentity,
-// KbMatrix::operator==
+// shows: KbMatrix, KbMatrix::identity, KbMatrix::getValue, KbMatrix::setValue,
+// KbMatrix::operator[], KbMatrix::makeIdentity, KbMatrix::operator==
 TEST(Matrix, givesAndTakesItsNumbersRowByRow)
 {
     float rows[4][4];
@@ -137,6 +137,10 @@ TEST(Matrix, givesAndTakesItsNumbersRowByRow)
     KbMatrix matrix(rows);
     EXPECT_EQ(matrix.getValue()[7], 7);
     EXPECT_EQ(matrix[1][3], 7);
+    const KbMatrix& constant = matrix;
+    EXPECT_EQ(constant[2][1], 9);
+    EXPECT_EQ(constant[4][2], 2) << "a row that is not there means the first";
+    EXPECT_EQ(matrix[-1][2], 2);
     KbMatrix other;
     EXPECT_TRUE(other == KbMatrix::identity());
     other.setValue(matrix.getValue());
@@ -152,10 +156,13 @@ TEST(Matrix, givesAndTakesItsNumbersRowByRow)
     EXPECT_EQ(other[2][1], 0);
 }
 
-// shows: KbLine::setValue, KbLine::setPosDir
+// shows: KbLine, KbLine::setValue, KbLine::setPosDir, KbLine::getPosition, KbLine::getDirection
 TEST(Line, isMadeOfTwoPointsOrAPointAndADirection)
 {
     KbLine line;
+    EXPECT_EQ(line.getPosition(), KbVec3f());
+    EXPECT_EQ(line.getDirection(), KbVec3f(0, 0, 1));
+    EXPECT_EQ(KbLine(KbVec3f(2, 1, 0), KbVec3f(-1, 1, 0)).getDirection(), KbVec3f(-1, 0, 0));
     line.setValue(KbVec3f(1, 0, 0), KbVec3f(1, 5, 0));
     EXPECT_EQ(line.getPosition(), KbVec3f(1, 0, 0));
     EXPECT_EQ(line.getDirection(), KbVec3f(0, 1, 0));
@@ -185,12 +192,14 @@ TEST(Rotation, isSetInvertedAndScaledInPlace)
     EXPECT_TRUE(rotation != quarter);
     rotation.setValue(KbVec3f(0, 0, 5), s_pi / 2);
     EXPECT_TRUE(rotation == quarter);
+    rotation = KbRotation();
     rotation.setValue(KbVec3f(1, 0, 0), KbVec3f(0, 3, 0));
     EXPECT_TRUE(rotation.equals(quarter, 1e-6f));
     KbMatrix matrix;
     matrix.setRotate(quarter);
     EXPECT_TRUE(KbRotation().setValue(matrix).equals(quarter, 1e-6f));
     EXPECT_TRUE(rotation.setValue(0, 0, 0, 0).isIdentity()) << "no length, no rotation";
+    EXPECT_TRUE(rotation.setValue(0, 0, 5, 5).equals(quarter, 1e-6f)) << "brought to length 1";
 
     rotation = quarter;
     rotation.scaleAngle(2);
@@ -199,6 +208,8 @@ TEST(Rotation, isSetInvertedAndScaledInPlace)
     EXPECT_TRUE(rotation.equals(KbRotation(KbVec3f(0, 0, 1), 1.5f * s_pi), 1e-6f));
     rotation.invert();
     EXPECT_TRUE(rotation.equals(quarter, 1e-6f));
+    rotation.scaleAngle(s_nan);
+    EXPECT_TRUE(rotation.isIdentity());
 }
 
 // shows: KbViewVolume::scale, KbViewVolume::scaleWidth, KbViewVolume::scaleHeight,
@@ -255,13 +266,17 @@ TEST(Name, isComparedWithNamesAndTexts)
 {
     const KbName a("lamp"), b(std::string("lamp")), c("lamps");
     EXPECT_TRUE(a == b);
+    EXPECT_FALSE(a == c);
     EXPECT_TRUE(a != c);
     EXPECT_TRUE(a == "lamp");
     EXPECT_TRUE("lamps" == c);
+    EXPECT_FALSE(c == "lamp");
+    EXPECT_FALSE("lamps" == a);
     EXPECT_TRUE(c != "lamp");
     EXPECT_TRUE(KbName() == static_cast<const char*>(nullptr));
     EXPECT_EQ(a.view(), "lamp");
     EXPECT_EQ(a.hash(), b.hash());
+    EXPECT_NE(a.hash(), c.hash());
     EXPECT_EQ((std::unordered_set<KbName>{a, b, c}.size()), 2u);
 }
 
@@ -274,6 +289,11 @@ TEST(String, isComparedByTheCodesOfItsCharacters)
     EXPECT_LT(KbString("z").compare(KbString(u"\u03b1")), 0);
     EXPECT_GT(KbString("\xe9").compare("z"), 0) << "bytes have no sign";
     EXPECT_TRUE(KbString("abc") == "abc");
+    EXPECT_FALSE(KbString("abc") == "abd");
+    EXPECT_TRUE("abc" == KbString(u"abc"));
+    EXPECT_FALSE("abd" == KbString("abc"));
+    EXPECT_TRUE(KbString("abc") == KbString(u"abc"));
+    EXPECT_FALSE(KbString(u"ab\u03b1") == KbString(u"ab\u03b2"));
     EXPECT_TRUE("abd" != KbString("abc"));
     EXPECT_TRUE(KbString(u"\u03b1") != KbString("?"));
     EXPECT_TRUE(KbString() == static_cast<const char*>(nullptr));
@@ -300,6 +320,7 @@ TEST(PointerList, isWalkedInOrder)
     list.append(&things[1]);
     EXPECT_EQ(list.end() - list.begin(), 2);
     EXPECT_TRUE(list != other);
+    EXPECT_FALSE(list == other);
     for (void* each : list) other.append(each);
     EXPECT_TRUE(list == other);
 }

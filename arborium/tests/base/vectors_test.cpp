@@ -15,15 +15,34 @@ constexpr float s_nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float s_infinity = std::numeric_limits<float>::infinity();
 } // namespace
 
-TEST(Vector, isZeroByDefault)
+// shows: KbVec2f, KbVec3f, KbVec4f, KbVec2i32
+TEST(Vector, isZeroOrMadeOfItsNumbers)
 {
-    EXPECT_EQ(KbVec3f(), KbVec3f(0, 0, 0));
-    EXPECT_EQ(KbVec2i32(), KbVec2i32(0, 0));
-    EXPECT_EQ(KbColor(), KbColor(0, 0, 0));
+    const float numbers[] = {1, 2, 3, 4};
+    for (int i = 0; i < 4; ++i) {
+        if (i < 2) {
+            const std::int32_t whole[] = {5, 6};
+            EXPECT_EQ(KbVec2f()[i], 0.0f);
+            EXPECT_EQ(KbVec2f(numbers)[i], numbers[i]);
+            EXPECT_EQ(KbVec2i32()[i], 0);
+            EXPECT_EQ(KbVec2i32(5, 6)[i], 5 + i);
+            EXPECT_EQ(KbVec2i32(whole)[i], 5 + i);
+        }
+        if (i < 3) {
+            EXPECT_EQ(KbVec3f()[i], 0.0f);
+            EXPECT_EQ(KbVec3f(1, 2, 3)[i], numbers[i]);
+            EXPECT_EQ(KbVec3f(numbers)[i], numbers[i]);
+        }
+        EXPECT_EQ(KbVec4f()[i], 0.0f);
+        EXPECT_EQ(KbVec4f(1, 2, 3, 4)[i], numbers[i]);
+        EXPECT_EQ(KbVec4f(KbVec3f(1, 2, 3), 4)[i], numbers[i]);
+        EXPECT_EQ(KbVec4f(numbers)[i], numbers[i]);
+    }
+    EXPECT_EQ(KbVec3f(static_cast<const float*>(nullptr)), KbVec3f());
 }
 
-// shows: KbVecBase::operator+=, KbVecBase::operator/=, KbVecBase::dot, KbVec3f::getValue,
-// KbVec3f::cross
+// shows: KbVecBase::operator+=, KbVecBase::operator/=, KbVecBase::operator-, KbVecBase::dot,
+// KbVec3f::getValue, KbVec3f::cross
 TEST(Vector, calculatesByComponents)
 {
     KbVec3f v(1, 2, 3);
@@ -48,10 +67,15 @@ TEST(Vector, takesABadIndexForTheFirstComponent)
     EXPECT_EQ(v[-1], 1.0f);
     v[2] = 9;
     EXPECT_EQ(v, KbVec3f(1, 2, 9));
-    EXPECT_EQ(KbVec3f(1, 2, 3).setValue(static_cast<const float*>(nullptr)), KbVec3f(1, 2, 3));
+    const KbVec3f& constant = v;
+    EXPECT_EQ(constant[2], 9.0f);
+    EXPECT_EQ(constant[7], 1.0f);
+    const float more[] = {4, 5, 6};
+    EXPECT_EQ(v.setValue(more), KbVec3f(4, 5, 6));
+    EXPECT_EQ(v.setValue(static_cast<const float*>(nullptr)), KbVec3f(4, 5, 6));
 }
 
-// shows: KbVecBase::normalize, KbVec3f
+// shows: KbVecBase::normalize, KbVecBase::isFinite
 TEST(Vector, normalizesToLengthOneAndLeavesWhatHasNoDirection)
 {
     KbVec3f v(3, 0, 4);
@@ -62,12 +86,14 @@ TEST(Vector, normalizesToLengthOneAndLeavesWhatHasNoDirection)
     EXPECT_EQ(zero, KbVec3f());
     KbVec3f endless(s_infinity, 0, 0);
     EXPECT_EQ(endless.normalize(), 0.0f);
+    EXPECT_FALSE(endless.isFinite());
+    EXPECT_FALSE(KbVec3f(0, 0, s_nan).isFinite());
+    EXPECT_TRUE(zero.isFinite());
     KbVec3f large(3e30f, 4e30f, 0);
     EXPECT_FLOAT_EQ(large.normalize(), 5e30f);
     EXPECT_TRUE(large.equals(KbVec3f(0.6f, 0.8f, 0), 1e-6f));
 }
 
-// shows: KbVec2i32
 TEST(Vector, ofWholeNumbersWrapsAndBearsADivisionByZero)
 {
     constexpr std::int32_t top = std::numeric_limits<std::int32_t>::max();
@@ -79,7 +105,7 @@ TEST(Vector, ofWholeNumbersWrapsAndBearsADivisionByZero)
     EXPECT_EQ(-KbVec2i32(bottom, 1), KbVec2i32(bottom, -1));
 }
 
-// shows: KbVecBase::equals, KbVec2f
+// shows: KbVecBase::equals
 TEST(Vector, comparesWithinATolerance)
 {
     EXPECT_TRUE(KbVec2f(1, 1).equals(KbVec2f(1.05f, 0.95f), 0.1f));
@@ -105,7 +131,7 @@ TEST(Vector, knowsItsClosestAxis)
     EXPECT_EQ(KbVec3f().getClosestAxis(), KbVec3f(0, 0, 1));
 }
 
-// shows: KbVec4f, KbVec4f::getReal
+// shows: KbVec4f::getReal
 TEST(Vector4, dividesByItsFourthComponent)
 {
     EXPECT_EQ(KbVec4f(2, 4, 6, 2).getReal(), KbVec3f(1, 2, 3));
@@ -122,6 +148,8 @@ TEST(Color, packsAndUnpacksEightBits)
     EXPECT_EQ(transparency, 0.0f);
     EXPECT_EQ(color.getPackedValue(), 0xff8000ffu);
     EXPECT_EQ(KbColor(2, -1, s_nan).getPackedValue(1), 0xff000000u);
+    EXPECT_EQ(KbColor(), KbColor(0, 0, 0));
+    EXPECT_EQ(KbColor(KbVec3f(0, 2, 0))[1], 2.0f) << "kept as it is";
 }
 
 // shows: KbBox3f::getCenter, KbBox3f::getSize, KbBox3f::isEmpty
@@ -139,6 +167,11 @@ TEST(Box, isEmptyUntilItHoldsAPoint)
     float x, y, z;
     box.getSize(x, y, z);
     EXPECT_EQ(KbVec3f(x, y, z), KbVec3f(2, 0, 2));
+    KbVec3f size;
+    box.getSize(size);
+    EXPECT_EQ(size, KbVec3f(2, 0, 2));
+    EXPECT_TRUE(KbBox3f(0, 0, 2, 1, 1, 1).isEmpty()) << "an end before its beginning";
+    EXPECT_TRUE(KbBox3f(0, s_nan, 0, 1, 1, 1).isEmpty());
 }
 
 // shows: KbBox3f::getMin, KbBox3f::getMax
@@ -201,7 +234,18 @@ TEST(Box, knowsWhatItMeets)
     EXPECT_FALSE(box.intersect(KbVec3f(s_nan, 0.5f, 0)));
     EXPECT_TRUE(box.intersect(KbBox3f(1, 1, 1, 2, 2, 2)));
     EXPECT_FALSE(box.intersect(KbBox3f()));
-    EXPECT_TRUE(KbBox2f(0, 0, 2, 2).intersect(KbVec2f(2, 1)));
+    EXPECT_FALSE(box.intersect(KbBox3f(1.1f, 0, 0, 2, 1, 1)));
+    EXPECT_FALSE(KbBox3f().intersect(KbVec3f()));
+
+    const KbBox2f square(KbVec2f(0, 0), KbVec2f(2, 2));
+    EXPECT_TRUE(square.intersect(KbVec2f(2, 1)));
+    EXPECT_FALSE(square.intersect(KbVec2f(1, 2.1f)));
+    EXPECT_FALSE(square.intersect(KbVec2f(1, s_nan)));
+    EXPECT_TRUE(square.intersect(KbBox2f(2, 2, 3, 3)));
+    EXPECT_FALSE(square.intersect(KbBox2f(2.1f, 0, 3, 2)));
+    EXPECT_FALSE(square.intersect(KbBox2f()));
     EXPECT_EQ(KbBox2f(0, 0, 4, 2).getCenter(), KbVec2f(2, 1));
+    EXPECT_EQ(KbBox2f().getCenter(), KbVec2f());
     EXPECT_TRUE(KbBox2f().isEmpty());
+    EXPECT_FALSE(square.isEmpty());
 }

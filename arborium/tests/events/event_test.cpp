@@ -60,7 +60,7 @@ private:
 
 } // namespace
 
-// shows: KsEvent::wasShiftDown, KsMouseButtonEvent, KsMouseButtonEvent::isButtonPress,
+// shows: KsMouseButtonEvent, KsMouseButtonEvent::isButtonPress,
 // KsMouseButtonEvent::isButtonRelease, KsKeyboardEvent::getPrintableCharacter,
 // KsKeyboardEvent::isKeyPressEvent, KsKeyboardEvent::isKeyReleaseEvent
 TEST_F(Events, haveTheirTypes)
@@ -73,14 +73,36 @@ TEST_F(Events, haveTheirTypes)
     EXPECT_FALSE(KsMouseButtonEvent::isButtonPress(&mouse, KsMouseButtonEvent::BUTTON1));
     EXPECT_FALSE(KsMouseButtonEvent::isButtonRelease(&mouse, KsMouseButtonEvent::BUTTON2));
     EXPECT_FALSE(KsMouseButtonEvent::isButtonPress(nullptr, KsMouseButtonEvent::BUTTON1));
+    const KsMouseButtonEvent up(KsMouseButtonEvent::BUTTON2, KsButtonEvent::UP, {3, 4});
+    EXPECT_EQ(up.getPosition(), KbVec2f(3, 4));
+    EXPECT_TRUE(KsMouseButtonEvent::isButtonRelease(&up, KsMouseButtonEvent::BUTTON2));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonRelease(&up, KsMouseButtonEvent::BUTTON3));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonPress(&up, KsMouseButtonEvent::BUTTON2));
+    EXPECT_FALSE(KsMouseButtonEvent::isButtonRelease(nullptr, KsMouseButtonEvent::BUTTON2));
 
     const KsKeyboardEvent key(KsKeyboardEvent::RETURN, KsButtonEvent::DOWN, u'\r');
     EXPECT_TRUE(KsKeyboardEvent::isKeyPressEvent(&key, 65293));
     EXPECT_FALSE(KsKeyboardEvent::isKeyPressEvent(&key, KsKeyboardEvent::BACKSPACE));
     EXPECT_FALSE(KsKeyboardEvent::isKeyReleaseEvent(&key, 65293));
     EXPECT_FALSE(KsKeyboardEvent::isKeyPressEvent(&mouse, 65293));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyPressEvent(nullptr, 65293));
+    const KsKeyboardEvent released('a', KsButtonEvent::UP);
+    EXPECT_TRUE(KsKeyboardEvent::isKeyReleaseEvent(&released, 'a'));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyReleaseEvent(&released, 'b'));
+    EXPECT_FALSE(KsKeyboardEvent::isKeyReleaseEvent(nullptr, 'a'));
+    EXPECT_EQ(released.getPrintableCharacter(), 0) << "a key that types nothing";
     EXPECT_EQ(key.getPrintableCharacter(), u'\r');
-    EXPECT_FALSE(key.wasShiftDown());
+}
+
+// shows: KsEvent::initClasses
+TEST(EventTypes, areThereOnceTheyAreRegistered)
+{
+    KsEvent::initClasses();
+    for (const char* name : {"Event", "ButtonEvent", "MouseButtonEvent", "Location2Event",
+                             "TrackerEvent", "KeyboardEvent"}) {
+        EXPECT_FALSE(KsType::fromName(name).isBad()) << name;
+        EXPECT_TRUE(KsType::fromName(name).isDerivedFrom(KsEvent::getClassTypeId())) << name;
+    }
 }
 
 // shows: KsEvent::getNormalizedPosition, KsLocation2Event
@@ -113,7 +135,6 @@ TEST_F(Events, passInTraversalOrderUntilOneHandlesThem)
     EXPECT_EQ(heard, (Names{"first", "second"}));
 }
 
-// shows: KsKeyboardEvent
 TEST_F(Events, keysReachEveryCallbackEvenWhenHandled)
 {
     Ear first(&heard, "first", true);
@@ -206,7 +227,7 @@ TEST_F(Events, nodeThatIsNotTraversedCannotGrab)
     EXPECT_EQ(action.getGrabber(), nullptr);
 }
 
-// shows: KsHandleEventAction, KsHandleEventAction::getPickedPoint, KsEvent
+// shows: KsHandleEventAction, KsHandleEventAction::getPickedPoint
 TEST_F(Events, pickIsMadeOnceAndOnDemand)
 {
     struct Context {
@@ -302,11 +323,13 @@ TEST_F(Events, innerEventLoopLeavesTheOuterEventAsItWas)
 }
 
 // shows: KsEvent, KsEvent::setPosition, KsEvent::getPosition, KsEvent::setTime, KsEvent::getTime,
-// KsEvent::setShiftDown, KsEvent::setCtrlDown, KsEvent::setAltDown, KsEvent::wasCtrlDown,
-// KsEvent::wasAltDown, KsEvent::initClasses
+// KsEvent::setShiftDown, KsEvent::setCtrlDown, KsEvent::setAltDown, KsEvent::wasShiftDown,
+// KsEvent::wasCtrlDown,
+// KsEvent::wasAltDown
 TEST_F(Events, knowWhereWhenAndWithWhichKeys)
 {
-    KsEvent::initClasses(); // has happened already
+    EXPECT_EQ(KsEvent().getPosition(), KbVec2f());
+    EXPECT_EQ(KsEvent().getTime(), 0);
     KsEvent event(KbVec2f(1, 2));
     EXPECT_EQ(event.getPosition(), KbVec2f(1, 2));
     event.setPosition(KbVec2f(3, 4));

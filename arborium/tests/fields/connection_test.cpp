@@ -79,7 +79,6 @@ TEST(Connection, inACircleOfThreeSettlesAtOnce)
     EXPECT_EQ(calls, 2);
 }
 
-// shows: KsField::disconnect
 TEST(Connection, mayEndInsideACallback)
 {
     KsSFInt32 master, first, second, third;

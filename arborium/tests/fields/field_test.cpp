@@ -95,19 +95,22 @@ private:
 };
 } // namespace
 
-// shows: KsField::getContainer, KsField::getFieldType
+// shows: KsField::getContainer, KsField::getFieldType, KsFieldContainer::hasDefaultValues,
+// KsInstanceBuilder::field, KsInstanceBuilder::enumField
 TEST_F(Fields, haveTheDefaultsOfTheirClass)
 {
     EXPECT_FALSE(lamp->isOn.getValue());
     EXPECT_EQ(lamp->power.getValue(), 40.0f);
     EXPECT_EQ(lamp->color.getValue(), KsTestLamp::GREEN);
+    EXPECT_EQ(lamp->colors.getValue(), KsTestLamp::RED | KsTestLamp::BLUE);
     EXPECT_EQ(lamp->levels.values(), (std::vector<float>{1, 2}));
     EXPECT_TRUE(lamp->hasDefaultValues());
     EXPECT_EQ(lamp->isOn.getContainer(), lamp.get());
     EXPECT_EQ(lamp->isOn.getFieldType(), 5);
 }
 
-// shows: KsFieldEntry, KsFieldContainer::getField, KsFieldContainer::getFields
+// shows: KsFieldEntry, KsFieldContainer::getField, KsFieldContainer::getFields,
+// KsFieldContainer::getAllFields, KsInstanceBuilder::emptyField
 TEST_F(Fields, areListedInTheOrderOfTheirDeclaration)
 {
     KsFieldList list;
@@ -118,6 +121,9 @@ TEST_F(Fields, areListedInTheOrderOfTheirDeclaration)
     EXPECT_EQ(lamp->getField("label"), &lamp->label);
     EXPECT_EQ(lamp->getField("lable"), nullptr);
     EXPECT_EQ(list[2].field, &lamp->count);
+    EXPECT_EQ(lamp->getAllFields(list), 9) << "the same where there are no parts";
+    EXPECT_EQ(list.size(), 18u);
+    EXPECT_EQ(list[17].field, &lamp->levels);
 }
 
 // shows: KsField::isDefault, KsField::setDefault, KsField::touch,
@@ -128,20 +134,22 @@ TEST_F(Fields, areDefaultUntilTheyAreSet)
     EXPECT_FALSE(lamp->power.isDefault());
     lamp->power.setDefault(true);
     EXPECT_TRUE(lamp->power.isDefault());
+    Probe probe(lamp->power);
     lamp->power.touch();
+    EXPECT_EQ(probe.calls, 1);
     EXPECT_TRUE(lamp->power.isDefault());
     lamp->power = other->power;
     EXPECT_FALSE(lamp->power.isDefault());
     EXPECT_FALSE(lamp->hasDefaultValues());
 }
 
-// shows: KsFieldContainer::enableNotify, KsFieldContainer::isNotifyEnabled,
-// KsFieldContainer::fieldHasChanged
+// shows: KsFieldContainer::isNotifyEnabled, KsFieldContainer::fieldHasChanged
 TEST_F(Fields, tellTheirContainerOfEachChangeAlsoToAnEqualValue)
 {
     lamp->count = 1;
     lamp->count = 1;
     EXPECT_EQ(lamp->changed, (std::vector<KsField*>{&lamp->count, &lamp->count}));
+    EXPECT_TRUE(lamp->isNotifyEnabled());
     EXPECT_TRUE(lamp->enableNotify(false));
     EXPECT_FALSE(lamp->isNotifyEnabled());
     lamp->count = 2;
@@ -166,7 +174,7 @@ TEST_F(Fields, askTheContainerWhetherAValueIsWanted)
     EXPECT_EQ(lamp->count.getValue(), 9);
 }
 
-// shows: KsFieldContainer::fieldsAreEqual, KsFieldContainer::copyFieldValues, KsMFieldOf::setValue
+// shows: KsFieldContainer::fieldsAreEqual, KsFieldContainer::copyFieldValues
 TEST_F(Fields, copyValuesAndDefaultMarks)
 {
     other->power = 60.0f;
@@ -183,9 +191,13 @@ TEST_F(Fields, copyValuesAndDefaultMarks)
     EXPECT_FALSE(lamp->fieldsAreEqual(other));
     KsRef<KsGroup> group(new KsGroup);
     EXPECT_FALSE(lamp->fieldsAreEqual(group));
+    EXPECT_FALSE(lamp->fieldsAreEqual(nullptr));
+    lamp->copyFieldValues(group); // of another type
+    lamp->copyFieldValues(nullptr);
+    EXPECT_EQ(lamp->levels[0], 3);
 }
 
-// shows: KsSFieldOf::setValue, KsSFEnum::setValue
+// shows: KsInstanceBuilder::enums, KsSFEnum::setValue
 TEST_F(Fields, ofAnEnumKnowTheNamesOfTheirValues)
 {
     EXPECT_TRUE(lamp->color.setValue(KbName("BLUE")));
@@ -205,11 +217,13 @@ TEST_F(Fields, ofAnEnumKnowTheNamesOfTheirValues)
     EXPECT_EQ(free.getValue(), 77);
 }
 
-// shows: KsRef::operator->, KsSFieldOf::getValue
+// shows: KsSFBitMask
 TEST_F(Fields, ofABitMaskTakeAnyNamedBits)
 {
     lamp->colors = KsTestLamp::RED | KsTestLamp::GREEN;
     EXPECT_EQ(lamp->colors.getValue(), 3);
+    other->colors = lamp->colors;
+    EXPECT_EQ(other->colors.getValue(), 3);
     lamp->colors = 0;
     EXPECT_EQ(lamp->colors.getValue(), 0);
     ExpectedMessages messages("KsSFBitMask::setValue", "9 holds a bit");
@@ -226,6 +240,11 @@ TEST_F(Fields, ofManyValuesGrowAndClip)
     EXPECT_EQ(lamp->levels[-1], 0.0f);
     EXPECT_EQ(lamp->levels[5], 0.0f);
     EXPECT_EQ(lamp->levels.getValues(5), nullptr);
+    EXPECT_EQ(lamp->levels.getValues(-1), nullptr);
+    EXPECT_EQ(lamp->levels.getValues(1), &lamp->levels[1]);
+    lamp->levels.deleteValues(5);
+    lamp->levels.deleteValues(-1, 2);
+    EXPECT_EQ(lamp->levels.getNum(), 5) << "nothing begins there";
     lamp->levels.deleteValues(1, 2);
     EXPECT_EQ(lamp->levels.values(), (std::vector<float>{1, 0, 9}));
     lamp->levels.deleteValues(2, 100);
@@ -236,14 +255,14 @@ TEST_F(Fields, ofManyValuesGrowAndClip)
     EXPECT_EQ(lamp->levels.getNum(), 0);
 }
 
-// shows: KsMFieldOf::set1Value, KsMFieldOf::setValues
+// shows: KsMFieldOf::set1Value
 TEST_F(Fields, ofManyValuesRefuseAnIndexBeyondTheLimit)
 {
     KsLimits::current().valuesPerField = 10;
     lamp->levels.set1Value(9, 1);
     EXPECT_EQ(lamp->levels.getNum(), 10);
     ExpectedMessages messages;
-    messages.expect("KsMField::setValues", "Index 10 is out of range 0 - 9", 2);
+    messages.expect("KsMField::setValues", "Index 10 is out of range 0 - 9", 4);
     messages.expect("KsMField::setValues", "Index -1 is out of range 0 - 9");
     messages.expect("KsMField::setValues", "Index 2147483647 is out of range 0 - 9");
     lamp->levels.set1Value(10, 1);
@@ -251,10 +270,13 @@ TEST_F(Fields, ofManyValuesRefuseAnIndexBeyondTheLimit)
     lamp->levels.set1Value(-1, 1);
     const float value = 1;
     lamp->levels.setValues(std::numeric_limits<int>::max(), 1, &value);
+    const float two[] = {1, 2};
+    lamp->levels.setValues(9, 2, two);
+    lamp->levels.insertSpace(0, 1);
     EXPECT_EQ(lamp->levels.getNum(), 10);
 }
 
-// shows: KsSFNode::operator=
+// shows: KsSFNode, KsSFNode::operator=
 TEST_F(Fields, ofANodeHoldAReferenceAndAParent)
 {
     KsRef<KsGroup> shade(new KsGroup);
@@ -266,12 +288,15 @@ TEST_F(Fields, ofANodeHoldAReferenceAndAParent)
     lamp->shade = nullptr;
     EXPECT_EQ(shade->getRefCount(), 1);
     EXPECT_EQ(shade->getNumParents(), 0);
-    other->shade = shade.get();
+    lamp->shade = shade.get();
+    other->shade = lamp->shade;
+    EXPECT_EQ(shade->getNumParents(), 2);
+    lamp->shade = nullptr;
     other.reset();
     EXPECT_EQ(shade->getNumParents(), 0);
 }
 
-// shows: KsSFNode::getValue
+// shows: KsSFNode::setValue
 TEST_F(Fields, ofANodeRefuseWhatHoldsThem)
 {
     ExpectedMessages messages("KsSFNode::setValue", "cannot refer to a node that holds it", 2);
@@ -284,7 +309,7 @@ TEST_F(Fields, ofANodeRefuseWhatHoldsThem)
     EXPECT_EQ(lamp->shade.getValue(), nullptr);
 }
 
-// shows: KsField::disconnect, KsField::getConnectedField
+// shows: KsField::connectFrom, KsField::disconnect, KsField::getConnectedField
 TEST_F(Fields, thatAreConnectedFollowTheirMaster)
 {
     lamp->power = 75.0f;
@@ -311,7 +336,6 @@ TEST_F(Fields, thatAreConnectedAreNotDefault)
     EXPECT_FALSE(other->power.isDefault());
 }
 
-// shows: KsField::connectFrom
 TEST_F(Fields, refuseAConnectionThatMakesNoSense)
 {
     ExpectedMessages messages;
@@ -357,7 +381,9 @@ TEST_F(Fields, connectedBothWaysAgreeWhenASensorCorrectsTheValue)
 // shows: KsField::isConnected
 TEST_F(Fields, leaveTheirConnectionsWhenTheyDie)
 {
+    EXPECT_FALSE(other->count.isConnected());
     other->count.connectFrom(&lamp->count);
+    EXPECT_TRUE(other->count.isConnected());
     lamp.reset();
     EXPECT_FALSE(other->count.isConnected());
     other->count = 3;
@@ -378,7 +404,6 @@ TEST_F(Fields, takeValuesBeforeTheirMastersSensorsFire)
     EXPECT_EQ(order, "slave master ");
 }
 
-// shows: KsSFInt32
 TEST_F(Fields, withoutAContainerMayDieInTheirOwnCallback)
 {
     auto* field = new KsSFInt32(1);
@@ -498,6 +523,7 @@ TEST(ClassRecord, isRegisteredOnce)
     KsNode::initClass();
     KsTestBase::initClass();
     const KsType type = KsTestBase::getClassTypeId();
+    EXPECT_FALSE(type.isBad());
     EXPECT_STREQ(KsTestBase::classRecord.fileName(), "TestBase");
     KsNode::incNextActionMethodIndex(); // as some other class does
     const int index = KsNode::getNextActionMethodIndex();
@@ -517,8 +543,8 @@ TEST(ClassRecord, repairsItselfWhenAnInstanceComesFirst)
     EXPECT_EQ(node->getField("first"), &node->first);
 }
 
-// shows: KsEnumValue, KsInstanceBuilder, KsInstanceBuilder::field, KsInstanceBuilder::emptyField,
-// KsInstanceBuilder::enums, KsNode::getIsBuiltIn
+// shows: KsInstanceBuilder, KsInstanceBuilder::field, KsFieldContainer::getFieldData,
+// KsFieldData::getNumFields, KsNode::getIsBuiltIn
 TEST(ClassRecord, fillsTheFieldsAtTheFirstInstance)
 {
     KsNode::initClass();
@@ -561,7 +587,7 @@ TEST(ClassRecord, leavesTwiceWithAMessage)
     EXPECT_EQ(node->getField("first"), &node->first);
 }
 
-// shows: KsClassRecord::getFieldData, KsFieldContainer::getFieldData, KsFieldData::getNumFields
+// shows: KsClassRecord::getFieldData
 TEST(ClassRecord, missesItsFieldDataWithAMessage)
 {
     KsNode::initClass();
@@ -607,7 +633,7 @@ TEST(ClassRecord, tellsOfANameThatTheBaseClassHas)
     node = new KsTestEcho; // said once
 }
 
-// shows: KsEnumData::nameOf
+// shows: KsEnumValue, KsEnumData::nameOf
 TEST(ClassRecord, isOutlivedByTheNamesOfAnEnum)
 {
     KsNode::initClass();
@@ -616,6 +642,7 @@ TEST(ClassRecord, isOutlivedByTheNamesOfAnEnum)
     const KsEnumData* names = lamp->color.getEnums();
     KsTestLamp::exitClass();
     EXPECT_EQ(names->nameOf(KsTestLamp::BLUE), "BLUE");
+    EXPECT_TRUE(names->nameOf(3).isEmpty());
     KsTestLamp::initClass();
     KsRef<KsTestLamp> later(new KsTestLamp);
     EXPECT_EQ(later->color.getEnums(), names);

@@ -191,7 +191,7 @@ TEST_F(BadInput, strayCharactersAreToldOneByOne)
               "1:8: met the character 0x01, expected a field of Cube or '}'\n");
 }
 
-// shows: KsInput::getErrors, KsInput::getNumFurtherErrors
+// shows: KsInput::getErrors
 TEST_F(BadInput, allErrorsOfAFileAreFoundInOneRun)
 {
     EXPECT_EQ(errorsOf("Group {\n"
@@ -233,6 +233,7 @@ TEST_F(BadInput, lineEndsOfAllKindsCount)
     }
 }
 
+// shows: KsInput::getNumFurtherErrors
 TEST_F(BadInput, onlySoManyErrorsAreKept)
 {
     std::string text;
@@ -293,7 +294,6 @@ protected:
     }
 };
 
-// shows: KsInput::isOpen
 TEST_F(BadFile, missing)
 {
     expectNotOpened((folder() / "no.arb").string(), "no.arb: the file is not found");
@@ -301,12 +301,15 @@ TEST_F(BadFile, missing)
     expectNotOpened("", "the file is not found");
 }
 
-// shows: KsInput::openFile, KsInput::hasErrors
+// shows: KsInput::openFile
 TEST_F(BadFile, missingIsNoErrorWhereItIsAllowed)
 {
     KsInput in;
     EXPECT_FALSE(in.openFile("no-such-file.arb", true));
     EXPECT_FALSE(in.hasErrors());
+    EXPECT_FALSE(in.isOpen());
+    ASSERT_TRUE(in.openFile(KbString(file("there.arb", ascii)), true));
+    EXPECT_TRUE(in.isOpen());
 }
 
 TEST_F(BadFile, empty)
@@ -345,7 +348,6 @@ TEST_F(BadFile, directoriesDevicesAndPipesAreRefusedAtOnce)
     expectNotOpened(pipe, "this is a device or a pipe, expected a file");
 }
 
-// shows: KsDB::parse
 TEST_F(BadFile, theLimitOfTheSize)
 {
     KsLimits::current().fileBytes = 40;
@@ -379,6 +381,8 @@ TEST_F(BadInput, setTellsItsErrors)
     ExpectedMessages messages("KsFieldContainer::set", "<buffer>:1:7: expected a number");
     EXPECT_FALSE(root->getChild(0)->set("width x height 3"));
     EXPECT_TRUE(root->getChild(0)->set("width 2"));
+    EXPECT_EQ(body(written(root)), "\nCube {\n    width 2\n    height 3\n}\n")
+        << "also what stood behind the error";
     messages.expect("KsFieldContainer::set", "expected a field of Cube");
     EXPECT_FALSE(root->getChild(0)->set("width 2 }"));
     EXPECT_TRUE(root->getChild(0)->set(nullptr));

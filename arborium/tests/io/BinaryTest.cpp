@@ -31,6 +31,12 @@ TEST_F(Binary, theFormIsFixed)
     const std::string width = word("width") + number(0x40000000) + number(0, 2);
     EXPECT_EQ(written(root, true), header + word("Group") + number(2, 2) + number(0) + number(1) +
                                        word("Cube") + number(0, 2) + number(1) + width);
+    KsOutput out;
+    out.writeWord("begun");
+    ExpectedMessages messages("KsOutput::setBinary", "cannot change within a file");
+    out.setBinary(true);
+    EXPECT_FALSE(out.isBinary());
+    EXPECT_EQ(out.getBuffer(), "begun");
 }
 
 TEST_F(Binary, version1EndsTheChildrenWithMinusOne)

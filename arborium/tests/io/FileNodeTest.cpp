@@ -138,6 +138,7 @@ TEST_F(FileNode, mayReadAnywhereWhereTheProgramTrustsItsFiles)
     EXPECT_TRUE(KsInput::isConfined());
     EXPECT_FALSE(readFile(far));
     KsInput::setConfined(false);
+    EXPECT_FALSE(KsInput::isConfined());
     EXPECT_TRUE(readFile(far)) << errors;
     EXPECT_TRUE(readFile(file("inner/other.arb", ascii + "File { name \"" + path + "\" }")))
         << errors;

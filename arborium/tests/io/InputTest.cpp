@@ -100,7 +100,7 @@ TEST_F(Input, aFieldOfSeveralValuesTakesBracketsOrOneValue)
     EXPECT_EQ(child<KsMaterial>(root, 3)->diffuseColor.getNum(), 1);
 }
 
-// shows: KsBase::getName
+// shows: KsDB::parse
 TEST_F(Input, sharesNodesByName)
 {
     const KsRef<KsSeparator> root = parse("DEF A Group { DEF B Cube { } USE B } USE A USE B");
@@ -169,7 +169,7 @@ TEST_F(Input, aBufferNeedsNoFirstLine)
     EXPECT_TRUE(root);
 }
 
-// shows: KsNodeList::get
+// shows: KsDB::read, KsNodeList::get
 TEST_F(Input, readsNodesOneByOne)
 {
     KsInput in;
@@ -187,7 +187,6 @@ TEST_F(Input, readsNodesOneByOne)
     EXPECT_EQ(node, nullptr);
 }
 
-// shows: KsDB::read
 TEST_F(Input, aNodeReadAloneOutlivesItsInput)
 {
     KsNode* node = nullptr;
@@ -201,7 +200,6 @@ TEST_F(Input, aNodeReadAloneOutlivesItsInput)
     EXPECT_EQ(held->getName(), "A");
 }
 
-// shows: KsRefCounter::ref
 TEST_F(Input, theRootComesWithoutAReference)
 {
     KsInput in;
@@ -214,7 +212,7 @@ TEST_F(Input, theRootComesWithoutAReference)
     root->unref();
 }
 
-// shows: KsInput, KsInput::addDirectoryFirst, KsInput::addDirectoryLast, KsInput::removeDirectory,
+// shows: KsInput, KsInput::openFile, KsInput::addDirectoryFirst, KsInput::addDirectoryLast, KsInput::removeDirectory,
 // KsInput::clearDirectories, KsInput::getDirectories, KsInput::getFileName
 TEST_F(Input, findsFilesInItsDirectoriesInOrder)
 {
@@ -227,6 +225,7 @@ TEST_F(Input, findsFilesInItsDirectoriesInOrder)
     KsInput::clearDirectories();
     EXPECT_EQ(KsInput::getDirectories().getLength(), 0);
     KsInput in;
+    EXPECT_FALSE(in.isOpen());
     EXPECT_FALSE(in.openFile("x.arb", true));
     KsInput::addDirectoryLast(KbString((folder() / "a").string()));
     KsInput::addDirectoryLast(KbString((folder() / "b").string()));
@@ -240,13 +239,18 @@ TEST_F(Input, findsFilesInItsDirectoriesInOrder)
     ASSERT_TRUE(in.openFile(KbString(here)));
     EXPECT_EQ(in.getFileName(), here);
     KsInput::removeDirectory(KbString((folder() / "b").string()));
+    KsInput::removeDirectory("no such directory");
+    ASSERT_EQ(KsInput::getDirectories().getLength(), 2) << "one of the two of the same name";
+    EXPECT_EQ(KsInput::getDirectories()[0], KbString((folder() / "a").string()));
+    KsInput::addDirectoryFirst("");
+    KsInput::addDirectoryLast("");
+    EXPECT_EQ(KsInput::getDirectories().getLength(), 2);
     KsInput::clearDirectories();
     for (const KbString& each : before) KsInput::addDirectoryLast(each);
     EXPECT_EQ(KsInput::getDirectories(), before);
 }
 
-// shows: KsInput::eof, KsInput::getPlace, KsInput::read, KsInput::readWord, KsInput::peekWord,
-// KsInput::peekChar, KsInput::takeChar
+// shows: KsInput::getPlace
 TEST_F(Input, nodesOfAFileCanBeSetFromTextAndTellTheirPlace)
 {
     KsInput in;
@@ -294,7 +298,7 @@ TEST_F(Input, refusesWrongConnections)
               "1:24: expected a node's name and a field, as in \"Name.field\", met \"A\"\n");
 }
 
-// shows: KsDB::init, KsDB::finish, KsDB::isInitialized, KsDB::getInitCount
+// shows: KsDB::init, KsDB::finish, KsDB::isInitialized, KsDB::getInitCount, KsDB::readAll
 TEST(Database, initNests)
 {
     EXPECT_FALSE(KsDB::isInitialized());
@@ -312,7 +316,8 @@ TEST(Database, initNests)
     KsInput in;
     in.setBuffer("Cube { width 2 }", 16);
     const KsRef<KsSeparator> root(KsDB::readAll(&in));
-    EXPECT_TRUE(root);
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->getNumChildren(), 1);
 }
 
 TEST_F(Input, withoutAFileThereIsAMessage)

@@ -81,7 +81,6 @@ TEST_F(ReadLimits, visitsOfSharedNodes)
                 "are more than the limit of 5 visits\n");
 }
 
-// shows: KsReadError::toString
 TEST_F(ReadLimits, bytesOfAString)
 {
     KsLimits::current().stringBytes = 8;

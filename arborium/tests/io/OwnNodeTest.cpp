@@ -6,6 +6,7 @@
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsSphere.h>
 
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -137,8 +138,8 @@ private:
 
 } // namespace
 
-// shows: KsBase::read, KsBase::isGroup, KsBase::addWriteReference, KsBase::shouldWrite,
-// KsBase::hasMultipleWriteRefs, KsBase::writeHeader, KsBase::writeFooter, KsBase::readInstance,
+// shows: KsBase::read, KsBase::isGroup, KsBase::addWriteReference,
+// KsBase::writeHeader, KsBase::writeFooter, KsBase::readInstance,
 // KsInput::isBinary, KsInput::readCount, KsInput::expectChar, KsInput::takeChar, KsInput::read,
 // KsInput::readWord, KsOutput::isBinary, KsOutput::getStage, KsOutput::write,
 // KsOutput::writeWord, KsOutput::writeChar
@@ -173,12 +174,13 @@ TEST_F(OwnNode, recordsItsOwnErrorsAtTheirPlaces)
 }
 
 // shows: KsInput::peekChar, KsInput::peekWord, KsInput::describeNext, KsInput::skipBraces,
-// KsInput::skipValue, KsInput::getBytesLeft, KsInput::getVersion, KsInput::eof
+// KsInput::skipValue, KsInput::getBytesLeft, KsInput::isOpen, KsInput::eof
 TEST_F(OwnNode, seesWhatFollowsAndSkipsIt)
 {
     KsInput& in = inputOf("# a comment\n  lamp { a \"}\" { } } [ 1, 2 ] end");
-    EXPECT_EQ(in.getVersion(), 2.1f);
-    EXPECT_FALSE(in.isBinary());
+    EXPECT_TRUE(in.isOpen());
+    EXPECT_EQ(in.getBytesLeft(), 45u);
+    EXPECT_FALSE(in.eof());
     EXPECT_EQ(in.peekChar(), 'l');
     KbName word;
     EXPECT_TRUE(in.peekWord(word));
@@ -213,36 +215,48 @@ TEST_F(OwnNode, mayBeGivenToAFileFromOutside)
     in.closeFile();
 }
 
-// shows: KsInput::closeFile, KsInput::postErrors, KsReadError::toString
-TEST_F(OwnNode, errorsArePostedOnDemandAndGoneWithTheFile)
+// shows: KsInput::closeFile, KsInput::isOpen, KsInput::hasErrors, KsInput::postErrors,
+// KsReadError::toString
+TEST_F(OwnNode, errorsArePostedOnDemandAndGoneWithTheNextFile)
 {
     KsInput& in = inputOf("Cubb { }");
     EXPECT_EQ(KsDB::parse(&in), nullptr);
+    EXPECT_TRUE(in.hasErrors());
     ASSERT_EQ(in.getErrors().size(), 1u);
     EXPECT_EQ(in.getErrors()[0].toString().rfind("<buffer>:1:1: ", 0), 0u);
+    EXPECT_TRUE(in.isOpen());
     {
         ExpectedMessages messages("Here", "Cubb");
         in.postErrors("Here");
     }
     in.closeFile();
     EXPECT_FALSE(in.isOpen());
+    EXPECT_TRUE(in.hasErrors()) << "they stay until the next one is opened";
     inputOf("Cube { }");
+    EXPECT_FALSE(in.hasErrors());
     const KsRef<KsSeparator> root(KsDB::parse(&in));
     EXPECT_TRUE(root);
 }
 
-// shows: KsOutput::setStage, KsOutput::addReference, KsOutput::getReferenceCount,
-// KsOutput::findName, KsOutput::makeName
+// shows: KsBase::shouldWrite, KsBase::hasMultipleWriteRefs, KsOutput::getStage,
+// KsOutput::setStage, KsOutput::addReference, KsOutput::getReferenceCount, KsOutput::findName,
+// KsOutput::makeName
 TEST_F(OwnNode, isCountedAndNamedByTheOutput)
 {
     const KsRef<KsCube> a(new KsCube), b(new KsCube);
     a->setName("Box");
     b->setName("Box");
     KsOutput out;
+    EXPECT_EQ(out.getStage(), KsOutput::WRITE);
     out.setStage(KsOutput::COUNT_REFS);
     EXPECT_EQ(out.getStage(), KsOutput::COUNT_REFS);
     EXPECT_EQ(out.addReference(a), 1);
+    EXPECT_TRUE(a->shouldWrite(&out));
+    EXPECT_FALSE(a->hasMultipleWriteRefs(&out));
     EXPECT_EQ(out.addReference(a), 2);
+    EXPECT_EQ(out.addReference(nullptr), 0);
+    EXPECT_FALSE(a->shouldWrite(nullptr));
+    EXPECT_FALSE(a->hasMultipleWriteRefs(nullptr));
     EXPECT_EQ(out.getReferenceCount(a), 2);
     EXPECT_EQ(out.getReferenceCount(b), 0);
     EXPECT_FALSE(b->shouldWrite(&out));
@@ -250,7 +264,10 @@ TEST_F(OwnNode, isCountedAndNamedByTheOutput)
     EXPECT_TRUE(out.findName(a).isEmpty()) << "not written yet";
     out.setStage(KsOutput::WRITE);
     EXPECT_EQ(out.makeName(a), "Box");
-    EXPECT_NE(out.makeName(b), "Box") << "one name for one node";
+    EXPECT_EQ(out.makeName(b), "Box+0") << "one name for one node";
+    EXPECT_EQ(out.makeName(b), "Box+0");
+    EXPECT_TRUE(out.makeName(nullptr).isEmpty());
+    EXPECT_TRUE(out.findName(nullptr).isEmpty());
     EXPECT_FALSE(a->writeHeader(&out, false));
     a->writeFooter(&out);
     EXPECT_EQ(out.findName(a), "Box");
@@ -305,6 +322,78 @@ TEST_F(OwnNode, mayAskWhetherTheOutputKeepsAnotherProcessInStep)
     KsOutputImpl::setSynchronizing(&out, true);
     EXPECT_TRUE(KsOutputImpl::isSynchronizing(&out));
     EXPECT_FALSE(KsOutputImpl::isSynchronizing(nullptr));
+    KsOutputImpl::setSynchronizing(nullptr, true); // does nothing
+}
+
+// shows: KsInput::read, KsInput::isBinary, KsInput::getVersion, KsOutput::write,
+// KsOutput::writeWord, KsOutput::setBinary, KsOutput::isBinary, KsOutput::getBuffer
+TEST_F(OwnNode, mayHoldValuesOfEachType)
+{
+    for (const bool binary : {false, true}) {
+        KsOutput out;
+        out.setBinary(binary);
+        EXPECT_EQ(out.isBinary(), binary);
+        out.write(std::int32_t(-5));
+        out.write(std::uint32_t(4000000000u));
+        out.write(static_cast<unsigned short>(65535));
+        out.write(0.1f);
+        out.write(0.1);
+        if (binary)
+            out.write(std::int32_t(1));
+        else
+            out.writeWord("TRUE");
+        out.write(KbString("a \"b\""));
+        out.write(KbString("Name"));
+        out.writeWord(binary ? "word" : "70000");
+        if (!binary) {
+            EXPECT_EQ(out.getBuffer(),
+                      "-5 4000000000 65535 0.1 0.1 TRUE \"a \\\"b\\\"\" \"Name\" 70000");
+        }
+
+        KsInput in;
+        const std::string head = binary ? "#Arborium V1.0 binary\n" : "#Arborium V2.0 ascii\n";
+        const std::string text = head + out.getBuffer();
+        in.setBuffer(text.data(), text.size());
+        EXPECT_EQ(in.isBinary(), binary);
+        EXPECT_EQ(in.getVersion(), binary ? 1.0f : 2.0f);
+        std::int32_t whole = 0;
+        std::uint32_t large = 0;
+        unsigned short small = 0;
+        float number = 0;
+        double exact = 0;
+        bool flag = false;
+        KbString string;
+        KbName name;
+        EXPECT_TRUE(in.read(whole) && in.read(large) && in.read(small) && in.read(number) &&
+                    in.read(exact) && in.read(flag) && in.read(string) && in.read(name));
+        EXPECT_EQ(whole, -5);
+        EXPECT_EQ(large, 4000000000u);
+        EXPECT_EQ(small, 65535);
+        EXPECT_EQ(number, 0.1f);
+        EXPECT_EQ(exact, 0.1);
+        EXPECT_TRUE(flag);
+        EXPECT_EQ(string, "a \"b\"");
+        EXPECT_EQ(name, "Name");
+        EXPECT_FALSE(in.hasErrors());
+        if (binary) {
+            EXPECT_EQ(in.peekChar(), '\0') << "a binary file has no characters";
+            EXPECT_TRUE(in.readWord(name));
+            EXPECT_EQ(name, "word");
+        } else {
+            EXPECT_FALSE(in.read(small)) << "beyond its range";
+            EXPECT_EQ(small, 65535);
+            EXPECT_TRUE(in.hasErrors());
+        }
+    }
+    KsOutput out;
+    out.write(std::numeric_limits<double>::infinity());
+    out.write(-std::numeric_limits<double>::infinity());
+    out.write(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(out.getBuffer(), "1.7976931348623157e+308 -1.7976931348623157e+308 0");
+    // Without a first line.
+    const KsInput& plain = inputOf("1");
+    EXPECT_FALSE(plain.isBinary());
+    EXPECT_EQ(plain.getVersion(), 2.1f);
 }
 
 // shows: KsGroup::readChildren

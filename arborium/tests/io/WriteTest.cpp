@@ -220,7 +220,6 @@ TEST_F(Write, utf8IsUsedWhereLatin1DoesNotSuffice)
     expectKept(utf8);
 }
 
-// shows: ksCast
 TEST_F(Write, stringsOfAllCharactersComeBack)
 {
     std::string bytes;
@@ -246,7 +245,6 @@ TEST_F(Write, stringsOfAllCharactersComeBack)
     }
 }
 
-// shows: KbVecBase::getValue
 TEST_F(Write, floatsComeBackToTheBit)
 {
     std::mt19937 random(7);
@@ -270,7 +268,7 @@ TEST_F(Write, floatsComeBackToTheBit)
     }
 }
 
-// shows: KsField::writeValue, KsSFRotation, KsSFPlane
+// shows: KsField::readValue, KsField::writeValue
 TEST_F(Write, rotationsAndPlanesAreStableWhateverTheyAre)
 {
     std::mt19937 random(11);
@@ -408,9 +406,7 @@ private:
 
 } // namespace
 
-// shows: KsType::forEach, KsField::isSame, KsMFString, KsMFFloat, KsMFInt32, KsMFColor, KsMFVec2f,
-// KsMFVec3f, KsSFBool, KsSFFloat, KsSFInt32, KsSFString, KsSFFilePathString, KsSFName,
-// KsSFRotation, KsSFMatrix, KsSFPlane, KsSFBitMask
+// shows: KsType::forEach, KsField::isSame, KsField::readValue, KsField::writeValue
 TEST_F(Write, everyFieldOfEveryClassComesBackInBothForms)
 {
     std::vector<KsType> types;
@@ -468,7 +464,7 @@ BaseKit {
 
 // ---- files ------------------------------------------------------------------------------------
 
-// shows: KsOutput::closeFile
+// shows: KsOutput, KsOutput::openFile, KsOutput::closeFile
 TEST_F(Write, writesAFileInOneStep)
 {
     const std::string path = file("out.arb", "the old content");
@@ -480,8 +476,18 @@ TEST_F(Write, writesAFileInOneStep)
     ASSERT_EQ(KbFileHelper::readWholeFile(KbString(path), 1000, content), KbFileHelper::Status::Ok);
     EXPECT_EQ(content, "the old content");
     EXPECT_TRUE(action.getOutput()->closeFile());
+    EXPECT_TRUE(action.getOutput()->closeFile()) << "none is open";
     ASSERT_EQ(KbFileHelper::readWholeFile(KbString(path), 1000, content), KbFileHelper::Status::Ok);
     EXPECT_EQ(content, written(root));
+    {
+        KsOutput out; // writes its file at its end
+        ASSERT_TRUE(out.openFile(KbString(path)));
+    }
+    ASSERT_EQ(KbFileHelper::readWholeFile(KbString(path), 1000, content), KbFileHelper::Status::Ok);
+    EXPECT_EQ(content, ascii);
+    ASSERT_TRUE(action.getOutput()->openFile(KbString(path)));
+    action.apply(root);
+    ASSERT_TRUE(action.getOutput()->closeFile());
     KsInput in;
     ASSERT_TRUE(in.openFile(KbString(path)));
     const KsRef<KsSeparator> again(KsDB::readAll(&in));
@@ -489,7 +495,6 @@ TEST_F(Write, writesAFileInOneStep)
     EXPECT_EQ(written(again), written(root));
 }
 
-// shows: KsOutput, KsOutput::openFile
 TEST_F(Write, refusesWhatCannotBeWritten)
 {
     ExpectedMessages messages;

@@ -65,9 +65,11 @@ protected:
 };
 } // namespace
 
-// shows: KsDataSensor::getTriggerField, KsFieldSensor
+// shows: KsDataSensor::getTriggerField, KsDataSensor::getTriggerNode, KsFieldSensor,
+// KsFieldSensor::attach, KsFieldSensor::getAttachedField
 TEST_F(Sensors, ofPriority0FireInsideTheChange)
 {
+    EXPECT_EQ(FieldProbe().getAttachedField(), nullptr);
     FieldProbe probe([&](FieldProbe& self) {
         EXPECT_EQ(node->count.getValue(), 7);
         EXPECT_EQ(self.getTriggerField(), &node->count);
@@ -81,9 +83,17 @@ TEST_F(Sensors, ofPriority0FireInsideTheChange)
     node->other = 7;
     EXPECT_EQ(probe.calls, 1);
     EXPECT_FALSE(probe.isScheduled());
+    probe.action = {};
+    probe.attach(&node->other); // instead
+    node->count = 8;
+    EXPECT_EQ(probe.calls, 1);
+    node->other = 8;
+    EXPECT_EQ(probe.calls, 2);
+    probe.attach(nullptr);
+    EXPECT_EQ(probe.getAttachedField(), nullptr);
 }
 
-// shows: KsSensor::isScheduled
+// shows: KsSensor::isScheduled, KsFieldSensor::detach, KsSensorManager::isDelayQueueEmpty
 TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
 {
     FieldProbe probe({}, 100);
@@ -92,6 +102,7 @@ TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
     node->count = 2;
     EXPECT_EQ(probe.calls, 0);
     EXPECT_TRUE(probe.isScheduled());
+    EXPECT_FALSE(KsSensorManager::isDelayQueueEmpty());
     EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
     EXPECT_EQ(probe.calls, 1);
     EXPECT_FALSE(probe.isScheduled());
@@ -99,6 +110,11 @@ TEST_F(Sensors, ofOtherPrioritiesWaitInTheQueue)
     node->count = 3;
     probe.detach();
     EXPECT_EQ(KsSensorManager::processDelayQueue(), 0);
+    {
+        QueueProbe shortLived({}, 5);
+        shortLived.schedule();
+    }
+    EXPECT_TRUE(KsSensorManager::isDelayQueueEmpty()) << "a sensor that is deleted waits no more";
 }
 
 // shows: KsSensor::schedule, KsDelayQueueSensor::setPriority
@@ -119,8 +135,7 @@ TEST_F(Sensors, ofTheQueueRunByPriorityAndThenInOrder)
     EXPECT_EQ(order, "dbac");
 }
 
-// shows: KsSensor::unschedule, KsSensorManager::processDelayQueue,
-// KsSensorManager::isDelayQueueEmpty
+// shows: KsSensor::unschedule, KsSensorManager::processDelayQueue
 TEST_F(Sensors, scheduledWhileTheQueueRunsWaitForTheNextTime)
 {
     int rounds = 0;
@@ -172,7 +187,6 @@ TEST_F(Sensors, tellTheEventLoopWhenTheQueueGetsItsFirst)
     KsSensorManager::setChangedCallback(nullptr, nullptr);
 }
 
-// shows: KsFieldSensor::detach
 TEST_F(Sensors, mayDetachThemselves)
 {
     FieldProbe once([](FieldProbe& self) { self.detach(); });
@@ -187,7 +201,6 @@ TEST_F(Sensors, mayDetachThemselves)
     EXPECT_FALSE(node->count.hasListeners());
 }
 
-// shows: KsFieldSensor::attach
 TEST_F(Sensors, mayDetachAndAttachThemselvesInsideTheCallback)
 {
     FieldProbe probe([this](FieldProbe& self) {
@@ -218,7 +231,6 @@ TEST_F(Sensors, mayDeleteThemselvesAndEachOther)
     EXPECT_FALSE(node->count.hasListeners());
 }
 
-// shows: KsFieldSensor::getAttachedField
 TEST_F(Sensors, mayReleaseTheNodeThatTheyWatch)
 {
     FieldProbe probe([this](FieldProbe&) { node.reset(); });
@@ -253,6 +265,7 @@ TEST_F(Sensors, thatComeDuringTheNotificationHearTheNextOne)
     EXPECT_EQ(late.calls, 1);
 }
 
+// shows: KsFieldContainer::enableNotify
 TEST_F(Sensors, hearNothingWhileTheNotificationIsOff)
 {
     FieldProbe probe;
@@ -265,7 +278,7 @@ TEST_F(Sensors, hearNothingWhileTheNotificationIsOff)
     EXPECT_EQ(probe.calls, 1);
 }
 
-// shows: KsDataSensor::getTriggerNode
+// shows: KsNodeSensor, KsNodeSensor::attach
 TEST_F(Sensors, ofANodeHearWhatChangesBelowIt)
 {
     KsRef<KsGroup> root(new KsGroup);
@@ -280,9 +293,13 @@ TEST_F(Sensors, ofANodeHearWhatChangesBelowIt)
     };
     node->count = 1;
     EXPECT_EQ(probe.calls, 1);
-    probe.action = {};
+    probe.action = [&](NodeProbe& self) {
+        EXPECT_EQ(self.getTriggerField(), nullptr) << "no field has changed";
+        EXPECT_EQ(self.getTriggerNode(), inner.get());
+    };
     inner->removeChild(node.get());
     EXPECT_EQ(probe.calls, 2);
+    probe.action = {};
     node->count = 2;
     EXPECT_EQ(probe.calls, 2);
     root->touch();
@@ -327,7 +344,7 @@ TEST_F(Sensors, ofANodeHearAChangeOnceHoweverManyWaysLeadToIt)
     EXPECT_EQ(probe.calls, 1);
 }
 
-// shows: KsNodeSensor::attach, KsNodeSensor::getAttachedNode
+// shows: KsNodeSensor::getAttachedNode
 TEST_F(Sensors, ofANodeLeaveItWhenItDies)
 {
     NodeProbe probe;
@@ -398,7 +415,8 @@ TEST_F(Sensors, thatAreSilencedMayGoWithTheirNode)
     EXPECT_EQ(probe->getAttachedField(), nullptr);
 }
 
-// shows: KsSensor::setData, KsSensor::getData, KsSensor::getFunction, KsSensor::trigger
+// shows: KsOneShotSensor, KsSensor::setFunction, KsSensor::setData, KsSensor::getData,
+// KsSensor::getFunction, KsSensor::trigger
 TEST_F(Sensors, areTriggeredByHandWithTheirData)
 {
     int heard = 0;
@@ -412,25 +430,34 @@ TEST_F(Sensors, areTriggeredByHandWithTheirData)
     sensor.trigger();
     EXPECT_EQ(heard, 1);
     EXPECT_FALSE(sensor.isScheduled());
+    sensor.schedule();
+    sensor.trigger(); // also while it waits
+    EXPECT_EQ(heard, 2);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
+    EXPECT_EQ(KsSensorManager::processDelayQueue(), 0) << "once";
+    EXPECT_EQ(heard, 3);
 }
 
-// shows: KsDelayQueueSensor, KsDelayQueueSensor::getPriority
+// shows: KsDelayQueueSensor, KsDelayQueueSensor::setPriority, KsDelayQueueSensor::getPriority
 TEST_F(Sensors, haveAPriorityThatMayChangeWhileTheyWait)
 {
     std::string order;
     QueueProbe a([&](QueueProbe&) { order += "a"; }, KsDelayQueueSensor::defaultPriority);
     QueueProbe b([&](QueueProbe&) { order += "b"; }, 50);
     EXPECT_EQ(a.getPriority(), 100u);
+    EXPECT_EQ(KsDelayQueueSensor(nullptr, nullptr).getPriority(), 100u);
     a.schedule();
     b.schedule();
-    a.setPriority(0); // no longer waits
+    a.setPriority(0); // still waits, as the first
+    EXPECT_EQ(a.getPriority(), 0u);
+    EXPECT_EQ(order, "");
     KsSensorManager::processDelayQueue();
     EXPECT_EQ(order, "ab");
     a.schedule();
     EXPECT_EQ(order, "aba");
 }
 
-// shows: KsNodeSensor, KsNodeSensor::detach
+// shows: KsNodeSensor::detach
 TEST_F(Sensors, ofANodeHearNothingOnceTheyAreDetached)
 {
     NodeProbe probe;
@@ -441,6 +468,13 @@ TEST_F(Sensors, ofANodeHearNothingOnceTheyAreDetached)
     node->count = 2;
     probe.detach();
     EXPECT_EQ(probe.calls, 1);
+    KsRef<KsTestCounter> second(new KsTestCounter);
+    probe.attach(node.get());
+    probe.attach(second.get()); // instead
+    node->count = 3;
+    EXPECT_EQ(probe.calls, 1);
+    second->count = 3;
+    EXPECT_EQ(probe.calls, 2);
 }
 
 namespace {
@@ -473,6 +507,7 @@ TEST_F(Sensors, tellWhetherTheyAreSilenced)
 {
     FieldProbe probe;
     probe.attach(&node->count);
+    EXPECT_FALSE(probe.isSilenced());
     {
         const KsSensorSilencer silencer(&probe);
         EXPECT_TRUE(probe.isSilenced());
