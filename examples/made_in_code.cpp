@@ -1,11 +1,14 @@
 // A dialog made in code, shown as a window and as a panel in a scene at once. One control has a
-// listener of its own; another listener hears of all the others.
+// listener of its own; another listener hears of all the others. The window holds a widget of the
+// program.
 
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/qt/KsQtViewer.h>
 #include <formweave/formweave.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <QLayout>
 #include <iostream>
 #include <memory>
 
@@ -47,10 +50,15 @@ KsTopLevelDialog* makeDialog(KsDialogIntegerSliderAuditor* quality)
     button->buttonLabel = "Export";
     button->auditorID = "export";
 
+    auto* preview = new KsDialogCustom;
+    preview->auditorID = "preview";
+    preview->minHeight = 80;
+
     auto* dialog = new KsTopLevelDialog;
     dialog->label = "Export";
     dialog->addChild(format);
     dialog->addChild(slider);
+    dialog->addChild(preview);
     dialog->addChild(button);
     return dialog;
 }
@@ -75,6 +83,10 @@ int main(int argc, char** argv)
 
         const KsRef<KsSeparator> scene(new KsSeparator);
         scene->addChild(dialog);
+
+        auto* preview = ksCast<KsDialogCustom>(dialog->searchForAuditorId("preview"));
+        preview->getWidget()->layout()->addWidget(new QLabel("a widget of one's own"));
+
         KsQtViewer viewer;
         viewer.setSceneGraph(scene);
         viewer.show();

@@ -5,7 +5,8 @@
 class QFrame;
 
 /// Room for an application's own widget: an empty frame, into whose layout the application puts what
-/// it likes. The frame stays the same over any number of builds. In a scene nothing is shown.
+/// it likes. The frame stays the same over any number of builds. The `label` is shown in neither
+/// presentation; in a scene there is an empty frame.
 class FORMWEAVE_API KsDialogCustom : public KsDialogComponent {
     KS_KIT_HEADER(KsDialogCustom);
 

@@ -17,9 +17,11 @@ public:
     static bool isInitialized();
     static int getInitCount();
 
-    /// All that the input holds, below one separator without a reference. Null after any error, and
-    /// for null or an input without a file; the errors are posted, each once, and nothing of what
-    /// was read stays behind.
+    /// All that the input holds, below one separator without a reference, also where it holds a
+    /// single node. Null after any error, and for null or an input without a file; the errors are
+    /// posted, each once, and nothing of what was read stays behind. Where the separator is all that
+    /// is written, and nothing was set on it, only its children are; a copy of it is a separator like
+    /// any other.
     static KsSeparator* readAll(KsInput* in);
     /// As `readAll`, but posts nothing: the errors stand in `in->getErrors()`.
     static KsSeparator* parse(KsInput* in);

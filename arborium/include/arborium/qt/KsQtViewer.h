@@ -16,8 +16,8 @@ class QImage;
 ///
 /// In pick mode, the default, input goes to the scene. In view mode it moves the camera: the left
 /// button turns, the middle one (or left with Shift) shifts, the right one and the wheel go nearer
-/// and farther, Home shows all, and S lets the next click seek what it meets. Escape, unless the scene handled it, switches between the modes; the
-/// wheel zooms in pick mode too unless the scene handled it, as do two fingers.
+/// and farther, Home shows all, and S lets the next click seek what it meets. Escape switches between
+/// the modes, and the wheel and two fingers zoom in pick mode too, unless the scene handled it.
 ///
 /// A scene without a camera gets one that shows all of it from the front, a scene without lights is
 /// lit from the eye. A frame is drawn only when something changed; nothing runs in between.
