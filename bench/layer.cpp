@@ -384,11 +384,44 @@ BENCHMARK(frameOneMoved)->Unit(benchmark::kMicrosecond);
 void frameOneMaterialDrawn(benchmark::State& state) { measureFrame(state, true, changeMaterial); }
 BENCHMARK(frameOneMaterialDrawn)->Unit(benchmark::kMillisecond);
 
+/// The list of draws for a camera that moves over so many siblings and sees a hundredth of them.
+void drawListOfPart(benchmark::State& state)
+{
+    const KbViewportRegion viewport(1000, 1000);
+    const Tree tree(static_cast<int>(state.range(0)), 1 << 30);
+    auto* camera = new KsOrthographicCamera;
+    tree.root->insertChild(camera, 0);
+    camera->viewAll(tree.root.get(), viewport);
+    camera->height = camera->height.getValue() / 10;
+    const KbVec3f center = camera->position;
+    KsGetBoundingBoxAction measure(viewport);
+    KsRenderAction render(viewport);
+    float i = 0;
+    for (auto _ : state) {
+        i += 1;
+        camera->position = center + KbVec3f(40 * std::sin(i), 40 * std::cos(i), 0);
+        measure.apply(tree.root.get());
+        render.apply(tree.root.get());
+    }
+    state.counters["draws"] = static_cast<double>(render.getDrawList().draws.size());
+}
+BENCHMARK(drawListOfPart)->Arg(10000)->Unit(benchmark::kMicrosecond);
+
 // ---- picks ----------------------------------------------------------------------------------
 
-void measurePick(benchmark::State& state, int fanOut)
+void measurePick(benchmark::State& state, int fanOut, bool shuffled = false)
 {
     const Tree tree(static_cast<int>(state.range(0)), fanOut);
+    if (shuffled) {
+        std::mt19937 random(1);
+        for (std::size_t i = tree.places.size() - 1; i > 0; --i) {
+            KsSFVec3f& a = tree.places[i]->translation;
+            KsSFVec3f& b = tree.places[random() % (i + 1)]->translation;
+            const KbVec3f place = a;
+            a = b.getValue();
+            b = place;
+        }
+    }
     const KbViewportRegion viewport(1000, 1000);
     auto* camera = new KsOrthographicCamera;
     tree.root->insertChild(camera, 0);
@@ -411,6 +444,9 @@ void pick(benchmark::State& state) { measurePick(state, 10); }
 BENCHMARK(pick)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
 void pickFlat(benchmark::State& state) { measurePick(state, 1 << 30); }
 BENCHMARK(pickFlat)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+/// Where their order has nothing to do with their places.
+void pickFlatShuffled(benchmark::State& state) { measurePick(state, 1 << 30, true); }
+BENCHMARK(pickFlatShuffled)->Arg(10000)->Unit(benchmark::kMicrosecond);
 
 // ---- children and names ---------------------------------------------------------------------
 

@@ -114,6 +114,8 @@ void KsAction::run(KsNode* root, const KsPath* path)
     m_curPath.truncate(0); // holds no node beyond the traversal
 }
 
+bool KsAction::passBy(const KbBox3f&) { return false; }
+
 void KsAction::beginTraversal(KsNode* root)
 {
     if (root) traverse(root, -1);

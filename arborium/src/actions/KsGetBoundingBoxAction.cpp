@@ -54,6 +54,23 @@ void KsGetBoundingBoxAction::extendBy(const KbBox3f& localBox)
     extendByRootBox(box);
 }
 
+bool KsGetBoundingBoxAction::passBy(const KbBox3f& box)
+{
+    KbBox3f all(box);
+    const KbMatrix& matrix = m_state->modelMatrix.get();
+    if (!matrix.isIdentity()) {
+        // What is around boxes that were turned is less than a turned box around them.
+        for (int i = 0; i < 12; ++i)
+            if (i % 5 != 0 && matrix[i / 4][i % 4] != 0) return false;
+        if (matrix[3][3] != 1) return false;
+        all.transform(matrix);
+    }
+    // One of them alone may be beyond all numbers.
+    if (!all.isEmpty() && (!all.getMin().isFinite() || !all.getMax().isFinite())) return false;
+    extendByRootBox(all);
+    return true;
+}
+
 void KsGetBoundingBoxAction::extendByRootBox(const KbBox3f& box)
 {
     // One number that is none would spoil each box above.

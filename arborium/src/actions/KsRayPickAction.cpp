@@ -116,6 +116,18 @@ struct KsRayPickAction::Impl {
     {
         return std::max(0.0f, reach + reachGrowth * std::max(distance, 0.0f));
     }
+    float distanceOf(const KbVec3f& place) const
+    {
+        return (place - worldRay.getPosition()).dot(worldRay.getDirection());
+    }
+    /// Whether the ray comes as near as `margin` to a box in world space.
+    bool meets(const KbBox3f& box, float margin, KbVec3f& enter) const
+    {
+        const KbVec3f wider(margin, margin, margin);
+        KbVec3f exit;
+        return worldRay.intersect(KbBox3f(box.getMin() - wider, box.getMax() + wider), enter, exit,
+                                  from >= 0);
+    }
     void sort()
     {
         if (sorted.size() == points.size()) return;
@@ -270,17 +282,29 @@ bool KsRayPickAction::intersectBox(const KbBox3f& box)
     if (!world.getMin().isFinite() || !world.getMax().isFinite()) return false;
 
     // Lines and points are hit from beside too: as far as the ray reaches behind the box.
-    const KbVec3f half = world.getSize() * 0.5f;
-    const KbVec3f& start = impl.worldRay.getPosition();
-    const float toCenter = (world.getCenter() - start).dot(impl.worldRay.getDirection());
-    const float reach = impl.reachAt(toCenter + half.length());
-    const KbVec3f margin(reach, reach, reach);
-    world.setBounds(world.getMin() - margin, world.getMax() + margin);
+    const float behind = impl.distanceOf(world.getCenter()) + (world.getSize() * 0.5f).length();
+    KbVec3f enter;
+    if (!impl.meets(world, impl.reachAt(behind), enter)) return false;
+    return m_pickAll || impl.points.empty() ||
+           impl.distanceOf(enter) <= impl.points[0]->getDistance();
+}
 
-    KbVec3f enter, exit;
-    if (!impl.worldRay.intersect(world, enter, exit, impl.from >= 0)) return false;
-    const float nearest = (enter - start).dot(impl.worldRay.getDirection());
-    return m_pickAll || impl.points.empty() || nearest <= impl.points[0]->getDistance();
+bool KsRayPickAction::passBy(const KbBox3f& box)
+{
+    // Of what is passed by, `intersectBox` of each must be FALSE, to the last bit.
+    if (!m_hasRay) return false;
+    if (box.isEmpty()) return true;
+    const Impl& impl = *m_impl;
+    const KbMatrix& matrix = m_state->modelMatrix.get();
+    KbBox3f world(box);
+    world.transform(matrix);
+    const KbVec3f center = world.getCenter();
+    // Farther than what the ray has to reach for any box within this one.
+    const float behind = impl.distanceOf(center) + world.getSize().length() +
+                         1e-5f * (center.length() + impl.worldRay.getPosition().length());
+    if (!matrix.isAffine() || !std::isfinite(behind)) return false;
+    KbVec3f enter;
+    return !impl.meets(world, std::max(impl.reachAt(behind), impl.reachAt(0)), enter);
 }
 
 KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,

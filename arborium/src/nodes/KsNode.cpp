@@ -3,7 +3,7 @@
 #include <arborium/actions/KsActions.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/io/KsOutput.h>
-#include <arborium/nodes/KsNodeList.h>
+#include <arborium/nodes/KsChildList.h>
 #include <arborium/sensors/KsSensor.h>
 
 #include "base/ListenerList.h"
@@ -215,7 +215,10 @@ void KsNode::markChanged()
             !node->m_watchers->observers.isEmpty())
             observed.push_back(node);
         node->m_stale = StaleAll;
-        node->forEachParent([&waiting](KsNode* parent) { waiting.push_back(parent); });
+        node->forEachParent([&waiting, node](KsNode* parent) {
+            if (KsChildList* siblings = parent->getChildren()) siblings->childMarked(node);
+            waiting.push_back(parent);
+        });
     }
     if (observed.empty()) return;
     std::deque<KsKeepAlive> keep;

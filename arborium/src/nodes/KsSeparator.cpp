@@ -29,7 +29,8 @@ void KsSeparator::GLRender(KsRenderAction* action)
     if (action->isNodeChanged() || !m_drawVersion) m_drawVersion = ++s_lastVersion;
     if (action->reuse(this, m_drawVersion)) return;
     // A camera in it has to be met, wherever the rest is.
-    if (m_boxKept && !m_holdsCamera && !isStale(StaleBox) && action->isOutOfView(m_box)) return;
+    const KbBox3f* box = getKeptBox();
+    if (box && !m_holdsCamera && action->isOutOfView(*box)) return;
     const KsRenderAction::Recording recording(action, this, m_drawVersion);
     doAction(action);
 }
@@ -77,6 +78,6 @@ void KsSeparator::getMatrix(KsGetMatrixAction* action)
 
 void KsSeparator::rayPick(KsRayPickAction* action)
 {
-    const bool usable = m_boxKept && !isStale(StaleBox) && action->hasRay();
-    if (!usable || action->intersectBox(m_box)) doAction(action);
+    const KbBox3f* box = getKeptBox();
+    if (!box || !action->hasRay() || action->intersectBox(*box)) doAction(action);
 }

@@ -23,6 +23,7 @@ void TestShape::getBoundingBox(KsGetBoundingBoxAction* action)
 void TestShape::rayPick(KsRayPickAction* action)
 {
     ++pickVisits;
+    if (duringPick) duringPick();
     if (action->intersectBox(box())) action->addBoxIntersection(box());
 }
 

@@ -19,6 +19,7 @@ public:
     int pickVisits = 0;
     int renderVisits = 0;
     std::function<void()> duringBox; ///< Called in the middle of a bounding-box visit.
+    std::function<void()> duringPick;
 
     KbBox3f box() const
     {

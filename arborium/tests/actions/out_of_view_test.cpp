@@ -168,6 +168,33 @@ TEST_F(OutOfView, aCameraInAGroupOutOfViewIsMet)
     }
 }
 
+TEST_F(OutOfView, ofALongRowMostAreNotVisited)
+{
+    auto* camera = addCamera(root.get(), 0);
+    addRow(10000);
+    const auto visits = [this] {
+        const long before = render.getNumVisits();
+        frame();
+        return render.getNumVisits() - before;
+    };
+    visits();
+    std::mt19937 random(11);
+    for (int i = 0; i < 20; ++i) {
+        const auto at = random() % places.size();
+        camera->position = KbVec3f(100.0f * static_cast<float>(at), 0, 50);
+        EXPECT_LE(visits(), 500);
+        EXPECT_GE(render.getDrawList().draws.size(), 1u);
+        const KbVec3f far = places[at]->translation;
+        places[at]->translation = KbVec3f(0, 5000, 0);
+        EXPECT_LE(visits(), 500);
+        places[at]->translation = far;
+        frame();
+        if (i % 5 == 0) {
+            ASSERT_TRUE(showsAllInView()) << i;
+        }
+    }
+}
+
 TEST_F(OutOfView, whateverMovesTheListShowsAllThatIsInView)
 {
     std::mt19937 random(7);

@@ -3,6 +3,7 @@
 #include <arborium/actions/KsPath.h>
 #include <arborium/base/KsTypedObject.h>
 
+class KbBox3f;
 class KsNode;
 class KsState;
 
@@ -53,6 +54,11 @@ public:
     /// the state are left out. Beyond `KsLimits::visits` nodes the traversal ends with a message;
     /// below three times `KsLimits::nesting` levels it does not go.
     void traverse(KsNode* child, int index);
+
+    // Plumbing for lists of children.
+    /// TRUE if separators that together have this box, in the space of the present model matrix,
+    /// need no visit: what the action has to do with them is done.
+    virtual bool passBy(const KbBox3f& box);
 
 protected:
     KsAction();

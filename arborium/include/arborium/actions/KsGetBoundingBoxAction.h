@@ -32,7 +32,8 @@ public:
         if (depth < m_outermostUse) m_outermostUse = depth;
     }
 
-    // Plumbing for separators.
+    // Plumbing for separators and lists of children.
+    bool passBy(const KbBox3f& box) override;
     /// Adds a box given in the space in which boxes are gathered: that of the root or, below a
     /// separator, of the separator. To be used with `exchange`.
     void extendByRootBox(const KbBox3f& box);

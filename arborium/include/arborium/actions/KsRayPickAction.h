@@ -88,9 +88,10 @@ public:
     /// leaves it: what a shape does in pick style BOUNDING_BOX.
     KsPickedPoint* addBoxIntersection(const KbBox3f& objectBox);
 
-    // Plumbing for cameras.
+    // Plumbing for cameras and lists of children.
     /// Takes the ray from the camera in force.
     void computeRay();
+    bool passBy(const KbBox3f& box) override;
 
 protected:
     void beginTraversal(KsNode* root) override;

@@ -49,6 +49,7 @@ public:
     /// Whether a box in the present space is surely not in the view of the camera in front of it.
     /// What is left out for that is looked at again when the view changes.
     bool isOutOfView(const KbBox3f& box);
+    bool passBy(const KbBox3f& box) override { return isOutOfView(box); }
 
     /// Encloses the traversal of a separator, so that its draws can be taken over next time.
     class ARBORIUM_API Recording {

@@ -2,12 +2,21 @@
 
 #include <arborium/nodes/KsNodeList.h>
 
+#include <memory>
+
+class KbBox3f;
 class KsAction;
 
 /// The children of a node. Each change of the list is a change of the node.
+///
+/// A list of 64 children or more keeps a box for each run of 32, so that an action passes by the run
+/// where it has nothing to do in that box (`KsAction::passBy`). A run has a box while each child in it
+/// is a separator that keeps its own, holds no camera, is of no derived class and stands nowhere else.
+/// A mark on one of them, and a change of the list there or in front of it, take the box away; a
+/// traversal that goes through the run makes a new one.
 class ARBORIUM_API KsChildList : public KsNodeList {
 public:
-    explicit KsChildList(KsNode* parent) : m_parent(parent) {}
+    explicit KsChildList(KsNode* parent);
     KsChildList(const KsChildList&) = delete;
     KsChildList& operator=(const KsChildList&) = delete;
     ~KsChildList() override;
@@ -27,8 +36,18 @@ public:
     /// Traverses the children that the path of the action calls for, if it has one.
     void traverseInPath(KsAction* action);
 
+    // Plumbing.
+    /// Tells that a child is marked as changed.
+    void childMarked(const KsNode* child);
+
 private:
     bool accept(KsNode* node) const;
     void changed();
+    const KbBox3f* boxOfRunAt(int index) const;
+    void keepBoxOfRun(int first);
+    void forgetRunsFrom(int index);
+
+    struct Runs;
     KsNode* m_parent;
+    std::unique_ptr<Runs> m_runs;
 };

@@ -102,6 +102,14 @@ public:
     void removeParent(KsNode* parent);
     /// FALSE if this node never was a parent of another one.
     bool mayHold() const { return m_wasParent; }
+    /// Whether `parent` is its only parent, and holds it once.
+    bool isOnlyChildOf(const KsNode* parent) const
+    {
+        return m_parents == reinterpret_cast<std::uintptr_t>(parent);
+    }
+    /// Its index in the list of children that counts on it; anything while none does.
+    int getPlace() const { return m_place; }
+    void setPlace(int index) { m_place = index; }
 
     // What is kept of a scene (boxes, draw lists) is stale where a node is marked; a marked node
     // has only marked nodes above it, as far as these keep anything of it.
@@ -136,6 +144,7 @@ private:
     Watchers* m_watchers = nullptr;
     std::uint8_t m_stale = StaleAll;
     bool m_wasParent = false; // never reset: something may stand below
+    std::int32_t m_place = 0;
 };
 
 /// Finds or makes the copies of nodes during one `copy`.

@@ -21,12 +21,18 @@ public:
     void getMatrix(KsGetMatrixAction* action) override;
     void rayPick(KsRayPickAction* action) override;
 
+    // Plumbing.
+    /// The box, in the space in which the separator stands; null while it is not known.
+    const KbBox3f* getKeptBox() const { return m_boxKept && !isStale(StaleBox) ? &m_box : nullptr; }
+    /// Known while the box is.
+    bool holdsCamera() const { return m_holdsCamera; }
+
 protected:
     ~KsSeparator() override;
 
 private:
-    KbBox3f m_box; // in the space in which the separator stands
+    KbBox3f m_box;
     bool m_boxKept = false;
-    bool m_holdsCamera = false;      // known while the box is kept
+    bool m_holdsCamera = false;
     std::uint64_t m_drawVersion = 0; // another one whenever a render action met a change below
 };
