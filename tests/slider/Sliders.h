@@ -13,6 +13,11 @@
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <limits>
+
+inline constexpr float infinite = std::numeric_limits<float>::infinity();
+inline constexpr int largest = std::numeric_limits<int>::max();
+inline constexpr int smallest = std::numeric_limits<int>::min();
 
 /// The state behind a slider that tests look at.
 class OpenSlider : public KsDialogSlider {
@@ -184,5 +189,12 @@ public:
     Slider* slider;
     Heard listener;
 };
+/// As the first look at a scene does.
+inline void buildIn3D(KsDialogComponent* element)
+{
+    KsGetBoundingBoxAction action{KbViewportRegion(100, 100)};
+    action.apply(element);
+}
+
 using ShownInteger = Shown<KsDialogIntegerSlider, IntegerListener>;
 using ShownReal = Shown<KsDialogRealSlider, RealListener>;
