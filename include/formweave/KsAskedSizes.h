@@ -24,13 +24,14 @@ public:
     /// Gives the fields of a copy what was asked for; nobody is told. Nothing before `record`.
     void restore(const Fields& fields) const;
 
-    /// For its life the fields hold what was asked for. Nobody is told.
-    class FORMWEAVE_API Shown {
+    /// For its life the fields hold what goes to a file: what was asked for. Those of an element in
+    /// a window stay, since its sizes are the user's. Nobody is told.
+    class FORMWEAVE_API Written {
     public:
-        Shown(const KsAskedSizes& asked, const Fields& fields);
-        ~Shown();
-        Shown(const Shown&) = delete;
-        Shown& operator=(const Shown&) = delete;
+        Written(const KsAskedSizes& asked, const Fields& fields, bool isInWindow);
+        ~Written();
+        Written(const Written&) = delete;
+        Written& operator=(const Written&) = delete;
 
     private:
         Fields m_fields;

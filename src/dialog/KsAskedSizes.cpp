@@ -46,16 +46,17 @@ void KsAskedSizes::assign(const Fields& fields, KbVec2i32 size, KbVec2i32 min, K
     }
 }
 
-KsAskedSizes::Shown::Shown(const KsAskedSizes& asked, const Fields& fields) : m_fields(fields)
+KsAskedSizes::Written::Written(const KsAskedSizes& asked, const Fields& fields, bool isInWindow)
+    : m_fields(fields)
 {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         m_values[i] = fields[i]->getValue();
         m_isDefault[i] = fields[i]->isDefault();
     }
-    asked.restore(fields);
+    if (!isInWindow) asked.restore(fields);
 }
 
-KsAskedSizes::Shown::~Shown()
+KsAskedSizes::Written::~Written()
 {
     for (std::size_t i = 0; i < m_fields.size(); ++i)
         put(*m_fields[i], m_values[i], m_isDefault[i]);

@@ -278,13 +278,7 @@ void KsDialogComponent::setDefaultState()
 
 void KsDialogComponent::writeFields(KsWriteAction* action)
 {
-    // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
-    // user's.
-    if (m_build2D) {
-        KsTopComponent::writeFields(action);
-        return;
-    }
-    const KsAskedSizes::Shown asked(m_asked, sizeFields());
+    const KsAskedSizes::Written asked(m_asked, sizeFields(), m_build2D);
     KsTopComponent::writeFields(action);
 }
 

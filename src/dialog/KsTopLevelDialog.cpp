@@ -382,13 +382,7 @@ void KsTopLevelDialog::getDefaultState(KbVec2i32& size, KbVec2i32& min, KbVec2i3
 
 void KsTopLevelDialog::writeFields(KsWriteAction* action)
 {
-    // A dialog that stands in scenes only is written as it was asked for; a window's sizes are the
-    // user's.
-    if (m_build2D) {
-        KsFormweave::writeFields(action);
-        return;
-    }
-    const KsAskedSizes::Shown asked(m_asked, sizeFields());
+    const KsAskedSizes::Written asked(m_asked, sizeFields(), m_build2D);
     KsFormweave::writeFields(action);
 }
 
