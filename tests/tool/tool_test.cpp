@@ -353,7 +353,8 @@ TEST_F(Tool, menusAreOpenInAPictureIfThatIsWanted)
         ASSERT_EQ(run({"render", menus, "-o", closed, presentation}).status, 0);
         const Result result =
             run({"render", menus, "-o", open, presentation, "--open", "olderMenu"});
-        EXPECT_EQ(result.status, 0) << result.err.toStdString();
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err, "") << "what its platform lacks is nobody's concern";
         const QImage without(closed), with(open);
         // Three menus beside each other reach beyond the dialog.
         EXPECT_GT(with.width(), without.width() + 30) << presentation.toStdString();

@@ -52,10 +52,12 @@ KbString skinDirectories()
 
 QtMessageHandler s_otherMessages = nullptr;
 
-// The offscreen platform says of each window that it cannot tell a window manager its size hints.
-void dropSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text)
+// The offscreen platform says of each window what it cannot tell a window manager: size hints, that
+// it comes to the front.
+void dropPlatformLimits(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (!text.contains(QLatin1String("propagateSizeHints"))) s_otherMessages(type, context, text);
+    if (!text.startsWith(QLatin1String("This plugin does not support ")))
+        s_otherMessages(type, context, text);
 }
 
 } // namespace
@@ -64,7 +66,7 @@ Session::Session(Platform platform)
 {
     if (platform == OffScreen) {
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        s_otherMessages = qInstallMessageHandler(dropSizeHints);
+        s_otherMessages = qInstallMessageHandler(dropPlatformLimits);
     } else if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
         std::fprintf(stderr, "formweave: there is no display; \"formweave render\" needs none\n");
         return;
