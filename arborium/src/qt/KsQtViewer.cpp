@@ -77,6 +77,7 @@ struct KsQtViewer::Impl {
     Qt::MouseButton dragButton = Qt::NoButton;
     int touchId = -1;
     bool touchIsZoom = false;
+    bool isPressed = false; // the scene was told of the left button and waits for its release
 
     KbVec2i32 pixels() const
     {
@@ -145,6 +146,25 @@ struct KsQtViewer::Impl {
         }
         KsMouseButtonEvent event(number, state, KbVec2f());
         return send(event, source);
+    }
+
+    void expectRelease(bool expected)
+    {
+        isPressed = expected;
+        // A modal window gets the release in place of this one.
+        if (expected)
+            viewer->window()->installEventFilter(viewer);
+        else
+            viewer->window()->removeEventFilter(viewer);
+    }
+
+    // Who waits for the release in the scene would wait for ever.
+    void loseRelease()
+    {
+        if (!isPressed) return;
+        expectRelease(false);
+        const std::shared_ptr<KsHandleEventAction> held = action;
+        held->releaseGrabber();
     }
 
     bool sendKey(int key, KsButtonEvent::State state, char16_t printable, const QInputEvent& source)
@@ -405,6 +425,12 @@ bool KsQtViewer::event(QEvent* event)
     return QWidget::event(event);
 }
 
+bool KsQtViewer::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::WindowBlocked) m_impl->loseRelease();
+    return QWidget::eventFilter(object, event);
+}
+
 void KsQtViewer::paintEvent(QPaintEvent*)
 {
     Impl& d = *m_impl;
@@ -435,6 +461,7 @@ void KsQtViewer::mousePressEvent(QMouseEvent* event)
     Impl& d = *m_impl;
     d.lastPosition = d.toScene(event->localPos());
     if (!d.viewing) {
+        if (event->button() == Qt::LeftButton) d.expectRelease(true);
         d.sendButton(event->button(), KsButtonEvent::DOWN, *event);
         return;
     }
@@ -453,6 +480,7 @@ void KsQtViewer::mouseReleaseEvent(QMouseEvent* event)
 {
     Impl& d = *m_impl;
     d.lastPosition = d.toScene(event->localPos());
+    if (event->button() == Qt::LeftButton) d.expectRelease(false);
     if (!d.viewing) {
         d.sendButton(event->button(), KsButtonEvent::UP, *event);
         return;
@@ -468,6 +496,9 @@ void KsQtViewer::mouseMoveEvent(QMouseEvent* event)
     const QPointF move = position - d.lastPosition;
     d.lastPosition = position;
     if (!d.viewing) {
+        const QPointer<KsQtViewer> alive(this);
+        if (!(event->buttons() & Qt::LeftButton)) d.loseRelease();
+        if (!alive) return;
         KsLocation2Event motion;
         d.send(motion, *event);
         return;

@@ -299,6 +299,46 @@ TEST_F(ViewerDrag, viewModeEndsADrag)
     EXPECT_TRUE(isAt(block.at(), 1, 0));
 }
 
+TEST_F(ViewerDrag, aModalWindowThatGetsTheReleaseEndsADrag)
+{
+    Block block(0, 0, 1);
+    scene->addChild(block.dragger);
+    show();
+    press(0, 0);
+    move(1, 0);
+    QDialog box;
+    box.setModal(true);
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&box));
+    EXPECT_FALSE(block.dragger->isDragging());
+    EXPECT_EQ(block.finishes, 0);
+    box.hide();
+    move(2, 0, Qt::NoButton);
+    EXPECT_TRUE(isAt(block.at(), 1, 0));
+    // The next drag is one like any other; a window that is not modal changes nothing.
+    press(1, 0);
+    QDialog other;
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    move(2, 0);
+    release(2, 0);
+    EXPECT_TRUE(isAt(block.at(), 2, 0));
+    EXPECT_EQ(block.finishes, 1);
+}
+
+TEST_F(ViewerDrag, aMotionWithoutTheButtonEndsADragWhoseReleaseWentElsewhere)
+{
+    Block block(0, 0, 1);
+    scene->addChild(block.dragger);
+    show();
+    press(0, 0);
+    move(1, 0);
+    move(2, 0, Qt::NoButton);
+    EXPECT_FALSE(block.dragger->isDragging());
+    EXPECT_TRUE(isAt(block.at(), 1, 0));
+    EXPECT_EQ(block.finishes, 0);
+}
+
 TEST_F(ViewerDrag, aPointerInSpaceDragsWhatItPointsAt)
 {
     Block outer(-2, 0, 1), inner(2, 0, 1);
