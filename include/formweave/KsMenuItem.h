@@ -105,6 +105,8 @@ protected:
     void create3DToggle(SceneFrame& toggle, const char* part);
     /// Behind everything else, so that the text stands on top of it.
     void moveLabelToEnd();
+    /// Whether what it stands on is a bar's strip.
+    bool isDrawnByBar() const;
     bool hasItemFrame() const { return m_itemFrame.scale.get(); }
     void place3DItemFrame(const KbVec2i32& size, int y);
     void place3DLabel(float x, float y);
@@ -135,6 +137,10 @@ protected:
     SceneText m_itemText;
     SceneFrame m_itemFrame; ///< Not in an entry right on a bar, which draws it.
     KsRef<KsTransform> m_itemTransform;
+
+    /// Takes the 3D form down, so that the next build makes another one; the parts that a program
+    /// gave stay.
+    void takeDown3D();
 
 private:
     KsMenuRelay* relayAt(int index) const;

@@ -68,6 +68,8 @@ protected:
 private:
     static void startCB3D(void* data, KsDragger* dragger);
     bool isNested() const;
+    /// A menu that was moved looks as its new place asks for: in a bar, in a column, or alone.
+    void renew3DForm();
     void joinParentMenu();
     void removeMenu();
     void update3DChildren();
@@ -82,6 +84,6 @@ private:
     int m_childrenShown = 0;
     float m_3DDepth = -1;
     float m_columnZ = 0; ///< Of an open column: that of the panel's foremost point.
-    SceneFrame m_title;
+    SceneFrame m_title;  ///< In a column the arrow.
     KsRef<KsTransform> m_titleTransform;
 };

@@ -5,6 +5,7 @@
 #include "KsSkinFamily.h"
 #include "KsTextLimits.h"
 
+#include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsPickStyle.h>
@@ -172,9 +173,7 @@ void KsMenuItem::create3DItem()
         return;
     }
     dress3D(&skinFamily(), {{"labelProp", "DialogTextProperties"}});
-    const bool isDrawnByBar =
-        m_parent && m_parent->canBeTraversed() && m_parent->isOfType(KsMenuBar::getClassTypeId());
-    if (!isDrawnByBar) {
+    if (!isDrawnByBar()) {
         setPartFromSkin("frame", "MenuItemFrame");
         putFirst(m_itemFrame.scale, "itemFrameSep");
         putBefore(m_itemFrame.translation, "itemFrameSep");
@@ -196,6 +195,29 @@ void KsMenuItem::create3DItem()
     // stand in is shown.
     const bool isInColumn = m_parent && m_parent->isOfType(KsMenuPopup::getClassTypeId());
     show3D((isInColumn || m_show3D) && (!m_parent || m_parent->showsChildren3D()));
+}
+
+bool KsMenuItem::isDrawnByBar() const
+{
+    return m_parent && m_parent->canBeTraversed() &&
+           m_parent->isOfType(KsMenuBar::getClassTypeId());
+}
+
+void KsMenuItem::takeDown3D()
+{
+    std::vector<std::pair<KbName, KsRef<KsNode>>> given;
+    const KsNodekitCatalog* catalog = getNodekitCatalog();
+    for (int part = 0; part < catalog->getNumEntries(); ++part) {
+        const KbName name = catalog->getName(part);
+        const KsField* field = catalog->isPublic(part) ? getField(name) : nullptr;
+        if (field && !field->isDefault()) given.emplace_back(name, getAnyPart(name, false));
+    }
+    setAnyPart("geomSeparator", nullptr);
+    for (const auto& [name, node] : given) setAnyPart(name, node.get());
+    m_itemText = SceneText();
+    m_itemFrame = SceneFrame();
+    m_itemTransform.reset();
+    setBuilt3D(0);
 }
 
 void KsMenuItem::create3DToggle(SceneFrame& toggle, const char* part)

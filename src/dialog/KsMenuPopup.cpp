@@ -145,6 +145,7 @@ KbVec2i32 KsMenuPopup::getItemInitSize()
 void KsMenuPopup::buildMenu(void* parentMenu, int build2D, int position)
 {
     const KsKeepAlive keep(this);
+    if (!build2D) renew3DForm();
     KsMenuItem::buildMenu(parentMenu, build2D, position);
     if (!build2D) {
         update3DChildren();
@@ -231,6 +232,17 @@ void KsMenuPopup::create3DEntry()
     addStartCallback(startCB3D);
     m_3DDepth = -1;
     update3DChildrenSize();
+}
+
+void KsMenuPopup::renew3DForm()
+{
+    if (!isBuilt3D() || (hasItemFrame() != isDrawnByBar() && !m_titleTransform == isNested()))
+        return;
+    show3DChildren(0);
+    removeStartCallback(startCB3D);
+    takeDown3D();
+    m_title = SceneFrame();
+    m_titleTransform.reset();
 }
 
 bool KsMenuPopup::takesInput() const

@@ -4,7 +4,7 @@
 
 #include <arborium/base/KsDBImpl.h>
 
-namespace {} // namespace
+#include <sstream>
 
 TEST(MenuTree, aRebuiltWindowHasOneBarWithAllMenusOnce)
 {
@@ -452,4 +452,98 @@ TEST(MenuTree, aCopyOfAMenuIsUsedLikeTheOriginal)
     EXPECT_EQ(stage.heard(), Heard({"push:new"}));
     dialog->removeAuditor(&stage.listener);
     stage.scene()->removeChild(stage.scene()->findChild(dialog));
+}
+
+namespace {
+
+/// Where everything of the menus is drawn, with those menus open.
+std::vector<std::string> places(MenuStage& stage, std::initializer_list<const char*> open)
+{
+    stage.clickOn(open);
+    std::vector<std::string> all;
+    for (const char* id : {"file", "new", "view", "grid", "recent", "one"}) {
+        const bool isMenu = stage.find<KsMenuPopup>(id);
+        for (const char* part : {"itemFrameSep", "labelSep", isMenu ? "frameSep" : "geomSwitch"}) {
+            const KbBox3f box = stage.boxOf(id, part);
+            std::ostringstream line;
+            line << id << " " << part;
+            if (!box.isEmpty())
+                for (const KbVec3f& corner : {box.getMin(), box.getMax()})
+                    line << " " << corner[0] << " " << corner[1] << " " << corner[2];
+            all.push_back(line.str());
+        }
+    }
+    stage.closeAll();
+    return all;
+}
+
+const char* const threeMenus =
+    "TopLevelDialog { position3D 100 50 0 width 300 height 100 MenuBar { auditorID \"bar\" "
+    "MenuPopup { label \"File\" auditorID \"file\" "
+    "MenuPushButton { label \"New\" auditorID \"new\" } } "
+    "MenuPopup { label \"View\" auditorID \"view\" "
+    "MenuCheckBox { label \"Grid\" auditorID \"grid\" } } "
+    "MenuPopup { label \"Recent\" auditorID \"recent\" "
+    "MenuPushButton { label \"one\" auditorID \"one\" } } } "
+    "DialogCheckBox { auditorID \"box\" onString \"text\" } }";
+
+} // namespace
+
+TEST(MenuTree, aMenuThatIsMovedLooksAsIfItHadAlwaysStoodThere)
+{
+    MenuStage inColumn(twoMenus, Stage::Scene), inBar(threeMenus, Stage::Scene);
+    const auto column = places(inColumn, {"file", "recent"});
+    const auto bar = places(inBar, {"recent"});
+    const auto move = [](MenuStage& stage, const char* from, const char* to) {
+        const KsRef<KsMenuPopup> menu(stage.find<KsMenuPopup>("recent"));
+        if (auto* popup = stage.find<KsMenuPopup>(from))
+            popup->removeChild(menu);
+        else
+            stage.find<KsMenuBar>(from)->removeChild(menu);
+        if (auto* popup = stage.find<KsMenuPopup>(to))
+            popup->addChild(menu);
+        else
+            stage.find<KsMenuBar>(to)->addChild(menu);
+    };
+    move(inColumn, "file", "bar");
+    EXPECT_EQ(places(inColumn, {"recent"}), bar);
+    move(inBar, "bar", "file");
+    EXPECT_EQ(places(inBar, {"file", "recent"}), column);
+    inBar.clickOn({"file", "recent", "one"});
+    EXPECT_EQ(inBar.heard(), Heard({"push:one"}));
+    move(inBar, "file", "bar");
+    EXPECT_EQ(places(inBar, {"recent"}), bar);
+    inBar.clickOn({"recent", "one"});
+    EXPECT_EQ(inBar.heard(), Heard({"push:one"}));
+}
+
+TEST(MenuTree, aMenuThatStoodAloneLooksLikeOthersInABar)
+{
+    MenuStage stage(twoMenus, Stage::Scene), inBar(threeMenus, Stage::Scene);
+    const KsRef<KsMenuPopup> menu(new KsMenuPopup);
+    menu->label = "Recent";
+    menu->auditorID = "recent";
+    auto* one = new KsMenuPushButton;
+    one->label = "one";
+    one->auditorID = "one";
+    menu->addChild(one);
+    stage.scene()->addChild(menu);
+    EXPECT_TRUE(stage.isDrawn(menu, "itemFrameSep"));
+    stage.scene()->removeChild(stage.scene()->findChild(menu));
+    const KsRef<KsMenuItem> other(stage.find<KsMenuItem>("recent"));
+    stage.find<KsMenuPopup>("file")->removeChild(other);
+    stage.find<KsMenuBar>("bar")->addChild(menu);
+    EXPECT_EQ(places(stage, {"recent"}), places(inBar, {"recent"}));
+}
+
+TEST(MenuTree, aMenuThatIsMovedKeepsThePartsThatItWasGiven)
+{
+    MenuStage stage(twoMenus, Stage::Scene);
+    const KsRef<KsMenuPopup> menu(stage.find<KsMenuPopup>("recent"));
+    const KsRef<KsGroup> given(new KsGroup);
+    EXPECT_TRUE(menu->setPart("labelProp", given));
+    stage.find<KsMenuPopup>("file")->removeChild(menu);
+    stage.find<KsMenuBar>("bar")->addChild(menu);
+    EXPECT_EQ(menu->getPart("labelProp", false), given.get());
+    EXPECT_TRUE(stage.isDrawn(menu, "labelSep"));
 }
