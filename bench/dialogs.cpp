@@ -75,18 +75,7 @@ QWidget* makeHandWritten(int boxes)
 
 void readDialogFile(benchmark::State& state)
 {
-    const std::string text = fileOf(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        KsInput in;
-        in.setBuffer(text.data(), text.size());
-        KsRef<KsSeparator> root(KsDB::readAll(&in));
-        if (!root) state.SkipWithError("not read");
-        state.PauseTiming();
-        root.reset();
-        state.ResumeTiming();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    measureReading(state, fileOf(static_cast<int>(state.range(0))), state.range(0));
 }
 BENCHMARK(readDialogFile)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
 

@@ -1,15 +1,14 @@
 // An edit text in a scene: a key at the end of a long text, and long texts as a whole.
 
+#include "forms.h"
+
 #include <arborium/actions/KsGetBoundingBoxAction.h>
 #include <arborium/actions/KsRenderAction.h>
-#include <arborium/base/KsDebugError.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <formweave/formweave.h>
 
-#include <QApplication>
 #include <benchmark/benchmark.h>
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -90,15 +89,4 @@ BENCHMARK(setText)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecon
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    QApplication app(argc, argv);
-    KsDebugError::setHandler([](void*, KsDebugError::Severity, const char*, const char*) {},
-                             nullptr);
-    KsFormweave::init();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    KsFormweave::finish();
-    return 0;
-}
+int main(int argc, char** argv) { return runBenchmarks(argc, argv); }

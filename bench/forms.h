@@ -146,6 +146,22 @@ struct PanelScene {
     KsOrthographicCamera* camera;
 };
 
+/// Time to read a file that holds `items`, without that of deleting what was read.
+inline void measureReading(benchmark::State& state, const std::string& text, std::int64_t items)
+{
+    for (auto _ : state) {
+        KsInput in;
+        in.setBuffer(text.data(), text.size());
+        KsRef<KsSeparator> root(KsDB::readAll(&in));
+        if (!root) state.SkipWithError("not read");
+        state.PauseTiming();
+        root.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+    state.SetItemsProcessed(state.iterations() * items);
+}
+
 /// The main function of a program of measurements; `enrol` registers those that need the library.
 inline int runBenchmarks(int argc, char** argv, const std::function<void()>& enrol = {})
 {

@@ -69,18 +69,8 @@ std::string textOf(KsNode* root, bool binary)
 
 void readScene(benchmark::State& state, bool binary)
 {
-    const std::string text = textOf(plainScene(static_cast<int>(state.range(0))).get(), binary);
-    for (auto _ : state) {
-        KsInput in;
-        in.setBuffer(text.data(), text.size());
-        KsRef<KsSeparator> root(KsDB::readAll(&in));
-        if (!root) state.SkipWithError("not read");
-        state.PauseTiming();
-        root.reset();
-        state.ResumeTiming();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+    measureReading(state, textOf(plainScene(static_cast<int>(state.range(0))).get(), binary),
+                   state.range(0));
 }
 void readAscii(benchmark::State& state) { readScene(state, false); }
 void readBinary(benchmark::State& state) { readScene(state, true); }

@@ -3,24 +3,13 @@
 #include "MessageGuard.h"
 
 #include <arborium/base/KsPreferences.h>
+#include <dialog/Listeners.h>
 #include <formweave/formweave.h>
 
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
 namespace {
-
-// Writes down which check boxes it is told of.
-class Recorder : public KsDialogAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* box) override
-    {
-        told.push_back(box->auditorID.getValue().toUtf8() + (box->state ? "+" : "-"));
-        if (then) then(box);
-    }
-    std::vector<std::string> told;
-    std::function<void(KsDialogCheckBox*)> then;
-};
 
 class BoxRecorder : public KsDialogCheckBoxAuditor {
 public:
@@ -101,7 +90,7 @@ protected:
 TEST_F(Auditors, aComponentWithItsOwnAuditorDoesNotReachTheDialogs)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     BoxRecorder own;
     dialog->addAuditor(&above);
     first->addAuditor(&own);
@@ -120,7 +109,7 @@ TEST_F(Auditors, aComponentWithItsOwnAuditorDoesNotReachTheDialogs)
 TEST_F(Auditors, emptyGroupsPassEachLeafUpToTheDialog)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     dialog->addAuditor(&above);
     open();
     click(inner);
@@ -131,7 +120,7 @@ TEST_F(Auditors, emptyGroupsPassEachLeafUpToTheDialog)
 TEST_F(Auditors, anAuditorOfAnInnerGroupShadowsTheDialogsForItsLeaves)
 {
     makeTree();
-    Recorder above, inside;
+    BoxesListener above, inside;
     dialog->addAuditor(&above);
     deeper->addAuditor(&inside);
     open();
@@ -159,7 +148,7 @@ TEST_F(Auditors, removingWhatWasNeverAddedDoesNothing)
 {
     makeTree();
     BoxRecorder own;
-    Recorder above;
+    BoxesListener above;
     first->removeAuditor(&own);
     group->removeAuditor(&above);
     dialog->removeAuditor(&above);
@@ -170,7 +159,7 @@ TEST_F(Auditors, removingWhatWasNeverAddedDoesNothing)
 TEST_F(Auditors, aStateSetByTheProgramTellsNobody)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     dialog->addAuditor(&above);
     open();
     first->state = true;
@@ -184,7 +173,7 @@ TEST_F(Auditors, aGroupWithoutParentAndAuditorReportsToNobody)
     auto* child = box("child");
     alone->addChild(child);
     child->applyDlgCptAuditor(); // no crash
-    Recorder recorder;
+    BoxesListener recorder;
     alone->addAuditor(&recorder);
     child->applyDlgCptAuditor();
     EXPECT_EQ(recorder.told, Told{"child-"});
@@ -193,7 +182,7 @@ TEST_F(Auditors, aGroupWithoutParentAndAuditorReportsToNobody)
 TEST_F(Auditors, applyAuditorsTellsEachLeafInOrderThroughItsOwnContainer)
 {
     makeTree();
-    Recorder above, inside;
+    BoxesListener above, inside;
     dialog->addAuditor(&above);
     group->addAuditor(&inside);
     last->state = true;
@@ -209,7 +198,7 @@ TEST_F(Auditors, applyAuditorsTellsEachLeafInOrderThroughItsOwnContainer)
 TEST_F(Auditors, applyAuditorsPassesByAnAuditorOfTheComponentItself)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     BoxRecorder own;
     dialog->addAuditor(&above);
     first->addAuditor(&own);
@@ -221,7 +210,7 @@ TEST_F(Auditors, applyAuditorsPassesByAnAuditorOfTheComponentItself)
 TEST_F(Auditors, applyAuditorsLeavesOutWhatAnAuditorTookAwayAndSkipsNothing)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     dialog->addAuditor(&above);
     above.then = [&](KsDialogCheckBox* told) {
         if (told == first) dialog->removeChild(first);
@@ -234,7 +223,7 @@ TEST_F(Auditors, applyAuditorsLeavesOutWhatAnAuditorTookAwayAndSkipsNothing)
 TEST_F(Auditors, applyAuditorsEndsThoughAnAuditorAddsAChildEachTime)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     dialog->addAuditor(&above);
     above.then = [&](KsDialogCheckBox*) { dialog->addChild(box("new")); };
     dialog->applyAuditors();
@@ -278,13 +267,13 @@ TEST_F(Auditors, anAuditorMayTakeItselfOutWhileItIsTold)
 TEST_F(Auditors, anAuditorMayDeleteItselfWhileItIsTold)
 {
     makeTree();
-    auto* gone = new Recorder;
+    auto* gone = new BoxesListener;
     gone->then = [&](KsDialogCheckBox*) {
         dialog->removeAuditor(gone);
         delete gone;
     };
     dialog->addAuditor(gone);
-    Recorder stays;
+    BoxesListener stays;
     dialog->addAuditor(&stays);
     open();
     click(deep);
@@ -294,7 +283,7 @@ TEST_F(Auditors, anAuditorMayDeleteItselfWhileItIsTold)
 TEST_F(Auditors, anAuditorMayDeleteTheDialogInTheMiddleOfAClick)
 {
     makeTree();
-    Recorder above;
+    BoxesListener above;
     dialog->addAuditor(&above);
     open();
     QPointer<QWidget> window = dialog->getBaseWidget();
@@ -333,7 +322,7 @@ TEST_F(Auditors, theirTypesAreRegisteredButForThatOfTabDialogs)
     }
     BoxRecorder recorder;
     EXPECT_EQ(recorder.getTypeId().getName(), "KsDialogCheckBoxAuditor");
-    Recorder dialogRecorder;
+    BoxesListener dialogRecorder;
     EXPECT_EQ(dialogRecorder.getTypeId().getName(), "KsDialogAuditor");
 
     EXPECT_TRUE(KsTabDialogAuditor::getClassTypeId().isBad());

@@ -1,6 +1,7 @@
 // One tree in both presentations at once, and auditors that do what they like.
 
 #include <arborium/nodes/KsText3.h>
+#include <dialog/Listeners.h>
 #include <dialog/Stage.h>
 
 namespace {
@@ -9,17 +10,6 @@ constexpr const char* form = "TopLevelDialog { label \"Form\" ColumnDialog { aud
                              "DialogCheckBox { auditorID \"box\" label \"Box\" onString \"On\" "
                              "offString \"Off\" } "
                              "DialogCheckBox { auditorID \"other\" label \"Other\" } } }";
-
-class Listener : public KsDialogCheckBoxAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* box) override
-    {
-        states.push_back(box->state);
-        if (then) then(box);
-    }
-    std::vector<bool> states;
-    std::function<void(KsDialogCheckBox*)> then;
-};
 
 std::string text3D(KsDialogCheckBox* box, const char* part)
 {
@@ -58,7 +48,7 @@ protected:
         Stage::settle();
         auto* other = stage->find<KsDialogCheckBox>(id);
         ASSERT_TRUE(other);
-        Listener another;
+        CheckBoxListener another;
         other->addAuditor(&another);
         const bool was = other->state;
         ASSERT_TRUE(Stage::widgetOf<QCheckBox>(other));
@@ -73,7 +63,7 @@ protected:
     std::unique_ptr<Stage> stage;
     KsDialogCheckBox* box = nullptr;
     KsColumnDialog* column = nullptr;
-    Listener listener;
+    CheckBoxListener listener;
 };
 
 } // namespace
@@ -212,7 +202,7 @@ TEST_P(Both, anAuditorMayChangeTheSameFieldAgain)
 
 TEST_P(Both, anAuditorMayRemoveItselfAndOthers)
 {
-    Listener second, third;
+    CheckBoxListener second, third;
     box->addAuditor(&second);
     box->addAuditor(&third);
     listener.then = [&](KsDialogCheckBox* told) {

@@ -1,11 +1,11 @@
 // A check box in its two presentations, clicked where it is drawn.
 
-#include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsPickStyle.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <dialog/Listeners.h>
 #include <dialog/Stage.h>
 
 #include <QSignalSpy>
@@ -18,17 +18,6 @@ public:
     using KsDialogCheckBox::m_labelSize;
     using KsFormweave::m_lastActive;
     using KsFormweave::set3DCurrentActive;
-};
-
-class Listener : public KsDialogCheckBoxAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* box) override
-    {
-        states.push_back(box->state);
-        if (then) then(box);
-    }
-    std::vector<bool> states;
-    std::function<void(KsDialogCheckBox*)> then;
 };
 
 std::string form(const std::string& fields)
@@ -60,7 +49,7 @@ public:
     KbVec2i32 size3D() const { return {box->width, box->height}; }
 
     KsDialogCheckBox* box;
-    Listener listener;
+    CheckBoxListener listener;
 };
 
 } // namespace
@@ -297,17 +286,7 @@ TEST(CheckBox, disabledItIsGreyAndTakesNoClickInEitherPresentation)
 TEST(CheckBox, itsPartsStandInTheOrderOfTheCatalog)
 {
     Shown shown;
-    const KsNodekitCatalog* catalog = shown.box->getNodekitCatalog();
-    Strings rows;
-    for (int i = catalog->getPartNumber("labelSep"); i < catalog->getNumEntries(); ++i) {
-        rows.push_back(catalog->getName(i).getString() + std::string(" ") +
-                       catalog->getType(i).getName().getString() + " " +
-                       catalog->getName(catalog->getParent(i)).getString() +
-                       (catalog->isPublic(i) ? " public" : ""));
-        EXPECT_TRUE(catalog->isNullByDefault(i));
-        EXPECT_FALSE(catalog->isList(i));
-    }
-    EXPECT_EQ(rows,
+    EXPECT_EQ(partRows(shown.box, "labelSep"),
               (Strings{"labelSep Separator geomSwitch", "labelSwitch Switch labelSep",
                        "labelProp Group labelSwitch public", "frameSep Separator geomSwitch",
                        "frame Group frameSep public", "stateSep Separator geomSwitch",

@@ -2,11 +2,11 @@
 
 #include <arborium/actions/KsWriteAction.h>
 #include <arborium/io/KsOutput.h>
-#include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsScale.h>
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <dialog/Listeners.h>
 #include <dialog/Stage.h>
 
 #include <QSignalSpy>
@@ -24,17 +24,6 @@ public:
     using KsDialogChoice::m_numItems;
     using KsDialogComboBox::m_labelSize;
     using KsFormweave::m_lastActive;
-};
-
-class Listener : public KsDialogChoiceAuditor {
-public:
-    void dialogChoice(KsDialogChoice* choice) override
-    {
-        told.push_back(choice->selectedItem);
-        if (then) then(choice);
-    }
-    Numbers told;
-    std::function<void(KsDialogChoice*)> then;
 };
 
 struct Watch {
@@ -121,7 +110,7 @@ public:
     int labelWidth() const { return (box->*&Box::m_labelSize)[0]; }
 
     KsDialogComboBox* box;
-    Listener listener;
+    ChoiceListener listener;
 };
 
 Strings textsOf(const KsMFString& items)
@@ -670,26 +659,16 @@ TEST(ComboBox, itsLabelMovesWithItsAlignment)
 TEST(ComboBox, itsPartsStandInTheOrderOfTheCatalog)
 {
     Shown shown(colours, Stage::Scene);
-    const KsNodekitCatalog* catalog = shown.box->getNodekitCatalog();
-    Strings rows;
-    for (int i = catalog->getPartNumber("labelSep"); i < catalog->getNumEntries(); ++i) {
-        rows.push_back(std::string(catalog->getName(i).getString()) + " in " +
-                       catalog->getName(catalog->getParent(i)).getString() + ": " +
-                       catalog->getType(i).getName().getString() +
-                       (catalog->isPublic(i) ? ", public" : ""));
-    }
-    EXPECT_EQ(
-        rows,
-        (Strings{
-            "labelSep in geomSwitch: Separator", "labelSwitch in labelSep: Switch",
-            "labelProp in labelSwitch: Group, public", "frameSep in geomSwitch: Separator",
-            "frame in frameSep: Group, public", "textSep in geomSwitch: Separator",
-            "textProp in textSep: Group, public", "buttonSep in geomSwitch: Separator",
-            "buttonSwitch in buttonSep: Switch", "buttonReleased in buttonSwitch: Group, public",
-            "buttonPressed in buttonSwitch: Group, public", "itemsSwitch in geomSwitch: Switch",
-            "itemStrucSep in itemsSwitch: Separator", "itemSep in itemStrucSep: Separator",
-            "itemFrame in itemSep: Group, public", "itemTextSep in itemStrucSep: Separator",
-            "itemTextProp in itemTextSep: Group, public"}));
+    EXPECT_EQ(partRows(shown.box, "labelSep"),
+              (Strings{"labelSep Separator geomSwitch", "labelSwitch Switch labelSep",
+                       "labelProp Group labelSwitch public", "frameSep Separator geomSwitch",
+                       "frame Group frameSep public", "textSep Separator geomSwitch",
+                       "textProp Group textSep public", "buttonSep Separator geomSwitch",
+                       "buttonSwitch Switch buttonSep", "buttonReleased Group buttonSwitch public",
+                       "buttonPressed Group buttonSwitch public", "itemsSwitch Switch geomSwitch",
+                       "itemStrucSep Separator itemsSwitch", "itemSep Separator itemStrucSep",
+                       "itemFrame Group itemSep public", "itemTextSep Separator itemStrucSep",
+                       "itemTextProp Group itemTextSep public"}));
 }
 
 TEST(ComboBox, itsButtonAndTextStandWithinItsBox)

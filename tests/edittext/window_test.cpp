@@ -4,7 +4,6 @@
 
 #include <arborium/actions/KsWriteAction.h>
 #include <arborium/io/KsOutput.h>
-#include <arborium/kits/KsNodekitCatalog.h>
 
 namespace {
 
@@ -37,54 +36,44 @@ TEST(EditText, itsPartsStandInTheOrderOfTheCatalog)
 {
     const Library library;
     KsRef<KsDialogEditText> edit(new KsDialogEditText);
-    const KsNodekitCatalog* catalog = edit->getNodekitCatalog();
-    Strings rows;
-    for (int i = catalog->getPartNumber("labelSep"); i < catalog->getNumEntries(); ++i) {
-        rows.push_back(catalog->getName(i).getString() + std::string(" ") +
-                       catalog->getType(i).getName().getString() + " " +
-                       catalog->getName(catalog->getParent(i)).getString() +
-                       (catalog->isPublic(i) ? " public" : ""));
-        EXPECT_TRUE(catalog->isNullByDefault(i));
-        EXPECT_FALSE(catalog->isList(i));
-    }
-    EXPECT_EQ(rows, (Strings{"labelSep Separator geomSwitch",
-                             "labelSwitch Switch labelSep",
-                             "labelProp Group labelSwitch public",
-                             "scrollVSwitch Switch geomSwitch",
-                             "downSep Separator scrollVSwitch",
-                             "downSwitch Switch downSep",
-                             "downReleased Group downSwitch public",
-                             "downPressed Group downSwitch public",
-                             "upSep Separator scrollVSwitch",
-                             "upSwitch Switch upSep",
-                             "upReleased Group upSwitch public",
-                             "upPressed Group upSwitch public",
-                             "scrollVSep Separator scrollVSwitch",
-                             "scrollVBack Separator scrollVSep public",
-                             "scrollVFrame Group scrollVBack public",
-                             "cursorVSep Separator scrollVSep",
-                             "cursorVFrame Group cursorVSep public",
-                             "scrollHSwitch Switch geomSwitch",
-                             "leftSep Separator scrollHSwitch",
-                             "leftSwitch Switch leftSep",
-                             "leftReleased Group leftSwitch public",
-                             "leftPressed Group leftSwitch public",
-                             "rightSep Separator scrollHSwitch",
-                             "rightSwitch Switch rightSep",
-                             "rightReleased Group rightSwitch public",
-                             "rightPressed Group rightSwitch public",
-                             "scrollHSep Separator scrollHSwitch",
-                             "scrollHBack Separator scrollHSep public",
-                             "scrollHFrame Group scrollHBack public",
-                             "cursorHSep Separator scrollHSep",
-                             "cursorHFrame Group cursorHSep public",
-                             "editSep Separator geomSwitch",
-                             "frameSep Separator editSep",
-                             "frameSwitch Switch frameSep",
-                             "frame Group frameSwitch public",
-                             "editFrame Group frameSwitch public",
-                             "textSep Separator editSep",
-                             "textProp Group textSep public"}));
+    EXPECT_EQ(partRows(edit, "labelSep"), (Strings{"labelSep Separator geomSwitch",
+                                                   "labelSwitch Switch labelSep",
+                                                   "labelProp Group labelSwitch public",
+                                                   "scrollVSwitch Switch geomSwitch",
+                                                   "downSep Separator scrollVSwitch",
+                                                   "downSwitch Switch downSep",
+                                                   "downReleased Group downSwitch public",
+                                                   "downPressed Group downSwitch public",
+                                                   "upSep Separator scrollVSwitch",
+                                                   "upSwitch Switch upSep",
+                                                   "upReleased Group upSwitch public",
+                                                   "upPressed Group upSwitch public",
+                                                   "scrollVSep Separator scrollVSwitch",
+                                                   "scrollVBack Separator scrollVSep public",
+                                                   "scrollVFrame Group scrollVBack public",
+                                                   "cursorVSep Separator scrollVSep",
+                                                   "cursorVFrame Group cursorVSep public",
+                                                   "scrollHSwitch Switch geomSwitch",
+                                                   "leftSep Separator scrollHSwitch",
+                                                   "leftSwitch Switch leftSep",
+                                                   "leftReleased Group leftSwitch public",
+                                                   "leftPressed Group leftSwitch public",
+                                                   "rightSep Separator scrollHSwitch",
+                                                   "rightSwitch Switch rightSep",
+                                                   "rightReleased Group rightSwitch public",
+                                                   "rightPressed Group rightSwitch public",
+                                                   "scrollHSep Separator scrollHSwitch",
+                                                   "scrollHBack Separator scrollHSep public",
+                                                   "scrollHFrame Group scrollHBack public",
+                                                   "cursorHSep Separator scrollHSep",
+                                                   "cursorHFrame Group cursorHSep public",
+                                                   "editSep Separator geomSwitch",
+                                                   "frameSep Separator editSep",
+                                                   "frameSwitch Switch frameSep",
+                                                   "frame Group frameSwitch public",
+                                                   "editFrame Group frameSwitch public",
+                                                   "textSep Separator editSep",
+                                                   "textProp Group textSep public"}));
 }
 
 TEST(EditText, itsSizeIsThatOfItsTextWithRoomForTheEditor)

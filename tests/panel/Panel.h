@@ -21,6 +21,7 @@
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <dialog/Inside.h>
+#include <dialog/Listeners.h>
 #include <formweave/formweave.h>
 
 #include <gtest/gtest.h>
@@ -29,18 +30,6 @@
 #include <functional>
 #include <string>
 #include <vector>
-
-/// Notes the check boxes that it is told of.
-class Listener : public KsDialogAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* box) override
-    {
-        told.push_back(box->auditorID.getValue().toUtf8() + (box->state ? "+" : "-"));
-        if (then) then(box);
-    }
-    std::vector<std::string> told;
-    std::function<void(KsDialogCheckBox*)> then;
-};
 
 /// A field sensor that runs a function.
 struct Watch {

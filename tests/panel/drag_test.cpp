@@ -419,7 +419,7 @@ TEST_F(PanelDrag, aDisabledGroupDisablesWhatStandsInIt)
 TEST_F(PanelDrag, anAuditorHearsTheClickInTheScene)
 {
     KsTopLevelDialog* dialog = panel();
-    Listener listener;
+    BoxesListener listener;
     dialog->addAuditor(&listener);
     click(middleOfState(dialog, "b"));
     click(middleOfState(dialog, "b"));
@@ -432,7 +432,7 @@ TEST_F(PanelDrag, anAuditorMayRemoveTheDialogThatWasClicked)
     KsTopLevelDialog* dialog = panel();
     panel("position3D 450 50 0 ");
     const int before = scene->getNumChildren();
-    Listener listener;
+    BoxesListener listener;
     dialog->addAuditor(&listener);
     listener.then = [&](KsDialogCheckBox*) { scene->removeChild(scene->findChild(dialog)); };
     EXPECT_TRUE(click(middleOfState(dialog, "b")));
@@ -449,7 +449,7 @@ TEST_F(PanelDrag, anAuditorMayRemoveTheDialogThatWasClicked)
 TEST_F(PanelDrag, anAuditorMayRemoveTheClickedBoxOrAddOthers)
 {
     KsTopLevelDialog* dialog = panel();
-    Listener listener;
+    BoxesListener listener;
     dialog->addAuditor(&listener);
     listener.then = [&](KsDialogCheckBox* box) {
         auto* fresh = new KsDialogCheckBox;
@@ -521,7 +521,7 @@ TEST_F(PanelDrag, aDialogThatIsClosedByAClickGoesWithItsPanel)
     dialog->show();
     frame();
     QPointer<QWidget> window = dialog->getBaseWidget();
-    Listener listener;
+    BoxesListener listener;
     dialog->addAuditor(&listener);
     listener.then = [&](KsDialogCheckBox*) {
         scene->removeChild(scene->findChild(dialog.get()));

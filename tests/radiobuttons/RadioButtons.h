@@ -6,19 +6,9 @@
 #include <arborium/nodes/KsText3.h>
 #include <arborium/nodes/KsTransform.h>
 #include <arborium/nodes/KsTranslation.h>
+#include <dialog/Listeners.h>
 #include <dialog/Stage.h>
 #include <formweave/KsDialogChoiceAuditor.h>
-
-class Listener : public KsDialogChoiceAuditor {
-public:
-    void dialogChoice(KsDialogChoice* choice) override
-    {
-        told.push_back(choice->selectedItem);
-        if (then) then(choice);
-    }
-    std::vector<int> told;
-    std::function<void(KsDialogChoice*)> then;
-};
 
 inline const std::string three = "items [ \"Draft\", \"Preview\", \"Final\" ]";
 
@@ -117,5 +107,5 @@ public:
 
     KsDialogRadioButtons* radio;
     KsDialogRadioButtons* other;
-    Listener listener;
+    ChoiceListener listener;
 };

@@ -1,22 +1,11 @@
 // The frame that stands for a check box in a window, driven by real Qt events.
 
-#include <formweave/formweave.h>
+#include <dialog/Listeners.h>
 
 #include <QtTest/QtTest>
 #include <gtest/gtest.h>
 
 namespace {
-
-class Listener : public KsDialogCheckBoxAuditor {
-public:
-    void dialogCheckBox(KsDialogCheckBox* box) override
-    {
-        states.push_back(box->state);
-        if (then) then(box);
-    }
-    std::vector<bool> states;
-    std::function<void(KsDialogCheckBox*)> then;
-};
 
 class CheckBoxRelay : public testing::Test {
 protected:
@@ -59,7 +48,7 @@ protected:
     }
     int numToggles() const { return dialog->getBaseWidget()->findChildren<QCheckBox*>().size(); }
 
-    Listener listener;
+    CheckBoxListener listener;
     KsRef<KsTopLevelDialog> dialog;
     KsDialogCheckBox* box = nullptr;
     QPointer<QWidget> window;

@@ -2,8 +2,6 @@
 
 #include "Sliders.h"
 
-#include <arborium/kits/KsNodekitCatalog.h>
-
 namespace {
 
 int widthOf(const std::string& text)
@@ -50,19 +48,17 @@ TEST(Slider, hasItsPartsInTheirOrder)
 {
     const Library library;
     const KsRef<KsDialogRealSlider> slider(new KsDialogRealSlider);
-    const KsNodekitCatalog* catalog = slider->getNodekitCatalog();
-    std::string parts;
-    for (int i = catalog->getPartNumber("labelSep"); i < catalog->getNumEntries(); ++i) {
-        parts += std::string(catalog->getName(i).getString()) + "<" +
-                 catalog->getName(catalog->getParent(i)).getString() +
-                 (catalog->isPublic(i) ? "* " : " ");
-    }
-    EXPECT_EQ(parts, "labelSep<geomSwitch labelSwitch<labelSep labelProp<labelSwitch* "
-                     "checkSep<geomSwitch checkSwtch<checkSep checkStateOff<checkSwtch* "
-                     "checkStateOn<checkSwtch* sliderSep<geomSwitch frameSep<sliderSep "
-                     "frame<frameSep* cursorSep<sliderSep cursor<cursorSep* edtSwtch<geomSwitch "
-                     "edtFrmSep<edtSwtch edtFrmSwtch<edtFrmSep valueFrame<edtFrmSwtch* "
-                     "editValueFrame<edtFrmSwtch* editTextSep<edtSwtch editTextProp<editTextSep* ");
+    EXPECT_EQ(partRows(slider, "labelSep"),
+              (Strings{"labelSep Separator geomSwitch", "labelSwitch Switch labelSep",
+                       "labelProp Group labelSwitch public", "checkSep Separator geomSwitch",
+                       "checkSwtch Switch checkSep", "checkStateOff Group checkSwtch public",
+                       "checkStateOn Group checkSwtch public", "sliderSep Separator geomSwitch",
+                       "frameSep Separator sliderSep", "frame Group frameSep public",
+                       "cursorSep Separator sliderSep", "cursor Group cursorSep public",
+                       "edtSwtch Switch geomSwitch", "edtFrmSep Separator edtSwtch",
+                       "edtFrmSwtch Switch edtFrmSep", "valueFrame Group edtFrmSwtch public",
+                       "editValueFrame Group edtFrmSwtch public", "editTextSep Separator edtSwtch",
+                       "editTextProp Group editTextSep public"}));
 }
 
 TEST(Slider, ofNoKindIsAnEmptyFrameWithAFormatOfItsOwn)

@@ -4,10 +4,12 @@
 
 #include <arborium/actions/KsWriteAction.h>
 #include <arborium/io/KsOutput.h>
+#include <arborium/kits/KsNodekitCatalog.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/nodes/KsText3.h>
 #include <formweave/KsFormweave.h>
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -66,4 +68,21 @@ inline Strings textLines(const KsText3* text)
     for (int i = 0; text && i < text->string.getNum(); ++i)
         lines.push_back(text->string[i].toUtf8());
     return lines;
+}
+
+/// An element's table of parts from one on, as "name Type parent" and " public" for what programs may
+/// set. Each begins as nothing, and none is a list.
+inline Strings partRows(const KsFormweave* element, const char* first)
+{
+    const KsNodekitCatalog* catalog = element->getNodekitCatalog();
+    Strings rows;
+    for (int i = catalog->getPartNumber(first); i < catalog->getNumEntries(); ++i) {
+        rows.push_back(catalog->getName(i).getString() + std::string(" ") +
+                       catalog->getType(i).getName().getString() + " " +
+                       catalog->getName(catalog->getParent(i)).getString() +
+                       (catalog->isPublic(i) ? " public" : ""));
+        EXPECT_TRUE(catalog->isNullByDefault(i));
+        EXPECT_FALSE(catalog->isList(i));
+    }
+    return rows;
 }

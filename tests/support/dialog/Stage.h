@@ -122,7 +122,10 @@ public:
     /// Where a part is drawn; empty if it is not.
     KbBox3f boxOf(KsFormweave* element, const char* part)
     {
-        KsNode* node = element ? element->getAnyPart(part, false) : nullptr;
+        return boxOf(element ? element->getAnyPart(part, false) : nullptr);
+    }
+    KbBox3f boxOf(KsNode* node)
+    {
         KsGetBoundingBoxAction action(m_view);
         m_search.reset();
         m_search.setSearchingAll(true);
