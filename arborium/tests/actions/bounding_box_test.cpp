@@ -39,7 +39,6 @@ TEST_F(BoundingBox, ofTheLastApplyCounts)
     EXPECT_TRUE(action.getBoundingBox().isEmpty());
 }
 
-// shows: KsRef::operator bool
 TEST_F(BoundingBox, followsTheTransformsBeforeAShape)
 {
     addTo<KsTranslation>(root)->translation = KbVec3f(10, 0, 0);

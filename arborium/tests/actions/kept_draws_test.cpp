@@ -138,7 +138,6 @@ TEST_F(KeptDraws, coordinatesInFrontOfASeparatorReachIt)
     EXPECT_TRUE(isFresh(render, root));
 }
 
-// shows: KbViewVolume::getHeight
 TEST_F(KeptDraws, aCameraInsideASeparatorKeepsSpeaking)
 {
     auto* inner = addTo<KsSeparator>(root);

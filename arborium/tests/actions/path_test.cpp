@@ -62,7 +62,7 @@ TEST_F(Path, showsItsPublicPartAndHoldsTheWhole)
     EXPECT_EQ(shown->getLength(), 3);
 }
 
-// shows: KsPath::operator=, KsPath::getTail, KsPath::operator==, KsPath::copy, KsRef::operator*
+// shows: KsPath::operator=, KsPath::getTail, KsPath::operator==, KsPath::copy
 TEST_F(Path, keepsItsNodesAlive)
 {
     KsRef<KsPath> path;

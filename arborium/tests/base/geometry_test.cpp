@@ -37,6 +37,9 @@ TEST(Line, findsWhereTwoLinesAreClosest)
     EXPECT_FALSE(a.getClosestPoints(parallel, onA, onB));
     EXPECT_EQ(onA, KbVec3f(0, 0, 0));
     EXPECT_EQ(onB, KbVec3f(0, 2, 0));
+    const KbLine none(KbVec3f(5, 5, 5), KbVec3f(5, 5, 5));
+    EXPECT_FALSE(a.getClosestPoints(none, onA, onB));
+    EXPECT_EQ(onB, KbVec3f(5, 5, 5));
 }
 
 // shows: KbLine::intersect
@@ -204,6 +207,8 @@ TEST(ViewVolume, isNotSetUntilACameraShapesIt)
 {
     KbViewVolume volume;
     EXPECT_FALSE(volume.isSet());
+    EXPECT_TRUE(volume.intersect(KbVec3f(0.9f, -0.9f, 0.9f)));
+    EXPECT_FALSE(volume.intersect(KbVec3f(0, 0, 1.1f))) << "the cube of -1 to 1 is seen";
     volume.ortho(-2, 2, -1, 1, 0, 10);
     EXPECT_TRUE(volume.isSet());
     EXPECT_EQ(volume.getDepth(), 10.0f);

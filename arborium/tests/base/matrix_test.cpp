@@ -65,6 +65,8 @@ TEST(Matrix, appliesTheLeftFactorFirst)
     m = move;
     m *= m;
     EXPECT_EQ(m, move * move);
+    m.multLeft(m);
+    EXPECT_EQ(m, move * move * move * move);
 }
 
 // shows: KbMatrix::setRotate

@@ -34,6 +34,8 @@ KbViewVolume perspective()
 TEST(PlaneProjector, findsThePointUnderThePointer)
 {
     KbPlaneProjector projector(0);
+    EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.5f)).equals(KbVec3f(0.5f, 0, 0), 1e-6f))
+        << "without a view volume the screen shows the cube of -1 to 1";
     projector.setPlane(KbPlane(KbVec3f(0, 0, 1), KbVec3f(0, 0, 3)));
     projector.setViewVolume(fromAbove());
     EXPECT_TRUE(projector.project(KbVec2f(0.75f, 0.25f)).equals(KbVec3f(1, -1, 3), 1e-5f));

@@ -186,6 +186,8 @@ TEST_F(Files, areAccessibleWhereTheyExist)
     ASSERT_TRUE(KbFileHelper::writeFileAtomically(path("f"), "1"));
     EXPECT_EQ(KbFileHelper::isAccessible(path("f"), 0), 1);
     EXPECT_EQ(KbFileHelper::isAccessible(path("f"), 4), 1);
+    EXPECT_EQ(KbFileHelper::isAccessible(path("f"), 4 + 2), 1);
+    EXPECT_EQ(KbFileHelper::isAccessible(path("f"), 1), 0) << "no program";
     EXPECT_EQ(KbFileHelper::isAccessible(path("g"), 0), 0);
     EXPECT_EQ(KbFileHelper::isAccessible("", 0), 0);
     EXPECT_EQ(KbFileHelper::isAccessible(KbString(m_folder)), 1);
@@ -294,6 +296,12 @@ TEST(Preferences, keepPointersUntilTheNameIsSetAgain)
     EXPECT_STREQ(KsPreferences::getValue("BASE_TEST_A"), "value");
     KsPreferences::setString("BASE_TEST_A", KbString(u"\u03b1"));
     EXPECT_TRUE(KsPreferences::getStringValue("BASE_TEST_A")->isUnicode());
+    EXPECT_STREQ(KsPreferences::getValue("BASE_TEST_A"), "\xce\xb1");
+    KsPreferences::setString("BASE_TEST_A", "");
+    EXPECT_EQ(KsPreferences::getString("BASE_TEST_A", "default"), "") << "an empty value is one";
+    KsPreferences::setString("", "value");
+    EXPECT_EQ(KsPreferences::getValue(""), nullptr);
+    KsPreferences::unset("BASE_TEST_NEVER_SET");
 }
 
 // shows: KsDebugError::post, KsDebugError::postInfo

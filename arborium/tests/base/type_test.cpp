@@ -85,6 +85,7 @@ TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
     EXPECT_EQ(apple.getParent(), fruit());
     EXPECT_EQ(apple.getActionIndex(), 7);
     EXPECT_EQ(KsType::badType().getActionIndex(), 0);
+    EXPECT_TRUE(KsType::createType(fruit(), "").isBad());
     EXPECT_FALSE(apple.canCreateInstance());
     EXPECT_EQ(apple.createInstance(), nullptr);
 }
@@ -128,6 +129,10 @@ TEST(Type, createsInstances)
     {
         ExpectedMessages messages("KsTypedObject::checkDatabase", "TestThing");
         EXPECT_FALSE(KsTypedObject::checkDatabase("TestThing", thing, type, KsType::badType()));
+    }
+    {
+        ExpectedMessages messages("KsTypedObject::checkDatabase", "class \"\"");
+        EXPECT_FALSE(KsTypedObject::checkDatabase(nullptr, nullptr, type, type));
     }
     delete thing;
 }

@@ -230,6 +230,7 @@ TEST(ViewVolume, isWidenedAboutTheLineOfSight)
     volume.scaleWidth(0.5f);
     volume.scale(1.0f / 3);
     volume.scaleWidth(3);
+    for (float bad : {0.0f, s_nan}) volume.scale(bad);
     EXPECT_FLOAT_EQ(volume.getWidth(), 6);
     EXPECT_FLOAT_EQ(volume.getHeight(), 2);
     EXPECT_TRUE(before == KbViewVolume(before));

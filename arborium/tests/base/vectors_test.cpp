@@ -149,6 +149,7 @@ TEST(Color, packsAndUnpacksEightBits)
     EXPECT_EQ(color.getPackedValue(), 0xff8000ffu);
     EXPECT_EQ(KbColor(2, -1, s_nan).getPackedValue(1), 0xff000000u);
     EXPECT_EQ(KbColor(), KbColor(0, 0, 0));
+    EXPECT_EQ(KbColor(static_cast<const float*>(nullptr)), KbColor());
     EXPECT_EQ(KbColor(KbVec3f(0, 2, 0))[1], 2.0f) << "kept as it is";
 }
 

@@ -172,6 +172,14 @@ TEST_F(Fields, askTheContainerWhetherAValueIsWanted)
     other->count = 50;
     lamp->copyFieldValues(other);
     EXPECT_EQ(lamp->count.getValue(), 9);
+
+    lamp->validate = [this](KsField* field, const void* value) {
+        return field != &lamp->levels || static_cast<const std::vector<float>*>(value)->size() != 3;
+    };
+    lamp->levels.assign({7, 8, 9});
+    EXPECT_EQ(lamp->levels.getNum(), 2);
+    lamp->levels.assign({7, 8});
+    EXPECT_EQ(lamp->levels[1], 8);
 }
 
 // shows: KsFieldContainer::fieldsAreEqual, KsFieldContainer::copyFieldValues
@@ -299,8 +307,9 @@ TEST_F(Fields, ofANodeHoldAReferenceAndAParent)
 // shows: KsSFNode::setValue
 TEST_F(Fields, ofANodeRefuseWhatHoldsThem)
 {
-    ExpectedMessages messages("KsSFNode::setValue", "cannot refer to a node that holds it", 2);
+    ExpectedMessages messages("KsSFNode::setValue", "cannot refer to a node that holds it", 3);
     lamp->shade = lamp.get();
+    lamp->shade.initValue(lamp.get());
     EXPECT_EQ(lamp->shade.getValue(), nullptr);
     KsRef<KsGroup> group(new KsGroup);
     group->addChild(lamp);

@@ -335,6 +335,8 @@ TEST(FieldData, isFilledByHand)
     EXPECT_EQ(data->getField(second, -1), nullptr);
     EXPECT_EQ(second->heat.getContainer(), second.get());
     EXPECT_EQ(second->heat.getFieldType(), 5);
+    second->heat.setFieldType(255);
+    EXPECT_EQ(second->heat.getFieldType(), 255);
     int count = 0;
     const int* values = nullptr;
     const KbName* names = nullptr;

@@ -171,6 +171,16 @@ TEST_F(OwnNode, recordsItsOwnErrorsAtTheirPlaces)
     EXPECT_EQ(errorsOf("TestShelf {\n  (1 -2 3)\n}"), "2:6: a number below zero\n");
     EXPECT_NE(errorsOf("TestShelf { 1 }").find("the numbers of a shelf"), std::string::npos);
     EXPECT_NE(errorsOf("TestShelf { (1) Sphere { } }").find("1:17: "), std::string::npos);
+    KsInput& in = inputOf("word }");
+    KbName word;
+    EXPECT_TRUE(in.readWord(word));
+    in.addError("first");
+    in.addError("at the same place");
+    EXPECT_FALSE(in.readWord(word));
+    EXPECT_EQ(in.getErrors().size(), 1u) << "that no word follows is no error";
+    EXPECT_FALSE(in.expectChar('{', nullptr));
+    ASSERT_EQ(in.getErrors().size(), 2u);
+    EXPECT_EQ(in.getErrors()[1].message, "expected '{', met '}'");
 }
 
 // shows: KsInput::peekChar, KsInput::peekWord, KsInput::describeNext, KsInput::skipBraces,
@@ -206,7 +216,10 @@ TEST_F(OwnNode, mayBeGivenToAFileFromOutside)
 {
     const KsRef<KsCube> cube(new KsCube);
     KsInput& in = inputOf("Group { USE Given }");
-    in.addReference("Given", cube);
+    const KsRef<KsCube> former(new KsCube);
+    in.addReference("Given", former);
+    in.addReference("Given", cube); // the later one counts
+    in.addReference("Given", nullptr);
     EXPECT_EQ(in.findReference("Given"), cube.get());
     EXPECT_EQ(in.findReference("Other"), nullptr);
     const KsRef<KsSeparator> root(KsDB::readAll(&in));
@@ -312,6 +325,13 @@ TEST_F(OwnNode, mayLayItsTextOut)
     out.newLine();
     out.writeWord("end");
     EXPECT_EQ(out.getBuffer(), "list\n    one,\n    two,\nend");
+    KsOutput binary;
+    binary.setBinary(true);
+    binary.newLine();
+    binary.writeChar('{');
+    EXPECT_EQ(binary.getBuffer(), "");
+    binary.writeWord(nullptr);
+    EXPECT_EQ(binary.getBuffer(), std::string(4, '\0')) << "the empty word";
 }
 
 // shows: KsOutputImpl::isSynchronizing, KsOutputImpl::setSynchronizing
@@ -377,6 +397,9 @@ TEST_F(OwnNode, mayHoldValuesOfEachType)
         EXPECT_FALSE(in.hasErrors());
         if (binary) {
             EXPECT_EQ(in.peekChar(), '\0') << "a binary file has no characters";
+            EXPECT_FALSE(in.takeChar('w'));
+            EXPECT_EQ(in.describeNext().rfind("byte ", 0), 0u);
+            EXPECT_FALSE(in.eof());
             EXPECT_TRUE(in.readWord(name));
             EXPECT_EQ(name, "word");
         } else {

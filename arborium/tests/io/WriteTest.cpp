@@ -176,6 +176,8 @@ DEF Self Cube {
     slave->width.setConnectionPrivate(true);
     EXPECT_TRUE(slave->width.isConnectionPrivate());
     EXPECT_EQ(written(group).find('='), std::string::npos);
+    slave->width.disconnect();
+    EXPECT_FALSE(slave->width.isConnectionPrivate());
 }
 
 TEST_F(Write, defaultFieldsAreLeftOut)

@@ -182,7 +182,7 @@ TEST_F(Drag, keepsThePickPathOfThePress)
     EXPECT_FALSE(panel->isDragging());
 }
 
-// shows: KbMatrix::operator==, KsDragger::getHandleEventAction, KsDragger::getLocalStartingPoint,
+// shows: KsDragger::getHandleEventAction, KsDragger::getLocalStartingPoint,
 // KsDragger::getWorldStartingPoint, KsDragger::getLocalToWorldMatrix,
 // KsDragger::getWorldToLocalMatrix, KsDragger::getNormalizedLocaterPosition
 TEST_F(Drag, spaceIsTheOneInWhichTheDraggerStands)

@@ -59,7 +59,7 @@ TEST_F(Kit, hasNoPartsUntilOneIsNeeded)
     EXPECT_EQ(fields[0].name, "size");
 }
 
-// shows: KsTypedObject::getTypeId, KsBaseKit::getPart
+// shows: KsBaseKit::getPart
 TEST_F(Kit, makingAPartMakesTheChainOfItsParents)
 {
     KsNode* look = panel->getPart("lookB", true);
@@ -401,7 +401,6 @@ TEST_F(Kit, switchValueIsWrittenOnlyWhenItChanges)
     KsInteractionKit::setSwitchValue(panel.get(), 1);
 }
 
-// shows: KsSFNode
 TEST_F(Kit, assigningAPartFieldPutsTheNodeInPlace)
 {
     make("items");

@@ -77,7 +77,7 @@ TEST_F(StateNodes, areRegisteredUnderTheirNames)
         EXPECT_FALSE(KsType::fromName(name).canCreateInstance()) << name;
 }
 
-// shows: KsRef, KsPickStyle, KsSwitch
+// shows: KsPickStyle, KsSwitch
 TEST_F(StateNodes, startAsTheyAreDocumented)
 {
     EXPECT_EQ(KsRef<KsSwitch>(new KsSwitch)->whichChild.getValue(), KsSwitch::NONE);
@@ -274,7 +274,7 @@ TEST_F(Transforms, multiplyOnEitherSide)
     EXPECT_TRUE(transform->getLocalMatrix().equals(first * second, 1e-4f));
 }
 
-// shows: KbMatrix::isIdentity, KsTransform, KsTransformation::getLocalMatrix
+// shows: KsTransform, KsTransformation::getLocalMatrix
 TEST_F(Transforms, ofAMatrixThatIsNoneAreTheIdentity)
 {
     const KsRef<KsTransform> transform(new KsTransform);

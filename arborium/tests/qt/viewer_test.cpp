@@ -286,7 +286,6 @@ TEST_F(Viewer, escapeSwitchesTheModeUnlessTheSceneHandlesIt)
     EXPECT_EQ(spy.count(), 2);
 }
 
-// shows: KbVecBase::length
 TEST_F(Viewer, inViewModeTheMouseMovesTheCameraAndTheSceneHearsNothing)
 {
     show();
@@ -539,7 +538,6 @@ TEST(QtBinding, runsWaitingSensorsFromTheEventLoop)
     EXPECT_FALSE(KsQt::isInitialized());
 }
 
-// shows: KsSensor::setFunction, KsOneShotSensor
 TEST(QtBinding, aSensorThatSchedulesItselfLeavesRoomForOtherEvents)
 {
     ASSERT_TRUE(KsQt::init());

@@ -18,7 +18,7 @@ public:
     constexpr KsType() = default;
 
     /// Registers a type. A name that is registered already yields the existing type unchanged.
-    /// `create` null makes the type abstract.
+    /// `create` null makes the type abstract. The empty name yields the bad type.
     static KsType createType(KsType parent, const KbName& name, KsCreateFunction create = nullptr,
                              std::uint16_t actionIndex = 0);
     /// The type with this name, with or without the prefix "Ks"; the bad type if there is none.
