@@ -94,6 +94,15 @@ TEST(Matrix, scalesAndRotatesAboutACenter)
     KbRotation rotation, orientation;
     m.getTransform(translation, rotation, scale, orientation, center);
     EXPECT_TRUE(translation.equals(KbVec3f(), 1e-4f)) << translation;
+
+    m.setTransform(KbVec3f(1, 0, 0), KbRotation(KbVec3f(0, 0, 1), s_pi / 2), KbVec3f(2, 2, 2),
+                   KbRotation(), center);
+    m.multVecMatrix(center + KbVec3f(3, 0, 0), p);
+    EXPECT_TRUE(p.equals(center + KbVec3f(1, 6, 0), 1e-4f)) << p;
+    m.getTransform(translation, rotation, scale, orientation, center);
+    EXPECT_TRUE(translation.equals(KbVec3f(1, 0, 0), 1e-4f)) << translation;
+    EXPECT_TRUE(rotation.equals(KbRotation(KbVec3f(0, 0, 1), s_pi / 2), 1e-5f)) << rotation;
+    EXPECT_TRUE(scale.equals(KbVec3f(2, 2, 2), 1e-5f)) << scale;
 }
 
 // shows: KbMatrix::setTransform

@@ -77,7 +77,8 @@ TEST(Type, derivesFromItselfAndFromEachTypeAboveIt)
     EXPECT_TRUE(fruit().getParent().isBad());
 }
 
-// shows: KsType::createType, KsType::getActionIndex
+// shows: KsType::createType, KsType::canCreateInstance, KsType::createInstance,
+// KsType::getActionIndex
 TEST(Type, thatIsRegisteredAlreadyStaysAsItIs)
 {
     const KsType apple = KsType::createType(fruit(), "TestApple", nullptr, 7);

@@ -149,6 +149,7 @@ TEST_F(Events, keysReachEveryCallbackEvenWhenHandled)
     EXPECT_EQ(heard, (Names{"first", "kit", "second"}));
 }
 
+// shows: KsHandleEventAction::setGrabber, KsHandleEventAction::getGrabber
 TEST_F(Events, keysPassAGrabByThePointer)
 {
     Catcher catcher(action);
@@ -163,7 +164,7 @@ TEST_F(Events, keysPassAGrabByThePointer)
     EXPECT_EQ(catcher.count, 2);
 }
 
-// shows: KsHandleEventAction::releaseGrabber, KsHandleEventAction::getGrabber
+// shows: KsHandleEventAction::releaseGrabber
 TEST_F(Events, grabberAloneGetsThemUntilItReleases)
 {
     Catcher catcher(action);
@@ -252,7 +253,6 @@ TEST_F(Events, pickIsMadeOnceAndOnDemand)
     EXPECT_EQ(action.getPickedPoint(), nullptr) << "it is gone with the event";
 }
 
-// shows: KsHandleEventAction::setEvent, KsHandleEventAction::isHandled
 TEST_F(Events, withoutAnEventOrSceneNothingHappens)
 {
     Ear ear(&heard, "ear");
@@ -267,6 +267,7 @@ TEST_F(Events, withoutAnEventOrSceneNothingHappens)
     EXPECT_FALSE(action.isHandled());
 }
 
+// shows: KsHandleEventAction::setEvent
 TEST_F(Events, goToAPathAlone)
 {
     Ear on(&heard, "on");
@@ -286,6 +287,7 @@ TEST_F(Events, goToAPathAlone)
     EXPECT_EQ(heard, (Names{"on"}));
 }
 
+// shows: KsHandleEventAction::isHandled
 TEST_F(Events, innerEventLoopLeavesTheOuterEventAsItWas)
 {
     struct Context {

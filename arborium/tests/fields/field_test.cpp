@@ -534,8 +534,10 @@ TEST(ClassRecord, isRegisteredOnce)
     const KsType type = KsTestBase::getClassTypeId();
     EXPECT_FALSE(type.isBad());
     EXPECT_STREQ(KsTestBase::classRecord.fileName(), "TestBase");
+    const int before = KsNode::getNextActionMethodIndex();
     KsNode::incNextActionMethodIndex(); // as some other class does
     const int index = KsNode::getNextActionMethodIndex();
+    EXPECT_EQ(index, before + 1);
     KsTestBase::initClass();
     EXPECT_EQ(KsTestBase::getClassTypeId(), type);
     EXPECT_EQ(KsNode::getNextActionMethodIndex(), index);
@@ -552,8 +554,8 @@ TEST(ClassRecord, repairsItselfWhenAnInstanceComesFirst)
     EXPECT_EQ(node->getField("first"), &node->first);
 }
 
-// shows: KsInstanceBuilder, KsInstanceBuilder::field, KsFieldContainer::getFieldData,
-// KsFieldData::getNumFields, KsNode::getIsBuiltIn
+// shows: KsInstanceBuilder, KsInstanceBuilder::field, KsFieldData::getNumFields,
+// KsNode::getIsBuiltIn
 TEST(ClassRecord, fillsTheFieldsAtTheFirstInstance)
 {
     KsNode::initClass();
