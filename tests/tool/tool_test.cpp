@@ -164,6 +164,19 @@ TEST_F(Tool, checkTellsAllErrorsOfAllFilesWithTheirPlaces)
     EXPECT_TRUE(lines[2].startsWith(missing)) << qPrintable(lines[2]);
 }
 
+TEST_F(Tool, checkTellsOfUtf8ThatTheFileDoesNotAnnounce)
+{
+    const QByteArray dialog = "\nTopLevelDialog {\n  label \"Espa\xc3\xb1ol\"\n}\n";
+    for (const char* told : {"#Arborium V2.1 ascii utf8", "\xef\xbb\xbf#Arborium V2.1 ascii"})
+        EXPECT_EQ(run({"check", write("told.arb", told + dialog)}).status, 0) << told;
+    const QByteArray latin = QByteArray(dialog).replace("\xc3\xb1", "\xf1");
+    EXPECT_EQ(run({"check", write("latin.arb", "#Arborium V2.1 ascii" + latin)}).status, 0);
+    const QString path = write("untold.arb", "#Arborium V2.1 ascii" + dialog);
+    const Result untold = run({"check", path});
+    EXPECT_EQ(untold.status, 1);
+    EXPECT_TRUE(untold.out.startsWith(path + ":3: characters in UTF-8")) << qPrintable(untold.out);
+}
+
 TEST_F(Tool, checkTellsWhereAFormatIsBad)
 {
     const QString bad = write("format.arb", "#Arborium V2.1 ascii\nRowDialog {\n"

@@ -4,7 +4,10 @@
 #include <arborium/io/KsDB.h>
 #include <arborium/io/KsInput.h>
 
+#include <algorithm>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -39,6 +42,26 @@ private:
     void* m_formerData = nullptr;
 };
 
+// An editor saved UTF-8 and the first line does not say so: each such character shows as two or three.
+void findUntoldUtf8(const std::string& path, std::vector<std::string>& errors)
+{
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string header = bytes.substr(0, bytes.find('\n'));
+    const auto isBeyondAscii = [](char c) { return static_cast<unsigned char>(c) > 127; };
+    // A byte order mark stands in the header.
+    if (header.find("ascii") == std::string::npos || header.find("utf8") != std::string::npos ||
+        std::any_of(header.begin(), header.end(), isBeyondAscii))
+        return;
+    const auto first = std::find_if(bytes.begin(), bytes.end(), isBeyondAscii);
+    // Latin-1 is next to never valid UTF-8.
+    if (first == bytes.end() || KbString::fromUtf8(bytes).toUtf8() != bytes) return;
+    errors.push_back(
+        path + ":" + std::to_string(1 + std::count(bytes.begin(), first, '\n')) +
+        ": characters in UTF-8, but the first line does not say \"utf8\": they are read "
+        "as Latin-1");
+}
+
 } // namespace
 
 DialogFile::DialogFile(const std::string& filePath) : path(filePath)
@@ -51,6 +74,7 @@ DialogFile::DialogFile(const std::string& filePath) : path(filePath)
         errors.push_back(path + ": " + std::to_string(in.getNumFurtherErrors()) +
                          " more errors are not shown");
     }
+    if (root) findUntoldUtf8(path, errors);
     if (!root && errors.empty()) errors.push_back(path + ": cannot be read");
 }
 

@@ -14,10 +14,13 @@
 #include <formweave/KsMessageDialog.h>
 #include <formweave/KsTopLevelDialog.h>
 
+#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QScreen>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -202,8 +205,12 @@ private:
         }
         m_viewer = std::make_unique<KsQtViewer>();
         m_viewer->setWindowTitle(QString::fromStdString("formweave: " + m_files.front()->path()));
-        m_viewer->resize(900, 700);
-        m_viewer->move(m_right + windowGap, windowGap);
+        // Beside the windows, as large as the screen allows.
+        const QRect screen = QApplication::primaryScreen()->availableGeometry();
+        const QPoint place(m_right + windowGap, windowGap);
+        const QPoint room = screen.bottomRight() - QPoint(windowGap, windowGap) - place;
+        m_viewer->resize(std::clamp(room.x(), 300, 900), std::clamp(room.y(), 300, 700));
+        m_viewer->move(place);
         m_viewer->setBackgroundGradient(KbColor(0.24f, 0.27f, 0.31f), KbColor(0.42f, 0.47f, 0.53f));
         m_viewer->setSceneGraph(m_scene.get());
         m_banner = new Banner(m_viewer.get());
