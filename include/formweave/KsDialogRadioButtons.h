@@ -53,6 +53,10 @@ private:
     static void finishCB3D(void* data, KsDragger* dragger);
     void draggerFinishCallback3D();
     SceneRow makeRow3D();
+    /// Each in the middle of its row; those of several lines as near to it as the others let them.
+    void placeTexts3D();
+    void shift3DTexts();
+    static void shift3DText(const SceneRow& row, float y);
 
     KbVec2i32 m_rowsFrame{0, 0}; ///< The size that `m_rowSizes` was made for.
     KbVec2i32 m_itemsSize{0, 0}; ///< The widest item, and the sum of the heights, with margins.

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <map>
 
 KS_KIT_SOURCE(KsDialogRadioButtons, KsDialogChoice)
 
@@ -39,6 +40,41 @@ constexpr int titleMargin = 24; // beside the title
 constexpr int itemMargin = 48;  // beside an item, its button included
 constexpr int leastRowHeight = 16;
 constexpr float buttonSize = 12;
+
+/// How far texts in the middles of rows of one height move downward so that none overlaps the next,
+/// and all together as little as can be (by squares). Nothing if there is no room for all.
+std::vector<float> makeWay(const std::vector<float>& heights, float rowHeight)
+{
+    struct Group { // of texts without a gap between them
+        float sum;
+        float count;
+        float lead() const { return sum / count; }
+    };
+    std::vector<float> moves(heights.size());
+    std::vector<Group> groups;
+    // Where the middle of each row is, were the texts in front of it not there.
+    std::vector<float> leads;
+    float above = 0;
+    for (const float h : heights) {
+        const float middle = (static_cast<float>(leads.size()) + 0.5f) * rowHeight;
+        leads.push_back(middle - above - h / 2);
+        above += h;
+        groups.push_back({leads.back(), 1});
+        while (groups.size() > 1 && groups[groups.size() - 2].lead() > groups.back().lead()) {
+            const Group last = groups.back();
+            groups.pop_back();
+            groups.back().sum += last.sum;
+            groups.back().count += last.count;
+        }
+    }
+    const float room = static_cast<float>(heights.size()) * rowHeight - above;
+    if (room < 0) return moves;
+    std::size_t i = 0;
+    for (const Group& group : groups)
+        for (float n = 0; n < group.count; ++n, ++i)
+            moves[i] = std::clamp(group.lead(), 0.0f, room) - leads[i];
+    return moves;
+}
 
 } // namespace
 
@@ -237,8 +273,49 @@ void KsDialogRadioButtons::update3DControl()
     m_itemFrameScale->scaleFactor = KbVec3f(w, rowHeight, 1);
     undoTransformMatrix(getAnyPart("itemFrameSep", false), m_itemTransform.get());
     m_itemBtnTranslation->translation = KbVec3f(-w / 2 + 14, 0, 0);
+    placeTexts3D();
+}
+
+void KsDialogRadioButtons::placeTexts3D()
+{
+    const float w = static_cast<float>(size3D()[0] - 20);
     m_itemText.translation->translation =
         KbVec3f(-w / 2 + 24, centreY(textBox3D(m_itemText, "itemTextProp")), 0);
+    shift3DTexts();
+}
+
+void KsDialogRadioButtons::shift3DTexts()
+{
+    // What is shared is the middle for the first row, and for those of as many lines.
+    const auto numLines = [](const SceneRow& row) { return row.text->string.getNum(); };
+    std::map<int, KbBox3f> boxes{{numLines(m_rows[0]), m_itemText.box}};
+    for (const SceneRow& row : m_rows) {
+        const auto [box, isNew] = boxes.try_emplace(numLines(row));
+        if (isNew) box->second = measure3DText(getAnyPart("itemTextProp", false), row.text);
+    }
+    const float rowHeight = -m_itemStep->translation.getValue()[1];
+    std::vector<float> heights;
+    for (const SceneRow& row : m_rows) {
+        const KbBox3f& box = boxes.at(numLines(row));
+        heights.push_back(box.getMax()[1] - box.getMin()[1]);
+    }
+    const std::vector<float> down =
+        boxes.size() > 1 ? makeWay(heights, rowHeight) : std::vector<float>(heights.size());
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        const float centre = centreY(boxes.at(numLines(m_rows[i]))) - centreY(m_itemText.box);
+        shift3DText(m_rows[i], centre - down[i]);
+    }
+}
+
+void KsDialogRadioButtons::shift3DText(const SceneRow& row, float y)
+{
+    const auto* content = static_cast<KsGroup*>(row.node.get());
+    auto* line = static_cast<KsGroup*>(content->getChild(content->getNumChildren() - 1));
+    const int place = line->findChild(row.text);
+    auto* shift = ksCast<KsTranslation>(line->getChild(place - 1));
+    if (!shift && y == 0) return;
+    if (!shift) line->insertChild(shift = new KsTranslation, place);
+    shift->translation = KbVec3f(0, y, 0);
 }
 
 void KsDialogRadioButtons::update3DLabel()
@@ -299,9 +376,13 @@ void KsDialogRadioButtons::change3DItems()
     updateRows(static_cast<KsGroup*>(getAnyPart("itemsSep", true)), m_itemStep.get(),
                [this] { return makeRow3D(); });
     m_btnSwitches.resize(m_rows.size());
+    for (int i = 0; i < getVisibleCount(); ++i)
+        if (items[i].find("\n") != KbString::npos)
+            showText3D(m_rows[static_cast<std::size_t>(i)].text, items[i]);
     setSwitchValue(getAnyPart("itemsSep", false),
                    getVisibleCount() ? KsSwitch::ALL : KsSwitch::NONE);
     m_itemText.box = staleBox();
+    if (isBuilt3D()) placeTexts3D();
     layoutAfter3DItems();
     updateBoth(this, &KsDialogRadioButtons::changeSelectedItem,
                &KsDialogRadioButtons::change3DSelectedItem);

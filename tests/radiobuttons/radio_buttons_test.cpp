@@ -3,7 +3,7 @@
 #include "RadioButtons.h"
 
 #include <MessageGuard.h>
-#include <arborium/kits/KsNodekitCatalog.h>
+#include <algorithm>
 
 namespace {
 
@@ -364,29 +364,64 @@ TEST(RadioButtons, aWindowThatIsDeletedTakesItsButtonsAlone)
 TEST(RadioButtons, itsPartsStandInTheOrderOfTheCatalog)
 {
     Shown shown;
-    const KsNodekitCatalog* catalog = shown.radio->getNodekitCatalog();
-    Strings rows;
-    for (int i = catalog->getPartNumber("frameSep"); i < catalog->getNumEntries(); ++i) {
-        rows.push_back(catalog->getName(i).getString() + std::string(" ") +
-                       catalog->getType(i).getName().getString() + " " +
-                       catalog->getName(catalog->getParent(i)).getString() +
-                       (catalog->isPublic(i) ? " public" : ""));
-        EXPECT_TRUE(catalog->isNullByDefault(i));
-        EXPECT_FALSE(catalog->isList(i));
-    }
-    EXPECT_EQ(rows, (Strings{"frameSep Separator geomSwitch", "frame Group frameSep public",
-                             "labelSep Separator geomSwitch", "labelSwitch Switch labelSep",
-                             "labelProp Group labelSwitch public", "itemsSep Switch geomSwitch",
-                             "itemSep Separator itemsSep", "itemFrameSep Separator itemSep",
-                             "itemFrame Group itemFrameSep public", "itemBtnSep Separator itemSep",
-                             "itemBtnSwtch Switch itemBtnSep", "stateOff Group itemBtnSwtch public",
-                             "stateOn Group itemBtnSwtch public", "itemTextSep Separator itemSep",
-                             "itemTextProp Group itemTextSep public"}));
+    EXPECT_EQ(partRows(shown.radio, "frameSep"),
+              (Strings{"frameSep Separator geomSwitch", "frame Group frameSep public",
+                       "labelSep Separator geomSwitch", "labelSwitch Switch labelSep",
+                       "labelProp Group labelSwitch public", "itemsSep Switch geomSwitch",
+                       "itemSep Separator itemsSep", "itemFrameSep Separator itemSep",
+                       "itemFrame Group itemFrameSep public", "itemBtnSep Separator itemSep",
+                       "itemBtnSwtch Switch itemBtnSep", "stateOff Group itemBtnSwtch public",
+                       "stateOn Group itemBtnSwtch public", "itemTextSep Separator itemSep",
+                       "itemTextProp Group itemTextSep public"}));
     EXPECT_EQ(shown.rows()->getName(), KbName("itemsSep"));
     EXPECT_EQ(Shown::below<KsTranslation>(
                   static_cast<KsGroup*>(shown.radio->getAnyPart("itemTextSep", false)))
                   ->getName(),
               KbName("radioItemTextTranslation"));
+}
+
+TEST(RadioButtons, textsOfSeveralLinesStandBesideTheirButtonsAndDoNotOverlap)
+{
+    for (const char* items : {"[ \"one\", \"two\nlines\", \"three\nlines\nhere\", \"four\" ]",
+                              "[ \"first of\ntwo\", \"second\", \"third of\ntwo\", \"last\" ]"}) {
+        Shown shown(std::string("label \"Several\" items ") + items, Stage::Scene);
+        shown.draw();
+        float above = 1e9f;
+        for (int i = 0; i < 4; ++i) {
+            auto* text = shown.below<KsText3>(shown.row(i));
+            const std::string item = shown.radio->items[i].toUtf8();
+            EXPECT_EQ(text->string.getNum(), 1 + std::count(item.begin(), item.end(), '\n'));
+            const KbBox3f box = shown.boxOf(text);
+            const float button = shown.boxOf(shown.below<KsSwitch>(shown.row(i))).getCenter()[1];
+            EXPECT_LT(box.getMin()[1], button - 2) << item;
+            EXPECT_GT(box.getMax()[1], button + 2) << item;
+            EXPECT_LE(box.getMax()[1], above + 0.1f) << item << " overlaps the one above";
+            above = box.getMin()[1];
+        }
+        const KbBox3f frame = shown.boxOf(shown.radio, "frameSep");
+        const KbBox3f rows = shown.boxOf(shown.radio, "itemsSep");
+        EXPECT_LE(rows.getMax()[0], frame.getMax()[0]);
+        EXPECT_GE(above, frame.getMin()[1]);
+    }
+}
+
+TEST(RadioButtons, aTextThatGetsAnotherLineStaysInTheMiddleOfItsRow)
+{
+    Shown shown("label \"Several\" items [ \"a\", \"b\" ]", Stage::Scene);
+    const auto middle = [&](int row) {
+        shown.draw();
+        auto* text = shown.below<KsText3>(shown.row(row));
+        return shown.boxOf(text).getCenter()[1];
+    };
+    const float first = middle(0), second = middle(1);
+    shown.radio->items.set1Value(1, "b\nc");
+    EXPECT_NEAR(middle(1), second, 0.5f);
+    shown.radio->items.set1Value(0, "a\nb\nc");
+    EXPECT_NEAR(middle(0), first, 0.5f);
+    EXPECT_NEAR(middle(1), second, 0.5f);
+    shown.radio->items.set1Value(1, "b");
+    EXPECT_NEAR(middle(1), second, 0.5f);
+    EXPECT_EQ(shown.texts3D()[1], "b");
 }
 
 TEST(RadioButtons, rowsStandBelowTheTitleAllEquallyHigh)
