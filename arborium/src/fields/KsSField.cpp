@@ -18,7 +18,6 @@ KS_SFIELD_SOURCE(KsSFBool, "SFBool")
 KS_SFIELD_SOURCE(KsSFFloat, "SFFloat")
 KS_SFIELD_SOURCE(KsSFInt32, "SFInt32")
 KS_SFIELD_SOURCE(KsSFString, "SFString")
-KS_SFIELD_SOURCE(KsSFFilePathString, "SFFilePathString")
 KS_SFIELD_SOURCE(KsSFName, "SFName")
 KS_SFIELD_SOURCE(KsSFVec2i32, "SFVec2i32")
 KS_SFIELD_SOURCE(KsSFVec2f, "SFVec2f")
@@ -27,6 +26,43 @@ KS_SFIELD_SOURCE(KsSFColor, "SFColor")
 KS_SFIELD_SOURCE(KsSFRotation, "SFRotation")
 KS_SFIELD_SOURCE(KsSFMatrix, "SFMatrix")
 KS_SFIELD_SOURCE(KsSFPlane, "SFPlane")
+
+// ---- names of files ------------------------------------------------------------------------
+
+KS_FIELD_TYPE(KsSFFilePathString, KsField, "SFFilePathString")
+KS_FIELD_SAME(KsSFFilePathString, m_value)
+
+void KsSFFilePathString::take(const KbString& value, std::shared_ptr<const KbString> folder)
+{
+    if (!isValid(&value)) return;
+    m_value = value;
+    m_folder = std::move(folder);
+    valueChanged();
+}
+
+void KsSFFilePathString::setValue(const KbString& value) { take(value, nullptr); }
+
+KsSFFilePathString& KsSFFilePathString::operator=(const KbString& value)
+{
+    take(value, nullptr);
+    return *this;
+}
+
+KsSFFilePathString& KsSFFilePathString::operator=(const KsSFFilePathString& other)
+{
+    take(KbString(other.m_value), other.m_folder);
+    return *this;
+}
+
+void KsSFFilePathString::copyFrom(const KsField& other)
+{
+    if (&other == this || other.getTypeId() != getTypeId()) return;
+    const auto& from = static_cast<const KsSFFilePathString&>(other);
+    if (!isValid(&from.m_value)) return;
+    m_value = from.m_value;
+    m_folder = from.m_folder;
+    valueChanged(from.isDefault());
+}
 
 // ---- enums ---------------------------------------------------------------------------------
 

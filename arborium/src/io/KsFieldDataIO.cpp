@@ -260,6 +260,7 @@ bool KsFieldContainer::set(const char* text)
     const KsKeepAlive alive(this);
     KsInput in;
     in.setBuffer(text, text ? std::strlen(text) : 0);
+    in.impl().isProgramText = true;
     const KsFieldData* data = getFieldData();
     if (!data) return false;
     data->read(&in, this);

@@ -30,6 +30,7 @@ struct KsInput::Impl {
     KbString path; ///< Of a file, as it was opened.
     bool isOpen = false;
     bool isFile = false;
+    bool isProgramText = false; ///< Part of the program, and trusted as it is.
     bool binary = false;
     bool utf8 = false;
     bool stopped = false;
@@ -213,7 +214,9 @@ struct KsInput::Impl {
         std::int64_t visits = 1; ///< Nodes below it, shared ones counted each time.
     };
     std::vector<OpenObject> open;
-    std::int64_t numObjects = 0;
+    std::int64_t numObjects = 0; ///< This and the two below: of all that includes count together.
+    std::int64_t numBytes = 0;
+    std::int64_t numFiles = 0; ///< Included ones.
     std::int64_t topVisits = 0;
     int outerDepth = 0; ///< Of the file that includes this one.
 

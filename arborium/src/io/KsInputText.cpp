@@ -43,11 +43,11 @@ void KsInput::Impl::reset()
     path.makeEmpty();
     fieldName = KbName();
     fieldOwner = KsType();
-    isOpen = isFile = binary = utf8 = stopped = false;
+    isOpen = isFile = isProgramText = binary = utf8 = stopped = false;
     version = 2.1f;
     memo = {};
     open.clear();
-    numObjects = topVisits = 0;
+    numObjects = numBytes = numFiles = topVisits = 0;
     outerDepth = 0;
     includer = nullptr;
 }
@@ -56,6 +56,7 @@ void KsInput::Impl::start(const char* text, std::size_t size)
 {
     begin = cur = token = lineSeen = lineStart = text;
     end = text + size;
+    numBytes = static_cast<std::int64_t>(size);
     isOpen = true;
     readHeader();
 }

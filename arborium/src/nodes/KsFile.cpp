@@ -1,12 +1,11 @@
 #include <arborium/nodes/KsFile.h>
 
 #include "io/KsInputImpl.h"
-#include "io/KsNamedFile.h"
 
 #include <arborium/actions/KsAction.h>
 #include <arborium/actions/KsSearchAction.h>
 #include <arborium/base/KbFileHelper.h>
-#include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/io/KsDB.h>
 #include <arborium/nodes/KsSeparator.h>
 
@@ -44,9 +43,7 @@ bool KsFile::loadFor(KsInput* includer, KsInput& file)
     if (name.getValue().isEmpty()) return true;
 
     std::string problem;
-    const KbString folder =
-        from && from->isFile ? KbFileHelper::getDirectory(from->path) : KbString();
-    const KbString path = ksFindNamedFile(name.getValue(), folder, problem);
+    const KbString path = name.findFile(problem);
     if (path.isEmpty()) return refuse(problem);
     for (const KsInput::Impl* each = from; each; each = each->includer) {
         if (each->isFile && KbFileHelper::getRealPath(each->path) == path)
@@ -54,19 +51,34 @@ bool KsFile::loadFor(KsInput* includer, KsInput& file)
     }
     if (!KbFileHelper::isRegularFile(path))
         return refuse("\"" + path.toUtf8() + "\" is no regular file");
+    // The limits hold for a file with all that it includes.
+    const KsLimits& limits = KsLimits::current();
+    if (from && from->numFiles >= limits.filesPerFile) {
+        from->stop("the file includes more than " +
+                   KsInput::Impl::limitText(limits.filesPerFile, "files"));
+        return false;
+    }
     if (!file.openFile(path)) {
         if (from) from->keepAll(file);
         return false;
     }
     if (from) {
-        // The limits hold for a file with all that it includes.
         to.includer = from;
         to.outerDepth = from->outerDepth + static_cast<int>(from->open.size());
         to.numObjects = from->numObjects;
+        to.numBytes += from->numBytes;
+        to.numFiles = from->numFiles + 1;
+        if (to.numBytes > limits.fileBytes) {
+            from->stop("the file has, with those that it includes, more than " +
+                       KsInput::Impl::limitText(limits.fileBytes, "bytes"));
+            return false;
+        }
     }
     const KsRef<KsSeparator> root(KsDB::parse(&file));
     if (from) {
         from->numObjects = to.numObjects;
+        from->numBytes = to.numBytes;
+        from->numFiles = to.numFiles;
         from->addVisits(to.topVisits);
         from->keepAll(file);
     }

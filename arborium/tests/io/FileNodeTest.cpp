@@ -105,6 +105,31 @@ TEST_F(FileNode, theLimitsHoldForAllFilesTogether)
     EXPECT_NE(errors.find("the limit of 512 levels of nesting"), std::string::npos) << errors;
 }
 
+TEST_F(FileNode, theNumberOfFilesAndTheirBytesAreLimited)
+{
+    // Each one reads the next one twice: a billion files in the end.
+    for (int i = 0; i < 30; ++i) {
+        const std::string next = "File { name \"f" + std::to_string(i + 1) + ".arb\" } ";
+        file("f" + std::to_string(i) + ".arb", ascii + next + next);
+    }
+    file("f30.arb", ascii);
+    KsLimits::current().filesPerFile = 100;
+    EXPECT_FALSE(readFile((folder() / "f0.arb").string()));
+    EXPECT_NE(errors.find("the file includes more than the limit of 100 files"), std::string::npos)
+        << errors;
+
+    file("long.arb", ascii + std::string(1000, '\n'));
+    const std::string part = "File { name \"long.arb\" }\n";
+    const std::string two = file("two.arb", ascii + part + part);
+    const std::string three = file("three.arb", ascii + part + part + part);
+    KsLimits::current().fileBytes = 2500;
+    EXPECT_TRUE(readFile(two)) << errors;
+    EXPECT_FALSE(readFile(three));
+    EXPECT_EQ(errors, three +
+                          ":4:13: the file has, with those that it includes, more than the limit "
+                          "of 2500 bytes\n");
+}
+
 // shows: KsFile, KsFile::load, KsFile::getFullName
 TEST_F(FileNode, aNameSetByHandIsReadWhenAsked)
 {
@@ -113,21 +138,90 @@ TEST_F(FileNode, aNameSetByHandIsReadWhenAsked)
     EXPECT_TRUE(node->load());
     node->name = KbString(path);
     EXPECT_EQ(numNodesBelow(node), 0);
-    {
-        ExpectedMessages messages("KsFile::load", "lies outside of the folders that may be read");
-        EXPECT_FALSE(node->load());
-    }
-    KsInput::addDirectoryLast(KbString(folder().string()));
-    EXPECT_TRUE(node->load());
+    EXPECT_TRUE(node->load()) << "a program may name any file";
     EXPECT_EQ(numNodesBelow(node), 2);
     EXPECT_EQ(node->getFullName(), KbString(std::filesystem::canonical(path).string()));
     node->name = KbString("part.arb");
+    {
+        ExpectedMessages messages("KsFile::load", "part.arb: the file \"part.arb\" is not found");
+        EXPECT_FALSE(node->load());
+    }
+    EXPECT_EQ(numNodesBelow(node), 0);
+    KsInput::addDirectoryLast(KbString(folder().string()));
     EXPECT_TRUE(node->load());
     EXPECT_EQ(numNodesBelow(node), 2);
     node->name = KbString();
     EXPECT_TRUE(node->load());
     EXPECT_EQ(numNodesBelow(node), 0);
     KsInput::removeDirectory(KbString(folder().string()));
+    EXPECT_TRUE(node->set(("name \"" + path + "\"").c_str()));
+    EXPECT_TRUE(node->load()) << "the text of a program is its own";
+}
+
+TEST_F(FileNode, aNameThatWasReadStaysConfinedWhenTheProgramLoadsItAgain)
+{
+    file("part.arb", ascii + "Cube { }");
+    file("inner/part.arb", ascii + "Cube { } Cube { }");
+    const KsRef<KsSeparator> root =
+        readFile(file("inner/main.arb", ascii + "File { name \"part.arb\" }"));
+    ASSERT_TRUE(root) << errors;
+    auto* node = static_cast<KsFile*>(root->getChild(0));
+    EXPECT_TRUE(node->load()) << "it is still found in the folder of its file";
+    EXPECT_EQ(numNodesBelow(node), 3);
+    std::filesystem::remove(folder() / "inner/part.arb");
+    std::filesystem::create_symlink(folder() / "part.arb", folder() / "inner/part.arb");
+    {
+        ExpectedMessages messages("KsFile::load", "lies outside of the folders that may be read");
+        EXPECT_FALSE(node->load());
+    }
+    node->name = KbString((folder() / "part.arb").string());
+    EXPECT_TRUE(node->load());
+    EXPECT_EQ(numNodesBelow(node), 2);
+}
+
+// shows: KsSFFilePathString, KsSFFilePathString::setValue, KsSFFilePathString::isFromFile,
+// KsSFFilePathString::findFile, KsSFFilePathString::operator=
+TEST_F(FileNode, aNameIsAsTrustedAsWhoGaveItWhateverRoadItTakes)
+{
+    const std::string path = file("outer.arb", ascii);
+    const std::string inner = file("inner/near.arb", ascii);
+    const auto leadsTo = [](const KsSFFilePathString& name) {
+        std::string problem;
+        const KbString found = name.findFile(problem);
+        EXPECT_EQ(found.isEmpty(), !problem.empty());
+        return found.toUtf8();
+    };
+    const KsRef<KsSeparator> root = readFile(
+        file("inner/main.arb", ascii + "DEF A Texture2 { filename \"" + path +
+                                   "\" } Texture2 { filename \"near.arb\" = A.filename }"));
+    ASSERT_TRUE(root) << errors;
+    auto* first = static_cast<KsTexture2*>(root->getChild(0));
+    auto* connected = static_cast<KsTexture2*>(root->getChild(1));
+    const KsRef<KsSeparator> copy(static_cast<KsSeparator*>(root->copy()));
+    const KsRef<KsTexture2> own(new KsTexture2);
+    own->filename = first->filename;
+    for (KsTexture2* each :
+         {first, connected, static_cast<KsTexture2*>(copy->getChild(1)), own.get()}) {
+        EXPECT_EQ(each->filename, KbString(path));
+        EXPECT_TRUE(each->filename.isFromFile());
+        EXPECT_EQ(leadsTo(each->filename), "");
+        each->filename.touch();
+        EXPECT_EQ(leadsTo(each->filename), "") << "a touch is no change";
+    }
+    own->filename = KbString(path);
+    EXPECT_FALSE(own->filename.isFromFile());
+    EXPECT_EQ(leadsTo(own->filename), path);
+    connected->filename.disconnect();
+    connected->filename.connectFrom(&own->filename);
+    EXPECT_EQ(leadsTo(connected->filename), path) << "the program lets it";
+
+    // What was read goes on being looked for where it was read.
+    ASSERT_TRUE(first->filename.isFromFile());
+    const KsRef<KsSeparator> near =
+        readFile(file("inner/more.arb", ascii + "Texture2 { filename \"near.arb\" }"));
+    EXPECT_EQ(leadsTo(static_cast<KsTexture2*>(near->getChild(0))->filename), inner);
+    own->filename.setValue("near.arb");
+    EXPECT_EQ(leadsTo(own->filename), "") << "the program means a file of its own directories";
 }
 
 // shows: KsInput::setConfined, KsInput::isConfined
@@ -196,11 +290,16 @@ TEST_F(FileNode, imagesThatAFileNamesAreConfinedToo)
         KsInput::setConfined(false);
         EXPECT_TRUE(imageOf(name));
         KsInput::setConfined(true);
-        // A program may name any image.
-        const KsRef<KsTexture2> own(new KsTexture2);
-        own->filename = KbString((folder() / "outer.png").string());
-        EXPECT_TRUE(own->getImage());
     }
+    // A program may name any image.
+    KsPreferences::setString("FILE_NODE_FOLDER", KbString(folder().string()));
+    for (const std::string& name :
+         {(folder() / "outer.png").string(), std::string("$FILE_NODE_FOLDER/outer.png")}) {
+        const KsRef<KsTexture2> own(new KsTexture2);
+        own->filename = KbString(name);
+        EXPECT_TRUE(own->getImage()) << name;
+    }
+    KsPreferences::unset("FILE_NODE_FOLDER");
     {
         ExpectedMessages messages("KsTexture2::getImage", "is not found");
         EXPECT_FALSE(imageOf("blue.png"));

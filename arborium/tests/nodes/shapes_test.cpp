@@ -583,7 +583,7 @@ TEST_F(Shapes, aMissingImageIsReportedOnce)
     texture->filename = KbString("/nowhere/at/all.png");
     add<KsCube>();
     {
-        ExpectedMessages messages("KsTexture2::getImage", "there is no such file");
+        ExpectedMessages messages("KsTexture2::getImage", "all.png\" is not found");
         ASSERT_EQ(draws().size(), 1u);
         EXPECT_FALSE(draws()[0].texture);
         root->touch();

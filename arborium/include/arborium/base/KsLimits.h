@@ -9,8 +9,9 @@
 struct ARBORIUM_API KsLimits {
     std::int32_t nesting = 512; ///< Depth of a tree, in a file or by calls.
     std::int32_t nodesPerFile = 1000000;
-    std::int64_t visits = 2000000; ///< Nodes met by a traversal, shared ones each time.
-    std::int64_t fileBytes = 256LL << 20;
+    std::int64_t visits = 2000000;        ///< Nodes met by a traversal, shared ones each time.
+    std::int64_t fileBytes = 256LL << 20; ///< Of a file with all that it includes.
+    std::int32_t filesPerFile = 10000;    ///< Included in one, repeated ones each time.
     std::int64_t stringBytes = 16LL << 20;
     std::int32_t nameBytes = 1024;
     std::int64_t valuesPerField = 4LL << 20;

@@ -9,6 +9,8 @@
 #include <arborium/fields/KsField.h>
 
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -85,9 +87,32 @@ class ARBORIUM_API KsSFInt32 : public KsSFieldOf<std::int32_t> {
 class ARBORIUM_API KsSFString : public KsSFieldOf<KbString> {
     KS_SFIELD(KsSFString, KbString)
 };
-/// A path of a file; "~" and "$NAME" at its start are expanded by who opens it.
+/// The name of a file. A name that a program sets may lead anywhere. One that was read from a scene
+/// file or a buffer may lead to what lies below the folder of that file, or below a directory of
+/// `KsInput`, unless `KsInput::setConfined` allows more; and so may a field that has its name from
+/// such a one, as a copy or through a connection.
 class ARBORIUM_API KsSFFilePathString : public KsSFieldOf<KbString> {
-    KS_SFIELD(KsSFFilePathString, KbString)
+    KS_FIELD_HEADER(KsSFFilePathString);
+
+public:
+    KsSFFilePathString() = default;
+    explicit KsSFFilePathString(const KbString& value) : KsSFieldOf(value) {}
+    KsSFFilePathString& operator=(const KsSFFilePathString& other);
+    KsSFFilePathString& operator=(const KbString& value);
+    void setValue(const KbString& value);
+
+    /// Whether the name was read, and not set by the program.
+    bool isFromFile() const { return m_folder != nullptr; }
+    /// The full name, without links, of the file that is meant: a leading "~", and "$NAME" and
+    /// "${NAME}", are replaced; what is not absolute is looked for in the folder of the file that
+    /// the name was read from and in the directories of `KsInput`, in this order. Empty, with
+    /// `problem`, if nothing is there or if it may not be read.
+    KbString findFile(std::string& problem) const;
+
+private:
+    void take(const KbString& value, std::shared_ptr<const KbString> folder);
+    /// Of the file that the name was read from, empty for a buffer; null for a program's name.
+    std::shared_ptr<const KbString> m_folder;
 };
 /// A name, written as a text.
 class ARBORIUM_API KsSFName : public KsSFieldOf<KbName> {

@@ -12,10 +12,7 @@ class ARBORIUM_API KsFile : public KsNode {
 public:
     KsFile();
 
-    /// A leading "~", and "$NAME" and "${NAME}", are replaced. The file must lie below the folder of
-    /// the file that names it, or below one of the directories of `KsInput`, unless
-    /// `KsInput::setConfined` allows more. Default empty: nothing.
-    KsSFFilePathString name;
+    KsSFFilePathString name; ///< Default empty: nothing.
 
     /// Reads the file anew. FALSE, with messages and nothing below the node, if it cannot be read
     /// or may not be.

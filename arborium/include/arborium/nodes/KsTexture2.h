@@ -3,16 +3,11 @@
 #include <arborium/nodes/KsNode.h>
 
 #include <memory>
-#include <string>
 
 struct KsTextureImage;
 
-/// An image that the shapes behind it wear.
-///
-/// A name that a program sets is looked up as it stands if it is absolute, else in the directories of
-/// `KsInput`. For a name that comes from a file "~" and "$NAME" are replaced, and it must lead to
-/// somewhere below that file's own directory or one of those, unless `KsInput::setConfined` allows
-/// more. An image that is missing or broken gives a message, once, and no texture.
+/// An image that the shapes behind it wear. An image that is missing or broken gives a message, once,
+/// and no texture.
 class ARBORIUM_API KsTexture2 : public KsNode {
     KS_NODE_HEADER(KsTexture2);
 
@@ -20,9 +15,9 @@ public:
     /// What lies beyond the edges of the image: the image again, or its edge.
     enum Wrap { REPEAT, CLAMP };
 
-    KsSFString filename; ///< Of the image. Default empty: no texture.
-    KsSFEnum wrapS;      ///< To the left and to the right. Default REPEAT.
-    KsSFEnum wrapT;      ///< Above and below. Default REPEAT.
+    KsSFFilePathString filename; ///< Of the image. Default empty: no texture.
+    KsSFEnum wrapS;              ///< To the left and to the right. Default REPEAT.
+    KsSFEnum wrapT;              ///< Above and below. Default REPEAT.
 
     KsTexture2();
     /// The image, read when it is first asked for; null if there is none.
@@ -30,17 +25,12 @@ public:
 
     void doAction(KsAction* action) override;
     void fieldHasChanged(KsField* field) override;
-    bool readInstance(KsInput* in, unsigned short flags) override;
 
 protected:
     ~KsTexture2() override;
     void copyContents(const KsNode* from, Copier& copier) override;
 
 private:
-    KbString findImage(std::string& error) const;
-
-    KbString m_directory; // of the file that the node was read from
-    bool m_isFromFile = false;
     mutable bool m_isLoaded = false;
     mutable std::shared_ptr<const KsTextureImage> m_image;
 };
