@@ -141,6 +141,8 @@ KsAction::PathCode KsAction::getPathCode(int& numIndices, const int*& indices) c
     return m_now.code;
 }
 
+bool KsAction::isMetBeside(const KsNode* node) const { return node->affectsState(); }
+
 KsAction::PathCode KsAction::codeOf(const KsNode* child, int index) const
 {
     const std::size_t depth = m_now.steps.size();
@@ -159,7 +161,7 @@ void KsAction::traverse(KsNode* child, int index)
 {
     if (!child || m_now.terminated) return;
     const PathCode code = codeOf(child, index);
-    if (code == OFF_PATH && !child->affectsState()) return;
+    if (code == OFF_PATH && !isMetBeside(child)) return;
 
     const KsLimits& limits = KsLimits::current();
     if (++m_now.visits > limits.visits) {

@@ -28,6 +28,7 @@ template <class Apply> void writeInStages(KsOutput& out, const Apply& apply)
 {
     KsOutput::Impl& im = out.impl();
     const KsOutput::Impl::Writing writing(im);
+    ++im.scene;
     out.setStage(KsOutput::COUNT_REFS);
     im.isPartial = !apply() || im.isPartial;
     out.setStage(KsOutput::WRITE);
@@ -67,4 +68,15 @@ void KsWriteAction::visit(KsNode* node)
         im.isPartial = true;
     node->write(this);
     --im.walked;
+    // Along a path only a part of a node is written, for which no other place may stand.
+    const PathCode code = getPathCode();
+    if (!children || (code != IN_PATH && code != OFF_PATH)) return;
+    if (KsOutput::Impl::Reference* known = im.find(node)) known->isDefined = false;
+}
+
+bool KsWriteAction::isMetBeside(const KsNode* node) const
+{
+    // Whoever writes children counts those that are to be written at all.
+    return KsAction::isMetBeside(node) ||
+           (m_out->getStage() == KsOutput::WRITE && node->shouldWrite(m_out));
 }

@@ -335,7 +335,7 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         if (im.indentation == 0 && !im.text.empty()) im.text += '\n';
     }
     // Only what was written with a name can be used by it.
-    if (known && known->isWritten && known->hasKey) {
+    if (known && known->isDefined) {
         if (im.binary)
             im.putWord("USE");
         else
@@ -343,7 +343,6 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
         im.writeKey(im.keyOf(this));
         return true;
     }
-    if (known) known->isWritten = true;
     const KsLimits& limits = KsLimits::current();
     if (++im.level > limits.nesting)
         im.tellBeyond(KsOutput::Impl::Nesting, "nodes stand inside each other", limits.nesting,
@@ -351,6 +350,7 @@ bool KsBase::writeHeader(KsOutput* out, bool isGroup, bool)
     if (++im.numObjects > limits.nodesPerFile)
         im.tellBeyond(KsOutput::Impl::Nodes, "the file has", limits.nodesPerFile, "nodes");
     if (known && (!getName().isEmpty() || known->count > 1 || known->needsName)) {
+        known->isDefined = true;
         if (im.binary)
             im.putWord("DEF");
         else

@@ -204,12 +204,22 @@ KsOutput::Impl::Writing::~Writing()
 KsOutput::Impl::Reference* KsOutput::Impl::find(const KsBase* object)
 {
     const auto found = references.find(object);
-    return found == references.end() ? nullptr : &found->second;
+    return found == references.end() ? nullptr : &inPresentScene(found->second);
+}
+
+KsOutput::Impl::Reference& KsOutput::Impl::inPresentScene(Reference& reference) const
+{
+    if (reference.scene != scene) {
+        reference.scene = scene;
+        reference.count = 0;
+        reference.fieldsAreCounted = reference.needsName = false;
+    }
+    return reference;
 }
 
 KsOutput::Impl::Reference& KsOutput::Impl::at(const KsBase* object)
 {
-    Reference& reference = references[object];
+    Reference& reference = inPresentScene(references[object]);
     if (isMarked(object)) {
         object->setWriteMark(0);
         reference.count = 1;
@@ -453,7 +463,7 @@ int KsOutput::getReferenceCount(const KsBase* object) const
 KbName KsOutput::findName(const KsBase* object) const
 {
     const Impl::Reference* reference = m_impl->find(object);
-    if (!reference || !reference->isWritten || !reference->hasKey) return {};
+    if (!reference || !reference->isDefined) return {};
     return KbName(Impl::toText(reference->key));
 }
 

@@ -68,17 +68,21 @@ struct KsOutput::Impl {
         int suffix = -1;
     };
     struct Reference {
+        // In the present scene.
+        int scene = 0;
         int count = 0;
-        bool isWritten = false;
         bool fieldsAreCounted = false;
         bool needsName = false; ///< A connection leads to it.
+        // In the whole file.
         bool hasKey = false;
+        bool isDefined = false; ///< All of it stands behind a DEF.
         Key key;
     };
     std::unordered_map<const KsBase*, Reference> references;
     std::unordered_set<std::string> keys; ///< In use, as text.
     std::unordered_map<KbName, int> nextSuffix;
     int depth = 0; ///< Of nodes in fields.
+    int scene = 0; ///< Counts what is written one after the other: each is counted anew.
 
     /// Most objects of a scene are met once and bear no name. Of these the table has no entry: the
     /// object itself bears the number of the writing, until something more is to be known of it. An
@@ -94,6 +98,7 @@ struct KsOutput::Impl {
     Reference* find(const KsBase* object);
     /// Made if it is not there.
     Reference& at(const KsBase* object);
+    Reference& inPresentScene(Reference& reference) const;
     int countOf(const KsBase* object);
     /// Counts one more reference. TRUE if what the object's fields refer to is still to be counted.
     bool meet(const KsBase* object);

@@ -110,20 +110,11 @@ void KsChildList::traverseInPath(KsAction* action)
 {
     int numIndices = 0;
     const int* indices = nullptr;
-    const KsAction::PathCode code = action->getPathCode(numIndices, indices);
-    if (code != KsAction::IN_PATH && code != KsAction::OFF_PATH) {
-        traverse(action);
-        return;
-    }
-    // The action's own list of indices changes while it goes below.
-    std::vector<int> onPath;
-    if (code == KsAction::IN_PATH) onPath.assign(indices, indices + numIndices);
-    const int last = code == KsAction::OFF_PATH ? getLength() - 1
-                     : onPath.empty()           ? -1
-                                                : onPath.back();
-    for (int i = 0; i <= last && i < getLength() && !action->isTerminated(); ++i) {
-        const bool isOnPath = std::find(onPath.begin(), onPath.end(), i) != onPath.end();
-        if (isOnPath || get(i)->affectsState()) action->traverse(get(i), i);
+    // What stands beside the path is left to the action.
+    switch (action->getPathCode(numIndices, indices)) {
+    case KsAction::IN_PATH: traverse(action, 0, indices[numIndices - 1]); break;
+    case KsAction::OFF_PATH: traverse(action, 0, getLength() - 1); break;
+    default: traverse(action);
     }
 }
 

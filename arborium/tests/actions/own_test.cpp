@@ -30,8 +30,13 @@ public:
     int most = 1000;
     int count = 0;
     bool hadPath = false;
+    bool meetsAllBeside = false;
 
 protected:
+    bool isMetBeside(const KsNode* node) const override
+    {
+        return meetsAllBeside || KsAction::isMetBeside(node);
+    }
     void beginTraversal(KsNode* root) override
     {
         count = 0;
@@ -267,7 +272,8 @@ protected:
 } // namespace
 
 // shows: KsAction::apply, KsAction::traverse, KsAction::terminate, KsAction::beginTraversal,
-// KsAction::visit, KsAction::getAppliedPath, KsPathList::append, KsPathList::truncate
+// KsAction::visit, KsAction::getAppliedPath, KsAction::isMetBeside, KsPathList::append,
+// KsPathList::truncate
 TEST_F(OwnClasses, anActionMeetsNodesPathsAndListsOfPaths)
 {
     auto* left = addTo<KsSeparator>(root);
@@ -291,6 +297,10 @@ TEST_F(OwnClasses, anActionMeetsNodesPathsAndListsOfPaths)
     action.apply(toLeft);
     EXPECT_EQ(action.count, 3); // the root, the left one and its wire
     EXPECT_TRUE(action.hadPath);
+    action.meetsAllBeside = true;
+    action.apply(toRight);
+    EXPECT_EQ(action.count, 6); // the left one and its wire are met as well
+    action.meetsAllBeside = false;
 
     KsPathList paths;
     paths.append(toLeft);

@@ -1,5 +1,6 @@
 #include "IoTest.h"
 
+#include <arborium/actions/KsPath.h>
 #include <arborium/base/KbFileHelper.h>
 #include <arborium/fields/KsMField.h>
 #include <arborium/nodes/KsCube.h>
@@ -558,4 +559,77 @@ Group {
 }
 )");
     EXPECT_TRUE(parse(text)) << errors;
+    KsOutput binary;
+    binary.setBinary(true);
+    KsWriteAction both(&binary);
+    both.apply(group);
+    both.apply(group);
+    EXPECT_TRUE(parse(binary.getBuffer())) << errors;
+}
+
+TEST_F(Write, aConnectionToAnEarlierSceneIsLeftOutWithItsValueKept)
+{
+    const KsRef<KsTranslation> from(new KsTranslation), to(new KsTranslation);
+    from->translation = KbVec3f(1, 2, 3);
+    to->translation.connectFrom(&from->translation);
+    KsWriteAction action;
+    action.apply(from);
+    action.apply(to);
+    const KsRef<KsSeparator> root = parse(action.getOutput()->getBuffer());
+    ASSERT_TRUE(root) << errors;
+    EXPECT_EQ(static_cast<KsTranslation*>(root->getChild(1))->translation, KbVec3f(1, 2, 3));
+}
+
+TEST_F(Write, pathsOfAListAreWrittenOneAfterTheOther)
+{
+    const KsRef<KsSeparator> scene =
+        parse("DEF Top Separator { DEF A Group { Cube { } } DEF B Group { Sphere { } } }");
+    ASSERT_TRUE(scene) << errors;
+    auto* top = static_cast<KsSeparator*>(scene->getChild(0));
+    KsPathList paths;
+    for (int i : {0, 1}) {
+        paths.append(new KsFullPath(top));
+        paths[i]->append(top->getChild(i), i);
+    }
+    for (const bool binary : {false, true}) {
+        KsOutput out;
+        out.setBinary(binary);
+        KsWriteAction(&out).apply(paths);
+        const KsRef<KsSeparator> root = parse(out.getBuffer());
+        ASSERT_TRUE(root) << errors << out.getBuffer();
+        ASSERT_EQ(root->getNumChildren(), 2);
+        for (int i : {0, 1}) {
+            auto* part = static_cast<KsSeparator*>(root->getChild(i));
+            EXPECT_EQ(part->getName(), KbName("Top"));
+            // The group A affects the state behind it, the cube in it does not.
+            ASSERT_EQ(part->getNumChildren(), i + 1);
+            auto* last = static_cast<KsGroup*>(part->getChild(i));
+            EXPECT_EQ(last->getName(), KbName(i == 0 ? "A" : "B"));
+            EXPECT_EQ(last->getNumChildren(), 1);
+            if (i == 0) continue;
+            EXPECT_EQ(static_cast<KsGroup*>(part->getChild(0))->getNumChildren(), 0);
+        }
+    }
+}
+
+TEST_F(Write, whatStandsBesideAPathAndBelowItIsWrittenInBothPlaces)
+{
+    const KsRef<KsSeparator> scene =
+        parse("Separator { DEF A Cube { } Separator { USE A Sphere { } } }");
+    ASSERT_TRUE(scene) << errors;
+    auto* top = static_cast<KsSeparator*>(scene->getChild(0));
+    const KsRef<KsPath> path(new KsFullPath(top));
+    path->append(top->getChild(1), 1);
+    for (const bool binary : {false, true}) {
+        KsOutput out;
+        out.setBinary(binary);
+        KsWriteAction(&out).apply(path.get());
+        const KsRef<KsSeparator> root = parse(out.getBuffer());
+        ASSERT_TRUE(root) << errors << out.getBuffer();
+        auto* read = static_cast<KsSeparator*>(root->getChild(0));
+        ASSERT_EQ(read->getNumChildren(), 2);
+        auto* below = static_cast<KsSeparator*>(read->getChild(1));
+        ASSERT_EQ(below->getNumChildren(), 2);
+        EXPECT_EQ(below->getChild(0), read->getChild(0));
+    }
 }

@@ -8,7 +8,8 @@ class KsNode;
 class KsState;
 
 /// Base of the operations that traverse a scene. An action may be applied again, and by a node
-/// also while it traverses: the two traversals know nothing of each other.
+/// also while it traverses: the outer traversal then goes on where it was, with what the inner one
+/// has gathered.
 class ARBORIUM_API KsAction : public KsTypedObject {
 public:
     ~KsAction() override;
@@ -67,6 +68,9 @@ protected:
     virtual void beginTraversal(KsNode* root);
     /// Calls the node's hook for this action.
     virtual void visit(KsNode* node) = 0;
+    /// Whether a node that stands beside the applied path is visited: as a rule if it affects the
+    /// state.
+    virtual bool isMetBeside(const KsNode* node) const;
     /// The path that the action is applied to, or null.
     const KsPath* getAppliedPath() const { return m_now.path; }
 

@@ -6,7 +6,8 @@
 
 class KsOutput;
 
-/// Writes a scene: once through to count references, once to write.
+/// Writes a scene: once through to count references, once to write. Scenes that are written one after
+/// the other into the same output share those nodes that have a name.
 class ARBORIUM_API KsWriteAction : public KsAction {
 public:
     /// With an output of its own.
@@ -25,6 +26,7 @@ public:
 
 protected:
     void visit(KsNode* node) override;
+    bool isMetBeside(const KsNode* node) const override;
 
 private:
     KsOutput* m_out;
