@@ -16,10 +16,10 @@ struct KsCameraPlace {
 };
 
 /// Moves a camera as a person does with a mouse, in a window of `size` pixels. Moves are in pixels, y
-/// upward.
+/// upward. The camera is kept alive: who hears of its move may let it go.
 class KsCameraControl {
 public:
-    KsCameraControl(KsCamera& camera, const KbVec2i32& size) : m_camera(camera), m_size(size) {}
+    KsCameraControl(KsCamera* camera, const KbVec2i32& size) : m_held(camera), m_size(size) {}
 
     /// About what the camera looks at: the scene goes along with the pointer.
     void turn(const QPointF& move);
@@ -35,6 +35,7 @@ private:
     float unitsPerPixel() const;
     void setFocalDistance(float distance);
 
-    KsCamera& m_camera;
+    const KsRef<KsCamera> m_held;
+    KsCamera& m_camera = *m_held;
     KbVec2i32 m_size;
 };

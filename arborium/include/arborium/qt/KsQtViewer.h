@@ -17,7 +17,8 @@ class QImage;
 /// In pick mode, the default, input goes to the scene. In view mode it moves the camera: the left
 /// button turns, the middle one (or left with Shift) shifts, the right one and the wheel go nearer
 /// and farther, Home shows all, and S lets the next click seek what it meets. Escape switches between
-/// the modes, and the wheel and two fingers zoom in pick mode too, unless the scene handled it.
+/// the modes, and the wheel and two fingers zoom in pick mode too, unless the scene handled it. Hiding
+/// the viewer ends what the mouse was dragging.
 ///
 /// A scene without a camera gets one that shows all of it from the front, a scene without lights is
 /// lit from the eye. A frame is drawn only when something changed; nothing runs in between.
@@ -82,6 +83,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
