@@ -184,6 +184,7 @@ bool KsQtBasicSlider::processEvent(QEvent* event)
             return false;
         m_dragged = false;
         if (QWidget::mouseGrabber() == getNormalWindow()) getNormalWindow()->releaseMouse();
+        setValue(std::clamp(m_value, 0.0f, 1.0f)); // nobody has moved it since it lay outside
         call(m_finished);
         return true;
     case QEvent::KeyPress:

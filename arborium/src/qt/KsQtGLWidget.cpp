@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 struct KsQtGLWidget::Impl {
@@ -59,6 +60,7 @@ bool KsQtGLWidget::bindNormalContext()
     // What the widget stands on shows through, whatever its style makes of it.
     m_impl->target = std::make_unique<KsGL::Target>(window->width(), window->height(),
                                                     static_cast<float>(m_impl->currentScale()));
+    if (!std::exchange(m_impl->initialized, true)) initGraphic();
     return true;
 }
 
@@ -97,10 +99,6 @@ void KsQtGLWidget::paint()
     m_impl->scale = scale;
     if (m_impl->picture.devicePixelRatio() != scale) m_impl->stale = true;
     if (m_impl->stale && bindNormalContext()) {
-        if (!m_impl->initialized) {
-            m_impl->initialized = true;
-            initGraphic();
-        }
         paintGraphic();
         const bool doubleBuffer = m_impl->doubleBuffer;
         m_impl->doubleBuffer = true; // this paint event shows it

@@ -43,7 +43,7 @@ public:
 
     void draw(KsGL::Primitive primitive, const std::vector<KsGLVertex>& given, bool smooth) override
     {
-        const bool area = primitive == KsGL::POLYGON && m_scale > 1 && isFinite(given);
+        const bool area = primitive == KsGL::POLYGON && m_scale > 1;
         std::vector<KsGLVertex>& v = m_vertices;
         v = given;
         for (KsGLVertex& vertex : v) {
@@ -61,7 +61,7 @@ public:
                 for (KsGLVertex& vertex : v) vertex.color = v[0].color;
             const bool plain = std::all_of(
                 v.begin(), v.end(), [&v](const KsGLVertex& c) { return c.color == v[0].color; });
-            if (area && plain && n > 2) {
+            if (area && plain && n > 2 && isFinite(v)) {
                 cover(v);
                 break;
             }
@@ -160,7 +160,8 @@ private:
         for (std::size_t i = 0, before = count - 1; i < count; before = i++) {
             const Point p = corners[before], q = corners[i];
             if ((p.y <= y) == (q.y <= y)) continue;
-            const float x = p.x + (y - p.y) * (q.x - p.x) / (q.y - p.y);
+            const double share = (static_cast<double>(y) - p.y) / (static_cast<double>(q.y) - p.y);
+            const auto x = static_cast<float>(p.x + share * (static_cast<double>(q.x) - p.x));
             from = found ? std::min(from, x) : x;
             to = found ? std::max(to, x) : x;
             found = true;
@@ -230,9 +231,9 @@ private:
         for (int i = 0; i < steps; ++i) {
             const float t = static_cast<float>(i) / static_cast<float>(steps);
             const float x = std::floor(a.x + t * dx), y = std::floor(a.y + t * dy);
-            if (x < 0 || y < 0 || x >= static_cast<float>(m_width) ||
-                y >= static_cast<float>(m_height))
-                continue;
+            const bool isInside = x >= 0 && y >= 0 && x < static_cast<float>(m_width) &&
+                                  y < static_cast<float>(m_height);
+            if (!isInside) continue; // no number is inside either
             row(static_cast<int>(y))[static_cast<int>(x)] =
                 toWord(smooth ? KbColor(a.color * (1 - t) + b.color * t) : b.color);
         }

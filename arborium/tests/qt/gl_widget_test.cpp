@@ -114,6 +114,20 @@ TEST_F(GLWidget, mayBeDrawnIntoBetweenItsPaintEvents)
     EXPECT_EQ(meadow.asked, "20x10 init paint ");
 }
 
+TEST_F(GLWidget, isReadyWhenItIsDrawnIntoBeforeItsFirstPaintEvent)
+{
+    Meadow meadow(&window);
+    ASSERT_TRUE(meadow.bindNormalContext());
+    meadow.unbindNormalContext();
+    EXPECT_EQ(meadow.asked, "init ");
+    ASSERT_TRUE(meadow.bindNormalContext());
+    meadow.unbindNormalContext();
+    window.show();
+    meadow.redraw();
+    meadow.seenAt(0, 0);
+    EXPECT_EQ(meadow.asked, "init 20x10 paint ");
+}
+
 // shows: KsGL::Target::getWidth, KsGL::Target::getHeight
 TEST(ImmediateMode, pictureHasThePixelsOfTheScreen)
 {

@@ -10,7 +10,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -209,6 +211,37 @@ TEST(ImmediateMode, slantedLinesAreSmoothOnFineScreens)
     }
 }
 
+TEST(ImmediateMode, numbersBeyondAllPicturesLeaveTheRestAsItIs)
+{
+    const float odd[] = {std::numeric_limits<float>::quiet_NaN(),
+                         std::numeric_limits<float>::infinity(),
+                         -std::numeric_limits<float>::infinity(),
+                         3e38f,
+                         -3e38f,
+                         1e20f,
+                         7};
+    for (const float scale : {1.0f, 2.0f, 16.0f}) {
+        const ByRoad road(KsGL::RASTER);
+        KsGL::Target target(20, 20, scale);
+        for (const float a : odd)
+            for (const float b : odd)
+                for (const float c : odd)
+                    for (const auto primitive : {KsGL::LINES, KsGL::QUAD_STRIP, KsGL::POLYGON}) {
+                        KsGL::begin(primitive);
+                        KsGL::color3f(a, b, c);
+                        for (const auto& at : {std::pair(a, b), std::pair(b, c), std::pair(c, a),
+                                               std::pair(7.0f, a), std::pair(b, 7.0f)})
+                            KsGL::vertex2f(at.first, at.second);
+                        KsGL::end();
+                    }
+        KsGL::color3f(0, 1, 0);
+        KsGL::rects(0, 0, 20, 20);
+        std::vector<std::uint32_t> argb;
+        target.finish(argb);
+        for (const std::uint32_t word : argb) ASSERT_EQ(word, 0xff00ff00u);
+    }
+}
+
 TEST(ImmediateMode, whatIsHalfCoveredIsHalfTransparent)
 {
     for (const KsGL::Road way : {KsGL::OPENGL, KsGL::RASTER}) {
@@ -358,6 +391,14 @@ TEST_F(BasicSlider, aValueFromTheProgramCallsNobodyAndMayLieOutside)
     EXPECT_EQ(slider.getValue(), 0);
     EXPECT_TRUE(slider.moves.empty());
     EXPECT_TRUE(slider.ends.empty());
+
+    // Once the user takes it, it stands where it is shown.
+    window.show();
+    slider.setValue(1.5f);
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.tip());
+    EXPECT_TRUE(slider.moves.empty());
+    EXPECT_EQ(slider.ends, std::vector<float>{1});
+    EXPECT_EQ(slider.getValue(), 1);
 }
 
 // shows: KsQtBasicSlider::addFinishCallback, KsQtBasicSlider::removeFinishCallback

@@ -34,7 +34,7 @@ public:
     /// button is let go. Nothing unless this slider is visible.
     void takeDragFrom(KsQtBasicSlider& earlier);
 
-    /// Called with `data` and the value. A pair of function and data is held once.
+    /// Called with `data` and the value, which is from 0 to 1. A pair of function and data is held once.
     using Callback = void (*)(void* data, float value);
     /// With each step that the user moves the cursor.
     void addValueChangedCallback(Callback function, void* data);
