@@ -321,6 +321,7 @@ KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,
 
     const KbVec3f fromStart = point - impl.worldRay.getPosition();
     const float distance = fromStart.dot(impl.worldRay.getDirection());
+    if (!std::isfinite(distance)) return nullptr;
     // What lies on the ray was calculated in another space; it may be a little beside it.
     const float error = 1e-4f * (point.length() + impl.worldRay.getPosition().length());
     const float aside = (fromStart - impl.worldRay.getDirection() * distance).length();
@@ -337,7 +338,8 @@ KsPickedPoint* KsRayPickAction::addIntersection(const KbVec3f& objectPoint,
 
     KbVec3f normal;
     impl.worldToObject.transpose().multDirMatrix(objectNormal, normal);
-    normal.normalize();
+    // A surface that is too large, or too small, to have one looks at who points at it.
+    if (!(normal.normalize() > 0)) normal = -impl.worldRay.getDirection();
     auto hit =
         std::make_unique<KsPickedPoint>(*getCurPath(), point, normal, distance, impl.objectToWorld);
     impl.sorted.clear();

@@ -114,9 +114,11 @@ protected:
         KsRayPickAction pick(viewport);
         const auto look = [&] {
             pick.apply(scene);
-            if (const KsPickedPoint* hit = pick.getPickedPoint()) {
+            for (int i = 0; i < pick.getPickedPointsListLength(); ++i) {
+                const KsPickedPoint* hit = pick.getPickedPoint(i);
                 EXPECT_TRUE(hit->getPoint().isFinite());
                 EXPECT_TRUE(std::isfinite(hit->getDistance()));
+                EXPECT_NEAR(hit->getNormal().length(), 1, 1e-3);
             }
         };
         for (const float x : {4.0f, 16.0f, 24.0f}) {
@@ -124,8 +126,10 @@ protected:
             look();
         }
         pick.setPickAll(true);
-        pick.setRay(KbVec3f(0.3f, 0.2f, 9), KbVec3f(0, 0, -1));
-        look();
+        for (const float far : {9.0f, 1e30f, 3e38f}) {
+            pick.setRay(KbVec3f(0.3f, 0.2f, far), KbVec3f(0, 0, -1));
+            look();
+        }
         KsHandleEventAction handle(viewport);
         const KsMouseButtonEvent press(KsMouseButtonEvent::BUTTON1, KsButtonEvent::DOWN, {16, 16});
         handle.setEvent(&press);

@@ -19,7 +19,7 @@ public:
     ~KsPickedPoint();
 
     const KbVec3f& getPoint() const { return m_point; } ///< In world space.
-    /// Of the surface, in world space.
+    /// Of the surface, in world space; of length 1.
     const KbVec3f& getNormal() const { return m_normal; }
     /// The point in the space of the shape that was hit.
     KbVec3f getObjectPoint() const;
