@@ -10,19 +10,27 @@
 
 namespace {
 
+/// Whether the driver took it; what it has against it is told.
+bool isGood(GLuint id, GLenum state, decltype(glGetShaderiv)& ask,
+            decltype(glGetShaderInfoLog)& tell, const char* problem)
+{
+    GLint good = 0;
+    ask(id, state, &good);
+    if (good) return true;
+    char log[1024] = "";
+    tell(id, sizeof log, nullptr, log);
+    KsDebugError::post("KsGLPlayer", "%s: %s", problem, log);
+    return false;
+}
+
 GLuint compileShader(GLenum kind, const std::string& prologue, const char* text)
 {
     const GLuint shader = glCreateShader(kind);
     const char* parts[] = {prologue.c_str(), KsGLShaders::common, text};
     glShaderSource(shader, 3, parts, nullptr);
     glCompileShader(shader);
-    GLint good = 0;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &good);
-    if (!good) {
-        char log[1024] = "";
-        glGetShaderInfoLog(shader, sizeof log, nullptr, log);
-        KsDebugError::post("KsGLPlayer", "A shader does not compile: %s", log);
-    }
+    isGood(shader, GL_COMPILE_STATUS, glGetShaderiv, glGetShaderInfoLog,
+           "A shader does not compile");
     return shader;
 }
 
@@ -55,12 +63,8 @@ const KsGLProgram& KsGLProgram::get(int flags)
     glLinkProgram(id);
     glDeleteShader(vertex);
     glDeleteShader(fragment);
-    GLint good = 0;
-    glGetProgramiv(id, GL_LINK_STATUS, &good);
-    if (!good) {
-        char log[1024] = "";
-        glGetProgramInfoLog(id, sizeof log, nullptr, log);
-        KsDebugError::post("KsGLPlayer", "A shader program does not link: %s", log);
+    if (!isGood(id, GL_LINK_STATUS, glGetProgramiv, glGetProgramInfoLog,
+                "A shader program does not link")) {
         glDeleteProgram(id);
         return p;
     }
