@@ -4,19 +4,32 @@
 #include <arborium/base/KsLimits.h>
 
 #include <QBuffer>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
 
 #include <atomic>
 #include <cstring>
+#include <iterator>
+#include <unordered_map>
 
 namespace {
 constexpr int s_maxSide = 8192;
 
 bool fits(const QSize& size) { return size.width() <= s_maxSide && size.height() <= s_maxSide; }
-} // namespace
 
-KsTexturePtr ksLoadTexture(const KbString& path, std::string& error)
+/// A file as it is now: another content has another size or time.
+std::string stateOf(const KbString& path)
+{
+    const std::string native = KbFileHelper::toNative(path);
+    const QFileInfo file(QFile::decodeName(native.c_str()));
+    return native + '\0' + std::to_string(file.size()) + '\0' +
+           std::to_string(file.lastModified().toMSecsSinceEpoch());
+}
+
+KsTexturePtr load(const KbString& path, std::string& error)
 {
     std::string bytes;
     const auto limit = static_cast<std::uint64_t>(KsLimits::current().fileBytes);
@@ -57,4 +70,20 @@ KsTexturePtr ksLoadTexture(const KbString& path, std::string& error)
         std::memcpy(texture->rgba.data() + rowBytes * static_cast<std::size_t>(y),
                     image.constScanLine(image.height() - 1 - y), rowBytes);
     return texture;
+}
+
+} // namespace
+
+KsTexturePtr ksLoadTexture(const KbString& path, std::string& error)
+{
+    // Whoever names the same file shares its image, as long as one of them has it.
+    static auto& images = *new std::unordered_map<std::string, std::weak_ptr<const KsTextureImage>>;
+    const std::string state = stateOf(path);
+    const auto found = images.find(state);
+    if (KsTexturePtr image = found == images.end() ? nullptr : found->second.lock()) return image;
+    for (auto it = images.begin(); it != images.end();)
+        it = it->second.expired() ? images.erase(it) : std::next(it);
+    KsTexturePtr image = load(path, error);
+    if (image) images[state] = image;
+    return image;
 }

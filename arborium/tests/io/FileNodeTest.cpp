@@ -291,6 +291,14 @@ TEST_F(FileNode, imagesThatAFileNamesAreConfinedToo)
         EXPECT_TRUE(imageOf(name));
         KsInput::setConfined(true);
     }
+    EXPECT_EQ(imageOf("red.png"), red) << "an image that is there is not read again";
+    image.fill(Qt::blue);
+    ASSERT_TRUE(
+        image.scaled(5, 5).save(QString::fromStdString((folder() / "inner/red.png").string())));
+    const std::shared_ptr<const KsTextureImage> changed = imageOf("red.png");
+    ASSERT_TRUE(changed);
+    EXPECT_EQ(changed->width, 5);
+    EXPECT_EQ(red->width, 3);
     // A program may name any image.
     KsPreferences::setString("FILE_NODE_FOLDER", KbString(folder().string()));
     for (const std::string& name :
