@@ -1,8 +1,12 @@
 #include <arborium/sensors/KsSensor.h>
 
+#include <arborium/base/KsDebugError.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/fields/KsField.h>
 #include <arborium/nodes/KsNode.h>
 #include <arborium/sensors/KsSensorManager.h>
+
+#include <algorithm>
 
 KsSensor::~KsSensor() = default;
 
@@ -43,12 +47,27 @@ void KsDelayQueueSensor::unschedule()
 /// A callback under way; it knows whether its sensor was deleted by it.
 struct KsDataSensor::Call {
     Call* outer;
+    int depth;
     bool isSensorGone;
+    bool wasStopped; // a call inside the outermost one; none is made until that one is through
 };
 
 KsDataSensor::~KsDataSensor()
 {
     for (Call* call = m_call; call; call = call->outer) call->isSensorGone = true;
+}
+
+bool KsDataSensor::mayCall()
+{
+    if (!m_call) return true;
+    if (m_call->wasStopped) return false;
+    if (m_call->depth < std::max(1, KsLimits::current().notificationDepth)) return true;
+    for (Call* call = m_call; call; call = call->outer) call->wasStopped = true;
+    KsDebugError::post("KsDataSensor::notify",
+                       "The callback of a sensor causes its own call without end, stopped after %d "
+                       "calls",
+                       m_call->depth);
+    return false;
 }
 
 void KsDataSensor::notify(KsField* field, KsNode* node)
@@ -57,7 +76,8 @@ void KsDataSensor::notify(KsField* field, KsNode* node)
         schedule();
         return;
     }
-    Call call{m_call, false};
+    if (!mayCall()) return;
+    Call call{m_call, m_call ? m_call->depth + 1 : 1, false, false};
     KsField* formerField = m_triggerField;
     KsNode* formerNode = m_triggerNode;
     m_call = &call;

@@ -1,5 +1,6 @@
 #include "MessageGuard.h"
 
+#include <arborium/base/KsLimits.h>
 #include <arborium/nodes/KsGroup.h>
 #include <arborium/sensors/KsSensor.h>
 #include <arborium/sensors/KsSensorManager.h>
@@ -543,4 +544,37 @@ TEST_F(Sensors, thatWaitMaySetTheirFieldAgainAndAreCalledAgainNextTime)
     EXPECT_EQ(KsSensorManager::processDelayQueue(), 1);
     EXPECT_EQ(KsSensorManager::processDelayQueue(), 0);
     EXPECT_EQ(node->count.getValue(), 2);
+}
+
+// shows: KsNode::touch, KsNodeSensor
+TEST_F(Sensors, thatCauseTheirOwnCallWithoutEndStopWithAMessage)
+{
+    const KsRef<KsGroup> group(new KsGroup), other(new KsGroup);
+    group->addChild(node);
+    const int limit = KsLimits::current().notificationDepth;
+    NodeProbe branching([&](NodeProbe&) {
+        group->touch();
+        group->touch();
+    });
+    NodeProbe there([&](NodeProbe&) { group->touch(); });
+    NodeProbe back([&](NodeProbe&) { other->touch(); });
+    const auto expectStop = [limit](NodeProbe& probe, KsNode* start) {
+        ExpectedMessages messages("KsDataSensor::notify",
+                                  ("stopped after " + std::to_string(limit) + " calls").c_str());
+        probe.calls = 0;
+        start->touch();
+        EXPECT_EQ(probe.calls, limit);
+    };
+    branching.attach(group);
+    expectStop(branching, group);
+    expectStop(branching, group); // it hears again
+    branching.detach();
+    there.attach(other);
+    back.attach(group);
+    expectStop(there, other);
+    there.detach();
+    NodeProbe growing([&](NodeProbe&) { other->addChild(new KsGroup); });
+    growing.attach(other);
+    expectStop(growing, other);
+    EXPECT_EQ(other->getNumChildren(), limit);
 }

@@ -74,7 +74,8 @@ public:
     KsOneShotSensor(KsSensorCallback function, void* data) : KsDelayQueueSensor(function, data) {}
 };
 
-/// A sensor that watches data in the scene.
+/// A sensor that watches data in the scene. One of priority 0 whose callback causes its own call
+/// again and again is stopped with a message at `KsLimits::notificationDepth` calls.
 class ARBORIUM_API KsDataSensor : public KsDelayQueueSensor {
 public:
     /// The field whose change triggered a sensor of priority 0, for the time of the callback; null
@@ -95,6 +96,7 @@ protected:
 
 private:
     struct Call;
+    bool mayCall();
     Call* m_call = nullptr; // the innermost one that is running
     KsField* m_triggerField = nullptr;
     KsNode* m_triggerNode = nullptr;
