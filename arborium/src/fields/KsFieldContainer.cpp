@@ -113,4 +113,4 @@ void KsFieldContainer::tellSensors(KsField*) {}
 
 KsField* KsFieldContainer::getPartField(int, bool) const { return nullptr; }
 
-bool KsFieldContainer::isPartChanged(int) const { return false; }
+bool KsFieldContainer::isPartWritten(int) const { return false; }

@@ -179,7 +179,7 @@ bool KsFieldData::isDefault(const KsFieldContainer* container, int index,
                             const KsField* field) const
 {
     const int part = m_entries[static_cast<std::size_t>(index)].part;
-    return field->isDefault() && !(part >= 0 && container->isPartChanged(part));
+    return field->isDefault() && !(part >= 0 && container->isPartWritten(part));
 }
 
 void KsFieldData::addWriteReferences(KsOutput* out, const KsFieldContainer* container) const

@@ -182,9 +182,8 @@ void KsBaseKit::fieldHasChanged(KsField* field)
     if (m_parts.empty()) return;
     const int row = rowOf(field);
     if (row < 0) return;
-    Part* p = part(row, false);
-    p->isShared = false;
-    if (!place(row)) p->field.initValue(p->placed);
+    part(row, false)->isShared = false;
+    place(row);
 }
 
 /// The list in which the part stands; null if its parent does not exist and is not to be made.
@@ -246,40 +245,45 @@ int KsBaseKit::placeFor(const KsChildList& list, int row) const
     return index >= 0 ? index : list.getLength();
 }
 
-/// Brings the structure in line with the part's field. FALSE if that cannot be: then there is
-/// nothing in place for the part.
-bool KsBaseKit::place(int row)
+/// Brings the structure in line with the part's field, or, where that cannot be, the field with the
+/// structure.
+void KsBaseKit::place(int row)
 {
     Part* p = part(row, false);
     const KsNodekitCatalog* catalog = getNodekitCatalog();
-    if (!p || !catalog) return false;
+    if (!p) return;
+    if (!catalog) { // the class is gone
+        p->field.initValue(p->placed);
+        return;
+    }
     const KsRef<KsNode> node(p->field.getValue());
     const KsRef<KsNode> old(p->placed);
     KsChildList* list = siblingsOf(row, node);
     const KsRef<KsNode> keepParent(partAt(catalog->getParent(row)));
     const int oldIndex = list && old ? findPlaced(*list, row, old) : -1;
+    const bool isNew = list && node && (node != old || oldIndex < 0);
     // What was read from a file may hold the node already.
-    const bool isThere = list && node && oldIndex < 0 && isPresent(*list, row, node);
+    const bool isThere = isNew && isPresent(*list, row, node);
     const int index = !list || oldIndex >= 0 ? oldIndex : placeFor(*list, row);
     p->placed = list ? node : nullptr;
-    bool inPlace = list || !node;
-    if (!node) {
-        if (oldIndex >= 0) list->remove(oldIndex);
-    } else if (!list) {
+    if (node && !list) {
         KsDebugError::post("KsBaseKit::setPart", "the parent of the part \"%s\" cannot be made",
                            catalog->getName(row).getString());
-    } else if (!isThere && (node != old || oldIndex < 0)) {
-        if (oldIndex < 0)
-            list->insert(node, index);
-        else
-            list->set(index, node);
-        inPlace = list->find(node) >= 0;
-        if (!inPlace) {
-            p->placed = nullptr;
-            if (oldIndex >= 0 && (*list)[oldIndex] == old) list->remove(oldIndex);
-        }
+    } else if (!node || isThere) {
+        if (oldIndex >= 0) list->remove(oldIndex);
+    } else if (isNew && oldIndex < 0) {
+        list->insert(node, index);
+    } else if (isNew) {
+        list->set(index, node);
     }
-    if (old == node) return inPlace;
+    // Sensors have run: one of them may have set the part again, and put that in place.
+    if (list && p->placed.get() != node.get()) return;
+    if (p->placed && list->find(node) < 0) {
+        p->placed = nullptr;
+        if (oldIndex >= 0 && (*list)[oldIndex] == old) list->remove(oldIndex);
+    }
+    if (p->field.getValue() != p->placed.get()) p->field.initValue(p->placed);
+    if (old == node) return;
     // The parts below go along.
     for (const int child : catalog->getChildrenInOrder(row)) {
         Part* below = part(child, false);
@@ -291,7 +295,6 @@ bool KsBaseKit::place(int row)
             below->field.setDefault(true);
         }
     }
-    return inPlace;
 }
 
 // Parts by their name.
@@ -330,8 +333,7 @@ bool KsBaseKit::resolve(std::string_view name, bool make, bool publicOnly, const
     target = {this, row, item};
     if (dot == name.npos) return true;
 
-    KsNode* inner = make ? makePart(row) : partAt(row);
-    if (item >= 0 && inner) inner = (*inner->getChildren())[item];
+    KsNode* inner = targetNode(target, make);
     if (!inner) {
         target.kit = nullptr;
         return true; // nothing there, and nothing wrong
@@ -344,10 +346,9 @@ bool KsBaseKit::resolve(std::string_view name, bool make, bool publicOnly, const
     return kit->resolve(name.substr(dot + 1), make, publicOnly, where, target);
 }
 
-KsNode* KsBaseKit::getNamed(const KbName& name, bool make, bool publicOnly, const char* where)
+KsNode* KsBaseKit::targetNode(const Target& target, bool make)
 {
-    Target target;
-    if (!resolve(name.view(), make, publicOnly, where, target) || !target.kit) return nullptr;
+    if (!target.kit) return nullptr;
     KsNode* node = make ? target.kit->makePart(target.row) : target.kit->partAt(target.row);
     if (!node || target.item < 0) return node;
     KsChildList* items = node->getChildren();
@@ -357,12 +358,22 @@ KsNode* KsBaseKit::getNamed(const KbName& name, bool make, bool publicOnly, cons
     return (*items)[target.item];
 }
 
+KsNode* KsBaseKit::getNamed(const KbName& name, bool make, bool publicOnly, const char* where)
+{
+    Target target;
+    return resolve(name.view(), make, publicOnly, where, target) ? targetNode(target, make)
+                                                                 : nullptr;
+}
+
 bool KsBaseKit::setNamed(const KbName& name, KsNode* node, bool publicOnly, const char* where)
 {
     const KsRef<KsNode> keep(node);
     Target target;
     if (!resolve(name.view(), node, publicOnly, where, target)) return false;
-    if (!target.kit) return true; // what is not there need not be removed
+    if (!target.kit) {
+        if (node) KsDebugError::post(where, "what \"%s\" lies in cannot be made", name.getString());
+        return !node; // what is not there need not be removed
+    }
     if (target.item < 0) return target.kit->setPartAt(target.row, node, false);
 
     KsNode* list = node ? target.kit->makePart(target.row) : target.kit->partAt(target.row);
@@ -582,7 +593,17 @@ void KsBaseKit::addKitDetails(KsRayPickAction* action, KsType kitType, int first
 
 // Files.
 
-bool KsBaseKit::isPartChanged(int row) const { return isPartChanged(row, 16); }
+bool KsBaseKit::isPartWritten(int row) const
+{
+    const Part* p = part(row, false);
+    const KsNodekitCatalog* catalog = getNodekitCatalog();
+    if (!p || !p->placed || !catalog) return false;
+    // A part that was set takes along what stands in it. The parts in it are written with it, or
+    // reading would make them once more.
+    for (int above = catalog->getParent(row); above > self; above = catalog->getParent(above))
+        if (!isPartDefault(above)) return true;
+    return isPartChanged(row, 16);
+}
 
 bool KsBaseKit::isPartChanged(int row, int kitsWithin) const
 {
@@ -629,6 +650,14 @@ void KsBaseKit::copyContents(const KsNode* from, Copier& copier)
     const auto& kit = *static_cast<const KsBaseKit*>(from);
     const bool all = copiesStructure();
     const int rows = static_cast<int>(kit.m_parts.size());
+    if (all) { // in place of what the constructor has made
+        m_children.truncate(0);
+        for (const auto& made : m_parts) {
+            if (!made) continue;
+            made->placed.reset();
+            made->field.initValue(nullptr);
+        }
+    }
     for (int row = topSeparator; row < rows; ++row)
         if (kit.isPartShared(row)) copier.keep(kit.partAt(row));
     const KsNode* top = kit.partAt(topSeparator);

@@ -3,7 +3,6 @@
 #include <arborium/actions/KsPath.h>
 #include <arborium/base/KsDebugError.h>
 #include <arborium/io/KsDB.h>
-#include <arborium/nodes/KsNodeList.h>
 #include <arborium/nodes/KsSwitch.h>
 
 #include <algorithm>
@@ -25,11 +24,8 @@ bool KsInteractionKit::setPartAsDefault(const KbName& part, const KbName& defaul
 {
     const KsNodekitCatalog* catalog = getNodekitCatalog();
     const KsType type = catalog ? catalog->getType(catalog->getPartNumber(part)) : KsType();
-    KsNodeList named;
-    if (!defaultNodeName.isEmpty()) KsNode::getByName(defaultNodeName, named);
-    for (int i = 0; i < named.getLength(); ++i)
-        if (named[i]->isOfType(type)) return setPartAsDefault(part, named[i], onlyIfDefault);
-    return setPartAsDefault(part, static_cast<KsNode*>(nullptr), onlyIfDefault);
+    auto* named = static_cast<KsNode*>(KsBase::getFirstNamed(defaultNodeName, type));
+    return setPartAsDefault(part, named, onlyIfDefault);
 }
 
 bool KsInteractionKit::setPartAsDefault(const KbName& part, KsNode* node, bool onlyIfDefault)
@@ -88,8 +84,8 @@ int KsInteractionKit::findPartAsPath(const KsPath& pickPath) const
     return -1;
 }
 
-// Start and stop. The classes are those of the layer, registered as one; each of the counts sees to
-// it that they are there.
+// Start and stop. The classes are those of the layer, registered as one; each of the counts holds
+// it, in whatever order they end.
 
 namespace {
 
@@ -97,21 +93,16 @@ class InitCount {
 public:
     void init()
     {
-        if (m_count++ > 0 || KsDB::isInitialized()) return;
-        KsDB::init();
-        m_holdsLayer = true;
+        if (m_count++ == 0) KsDB::init();
     }
     void finish()
     {
-        if (m_count == 0 || --m_count > 0 || !m_holdsLayer) return;
-        m_holdsLayer = false;
-        KsDB::finish();
+        if (m_count > 0 && --m_count == 0) KsDB::finish();
     }
     int get() const { return m_count; }
 
 private:
     int m_count = 0;
-    bool m_holdsLayer = false;
 };
 
 InitCount s_nodeKit;

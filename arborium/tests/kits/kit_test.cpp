@@ -594,10 +594,29 @@ TEST_F(Kit, kitsAndInteractionStartAndStopInPairs)
     KsInteraction::init();
     EXPECT_EQ(KsNodeKit::getInitCount(), 2);
     EXPECT_EQ(KsInteraction::getInitCount(), 1);
-    EXPECT_EQ(KsDB::getInitCount(), layers);
     KsNodeKit::finish();
     KsNodeKit::finish();
     KsInteraction::finish();
     EXPECT_EQ(KsDB::getInitCount(), layers);
     EXPECT_TRUE(KsDB::isInitialized());
+}
+
+// shows: KsInteraction::init, KsNodeKit::init
+TEST(KitStart, keepsTheClassesUntilTheLastOneEndsInWhateverOrder)
+{
+    ASSERT_FALSE(KsDB::isInitialized());
+    const auto isThere = [] { return !KsType::fromName("BaseKit").isBad(); };
+    KsNodeKit::init();
+    KsInteraction::init();
+    KsNodeKit::finish();
+    EXPECT_TRUE(isThere()) << "the interaction is not over";
+    KsInteraction::finish();
+    EXPECT_FALSE(isThere());
+    KsDB::init();
+    KsNodeKit::init();
+    KsDB::finish();
+    EXPECT_TRUE(isThere()) << "nor are the kits";
+    KsNodeKit::finish();
+    EXPECT_FALSE(isThere());
+    EXPECT_FALSE(KsDB::isInitialized());
 }

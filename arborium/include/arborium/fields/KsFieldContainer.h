@@ -63,10 +63,10 @@ public:
     virtual void tellSensors(KsField* field);
     /// The field that a kit holds for a part; null for other containers.
     virtual KsField* getPartField(int part, bool make) const;
-    /// Whether a public part of a kit that counts as default, since it was made at need, got values, a
-    /// name or children since: then files hold it. FALSE for a part that holds other parts, and for one
-    /// that kits share.
-    virtual bool isPartChanged(int part) const;
+    /// Whether files hold a part of a kit although it counts as default: one that stands in a part
+    /// that was set, and a public one that got values, a name or children since it was made at need.
+    /// Of the latter not one that holds other parts, nor one that kits share.
+    virtual bool isPartWritten(int part) const;
     bool validatesFields() const { return m_validates; }
     /// This object as a node, or null.
     virtual KsNode* asNode() { return nullptr; }

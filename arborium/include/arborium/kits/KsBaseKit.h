@@ -30,7 +30,7 @@ public:
     /// A part by its name, or by a path of names through kits ("inner.frame"), or an item of a
     /// list ("list[2]"). Null with a message for an unknown or hidden name; null without one if the
     /// part does not exist and is not to be made. Of a list the item behind the last one can be
-    /// made, no other.
+    /// made, no other. A part that is made counts as default.
     KsNode* getPart(const KbName& name, bool makeIfNeeded);
     /// Sets a public part; null removes it, for good: a part that was set, or removed, in this way
     /// is left alone by `setPartAsDefault` and is written to files. FALSE with a message for an
@@ -67,7 +67,7 @@ public:
     void fieldHasChanged(KsField* field) override;
     bool validateNewFieldValue(KsField* field, const void* newValue) override;
     KsField* getPartField(int part, bool make) const override;
-    bool isPartChanged(int part) const override;
+    bool isPartWritten(int part) const override;
 
 protected:
     ~KsBaseKit() override;
@@ -81,8 +81,8 @@ protected:
     /// A row of the class's catalog could not be added: posts a message.
     virtual void catalogError();
 
-    /// Writes, or counts, the fields. Of the parts those that were set, and public ones that are another
-    /// one since they were made (`isPartChanged`).
+    /// Writes, or counts, the fields. Of the parts those that were set, and others as
+    /// `isPartWritten` tells.
     virtual void writeFields(KsWriteAction* action);
     /// Closes what `writeHeader` opened.
     void endWrite(KsWriteAction* action);
@@ -120,13 +120,14 @@ private:
     Part* part(int row, bool make) const;
     bool isPartChanged(int row, int kitsWithin) const;
     int rowOf(const KsField* field) const;
-    bool place(int row);
+    void place(int row);
     int findPlaced(const KsChildList& list, int row, const KsNode* node) const;
     bool isPresent(const KsChildList& list, int row, const KsNode* node) const;
     int placeFor(const KsChildList& list, int row) const;
     KsChildList* siblingsOf(int row, bool make);
     bool resolve(std::string_view name, bool make, bool publicOnly, const char* where,
                  Target& target);
+    static KsNode* targetNode(const Target& target, bool make);
     KsNode* getNamed(const KbName& name, bool make, bool publicOnly, const char* where);
     bool setNamed(const KbName& name, KsNode* node, bool publicOnly, const char* where);
 
