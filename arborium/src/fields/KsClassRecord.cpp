@@ -55,6 +55,7 @@ void KsClassRecord::exitClass()
         classTypeId = KsType::badType();
         delete fieldData;
         fieldData = nullptr;
+        m_isRepaired = false;
         parentFieldData = nullptr;
         firstInstance = 1;
     }
@@ -82,6 +83,7 @@ const KsFieldData* KsClassRecord::getFieldData()
     if (!fieldData) {
         postNotConstructed(className);
         makeFieldData();
+        m_isRepaired = true;
     }
     return fieldData;
 }
@@ -103,8 +105,11 @@ KsInstanceBuilder::KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* in
         const KbThreadAutoLock lock(record.classMutex);
         if (!record.fieldData)
             record.makeFieldData();
+        else if (record.m_isRepaired)
+            record.fieldData->inherit(record.parentFieldData ? *record.parentFieldData : nullptr);
         else
             record.firstInstance = 0;
+        record.m_isRepaired = false;
         m_first = record.firstInstance != 0;
         if (record.parentFieldData && *record.parentFieldData)
             m_enumField = (*record.parentFieldData)->getNumEnumFields();

@@ -2,16 +2,17 @@
 
 #include <arborium/fields/KsFieldContainer.h>
 
-KsFieldData::KsFieldData(const KsFieldData* parent)
-{
-    if (!parent) return;
-    m_entries = parent->m_entries;
-    m_index = parent->m_index;
-    m_enums = parent->m_enums;
-    m_fieldEnums = parent->m_fieldEnums;
-}
+KsFieldData::KsFieldData(const KsFieldData* parent) { inherit(parent); }
 
 KsFieldData::~KsFieldData() = default;
+
+void KsFieldData::inherit(const KsFieldData* parent)
+{
+    m_entries = parent ? parent->m_entries : std::vector<Entry>();
+    m_index = parent ? parent->m_index : std::unordered_map<KbName, int>();
+    m_enums = parent ? parent->m_enums : std::vector<const KsEnumData*>();
+    m_fieldEnums = parent ? parent->m_fieldEnums : std::vector<const KsEnumData*>();
+}
 
 void KsFieldData::addField(const KsFieldContainer* container, const KbName& name,
                            const KsField* field)

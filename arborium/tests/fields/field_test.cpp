@@ -610,6 +610,31 @@ TEST(ClassRecord, missesItsFieldDataWithAMessage)
     EXPECT_EQ(node->getFieldData()->getNumFields(), 0);
 }
 
+// shows: KsClassRecord::initClass
+TEST(ClassRecord, isWholeAgainThoughANodeOfBeforeAskedForItsFieldsMeanwhile)
+{
+    KsNode::initClass();
+    KsTestBase::initClass();
+    KsTestDerived::initClass();
+    const KsRef<KsTestDerived> old(new KsTestDerived);
+    for (const bool isLate : {false, true}) {
+        KsTestDerived::exitClass();
+        KsTestBase::exitClass();
+        ExpectedMessages messages("KsTestDerived", "Instance not properly constructed");
+        if (!isLate) EXPECT_EQ(old->getFieldData()->getNumFields(), 0);
+        KsTestBase::initClass();
+        KsTestDerived::initClass();
+        if (isLate) EXPECT_LT(old->getFieldData()->getNumFields(), 2);
+        const KsRef<KsTestDerived> first(new KsTestDerived), second(new KsTestDerived);
+        for (const KsTestDerived* node : {first.get(), second.get(), old.get()}) {
+            KsFieldList fields;
+            ASSERT_EQ(node->getFields(fields), 2);
+            EXPECT_EQ(fields[0].name, "first");
+            EXPECT_EQ(fields[1].field, &node->second);
+        }
+    }
+}
+
 // shows: KsInstanceBuilder::enumField
 TEST(ClassRecord, missesAnEnumThatWasNotDeclared)
 {

@@ -50,6 +50,7 @@ private:
     friend class KsInstanceBuilder;
     /// Makes the field data if it is not there; `classMutex` is held.
     void makeFieldData();
+    bool m_isRepaired = false; // the field data was made by no instance: the first one fills it
 };
 
 /// A value of an enum, for `KsInstanceBuilder::enums`.

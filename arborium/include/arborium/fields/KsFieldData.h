@@ -47,6 +47,8 @@ public:
     void write(KsOutput* out, const KsFieldContainer* container) const;
 
     // Plumbing.
+    /// Begins anew, as the constructor does.
+    void inherit(const KsFieldData* parent);
     /// What `write` does first: counts the nodes that the fields refer to.
     void addWriteReferences(KsOutput* out, const KsFieldContainer* container) const;
     /// Adds a field that a kit holds for one of its parts (the row in its catalog).
