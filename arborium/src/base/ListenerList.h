@@ -29,6 +29,7 @@ public:
     }
     void remove(T* item)
     {
+        if (!item) return; // null stands for one that left during the walk
         const auto found = std::find(m_items.begin(), m_items.end(), item);
         if (found == m_items.end()) return;
         --m_count;

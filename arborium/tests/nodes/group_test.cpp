@@ -220,6 +220,26 @@ TEST_F(Group, tellsItsObserverOncePerTraversal)
     EXPECT_EQ(watch.calls, 2);
 }
 
+TEST_F(Group, keepsItsObserversWhenNoneIsRemoved)
+{
+    struct Leaver : KsSceneObserver {
+        explicit Leaver(KsGroup* watched) : group(watched) { group->addObserver(this); }
+        void sceneChanged() override
+        {
+            group->removeObserver(this);
+            group->removeObserver(nullptr);
+        }
+        KsGroup* group;
+    } leaver(group);
+    Watch watch;
+    group->addObserver(&watch);
+    for (const int calls : {1, 2}) {
+        visit(group);
+        group->touch();
+        EXPECT_EQ(watch.calls, calls);
+    }
+}
+
 // shows: KsNode::getByName, KsNodeList::truncate, KsNodeList::operator[]
 TEST_F(Group, findsNodesByTheirNames)
 {
