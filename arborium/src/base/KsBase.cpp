@@ -1,37 +1,15 @@
 #include <arborium/base/KsBase.h>
 
-#include <map>
 #include <unordered_map>
 
 namespace {
 int s_numInstances = 0;
 
-/// The named objects of the process, by name and in the order of naming.
-struct NameTable {
-    std::unordered_map<KbName, std::map<std::uint64_t, KsBase*>> objects;
-    std::unordered_map<const KsBase*, std::uint64_t> places;
-    std::uint64_t next = 0;
-
-    void add(const KbName& name, KsBase* object)
-    {
-        places[object] = next;
-        objects[name].emplace(next++, object);
-    }
-    void remove(const KbName& name, const KsBase* object)
-    {
-        const auto place = places.find(object);
-        const auto named = objects.find(name);
-        if (place == places.end() || named == objects.end()) return;
-        named->second.erase(place->second);
-        if (named->second.empty()) objects.erase(named);
-        places.erase(place);
-    }
-};
-
-NameTable& names()
+/// The named objects of the process, those of a name in the order of naming.
+std::unordered_map<KbName, std::list<KsBase*>>& named()
 {
-    static NameTable& s_names = *new NameTable;
-    return s_names;
+    static auto& s_named = *new std::unordered_map<KbName, std::list<KsBase*>>;
+    return s_named;
 }
 } // namespace
 
@@ -47,7 +25,7 @@ KsBase::KsBase() { ++s_numInstances; }
 
 KsBase::~KsBase()
 {
-    if (!m_name.isEmpty()) names().remove(m_name, this);
+    setName(KbName());
     --s_numInstances;
 }
 
@@ -61,24 +39,29 @@ void KsBase::destroy()
 void KsBase::setName(const KbName& name)
 {
     if (m_name == name) return;
-    if (!m_name.isEmpty()) names().remove(m_name, this);
+    if (!m_name.isEmpty()) {
+        const auto former = named().find(m_name);
+        former->second.erase(m_place);
+        if (former->second.empty()) named().erase(former);
+    }
     m_name = name;
-    if (!m_name.isEmpty()) names().add(m_name, this);
+    if (m_name.isEmpty()) return;
+    std::list<KsBase*>& all = named()[m_name];
+    m_place = all.insert(all.end(), this);
 }
 
 void KsBase::getNamed(const KbName& name, std::vector<KsBase*>& list)
 {
-    const auto named = names().objects.find(name);
-    if (named == names().objects.end()) return;
-    for (const auto& each : named->second) list.push_back(each.second);
+    const auto found = named().find(name);
+    if (found != named().end()) list.insert(list.end(), found->second.begin(), found->second.end());
 }
 
 KsBase* KsBase::getFirstNamed(const KbName& name, KsType type)
 {
-    const auto named = names().objects.find(name);
-    if (named == names().objects.end()) return nullptr;
-    for (const auto& each : named->second)
-        if (each.second->isOfType(type)) return each.second;
+    const auto found = named().find(name);
+    if (found == named().end()) return nullptr;
+    for (KsBase* each : found->second)
+        if (each->isOfType(type)) return each;
     return nullptr;
 }
 

@@ -257,6 +257,14 @@ TEST_F(Group, findsNodesByTheirNames)
     EXPECT_EQ(list[2], nullptr);
     EXPECT_EQ(KsNode::getByName("floor", list), 0);
     list.truncate(0);
+    // Named anew, it comes last.
+    b->setName("floor");
+    EXPECT_EQ(KsNode::getByName("wall"), a);
+    b->setName("wall");
+    EXPECT_EQ(KsNode::getByName("wall"), a);
+    EXPECT_EQ(KsNode::getByName("wall", list), 2);
+    EXPECT_EQ(list[1], b);
+    list.truncate(0);
     group->removeAllChildren();
     EXPECT_EQ(KsNode::getByName("wall"), nullptr);
 }

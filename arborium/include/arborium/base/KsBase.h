@@ -4,6 +4,7 @@
 #include <arborium/base/KsTypedObject.h>
 
 #include <cstdint>
+#include <list>
 #include <vector>
 
 class KsInput;
@@ -70,6 +71,7 @@ protected:
 
 private:
     KbName m_name;
+    std::list<KsBase*>::iterator m_place; ///< Among the objects of this name; none without a name.
     mutable std::uint32_t m_writeMark = 0;
 };
 
