@@ -166,6 +166,21 @@ TEST(References, givenBackTooOftenAreIgnored)
     EXPECT_EQ(item->getRefCount(), 1);
 }
 
+// shows: KsRef
+TEST(References, mayBeOfABaseClass)
+{
+    const KsRef<Item> item(new Item);
+    KsRef<KsBase> base = item;
+    std::vector<KsRef<KsBase>> list;
+    list.push_back(item);
+    EXPECT_EQ(base.get(), item.get());
+    EXPECT_EQ(item->getRefCount(), 3);
+    base = KsRef<Item>(new Item);
+    EXPECT_EQ(item->getRefCount(), 2);
+    EXPECT_EQ(base->getRefCount(), 1);
+    EXPECT_FALSE((std::is_convertible_v<KsRef<KsBase>, KsRef<Item>>));
+}
+
 TEST(References, takenWhileAnObjectDiesDoNotDestroyItTwice)
 {
     std::vector<std::string> log;

@@ -94,6 +94,23 @@ TEST(SingleValue, ofSeveralNumbersIsSetByThem)
     EXPECT_EQ(color.getValue(), KbColor(1, 0.5f, 0));
 }
 
+// shows: KsMFColor::setValue, KsMFVec2f::setValue, KsMFVec3f::setValue
+TEST(ManyValues, ofSeveralNumbersAreReplacedByOneSetByThem)
+{
+    KsMFColor colors;
+    colors.assign({KbColor(1, 1, 1), KbColor(0, 0, 0)});
+    colors.setValue(1, 0.5f, 0);
+    EXPECT_EQ(colors.values(), std::vector<KbColor>{KbColor(1, 0.5f, 0)});
+    colors.setValue(KbColor(0, 1, 0));
+    EXPECT_EQ(colors[0], KbColor(0, 1, 0));
+    KsMFVec2f corners;
+    corners.setValue(0.5f, 1);
+    EXPECT_EQ(corners.values(), std::vector<KbVec2f>{KbVec2f(0.5f, 1)});
+    KsMFVec3f points;
+    points.setValue(1, 2, 3);
+    EXPECT_EQ(points.values(), std::vector<KbVec3f>{KbVec3f(1, 2, 3)});
+}
+
 // shows: KsSFNode::getValue, KsSFNode::setValue, KsSFNode::initValue,
 // KsSFNode::operator KsNode*, KsSFNode::operator==
 TEST(SingleValue, mayBeANode)

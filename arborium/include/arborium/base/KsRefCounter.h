@@ -3,6 +3,7 @@
 #include <arborium/base/KsApi.h>
 
 #include <cstdint>
+#include <type_traits>
 
 /// A count of references. A new object has none; it dies when the last reference is given back.
 /// Not thread-safe: nodes belong to one thread at a time.
@@ -51,6 +52,10 @@ public:
     }
     KsRef(const KsRef& other) : KsRef(other.m_object) {}
     KsRef(KsRef&& other) noexcept : m_object(other.m_object) { other.m_object = nullptr; }
+    /// The same object as one of a base class.
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    KsRef(const KsRef<U>& other) : KsRef(static_cast<T*>(other.get()))
+    {}
     ~KsRef() { reset(); }
     /// Takes the new reference before it gives the old one back.
     KsRef& operator=(KsRef other) noexcept

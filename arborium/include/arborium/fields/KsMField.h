@@ -144,12 +144,21 @@ class ARBORIUM_API KsMFInt32 : public KsMFieldOf<std::int32_t> {
 /// Colours, three numbers each.
 class ARBORIUM_API KsMFColor : public KsMFieldOf<KbColor> {
     KS_MFIELD(KsMFColor, KbColor)
+public:
+    using KsMFieldOf::setValue;
+    void setValue(float r, float g, float b) { setValue(KbColor(r, g, b)); }
 };
 /// Pairs of numbers.
 class ARBORIUM_API KsMFVec2f : public KsMFieldOf<KbVec2f> {
     KS_MFIELD(KsMFVec2f, KbVec2f)
+public:
+    using KsMFieldOf::setValue;
+    void setValue(float x, float y) { setValue(KbVec2f(x, y)); }
 };
 /// Points or directions, three numbers each.
 class ARBORIUM_API KsMFVec3f : public KsMFieldOf<KbVec3f> {
     KS_MFIELD(KsMFVec3f, KbVec3f)
+public:
+    using KsMFieldOf::setValue;
+    void setValue(float x, float y, float z) { setValue(KbVec3f(x, y, z)); }
 };
