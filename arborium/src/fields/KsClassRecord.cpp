@@ -52,6 +52,7 @@ void KsClassRecord::exitClass()
                            "implemented and is called only once.\n",
                            fileName());
     } else {
+        m_isSettled = false;
         classTypeId = KsType::badType();
         delete fieldData;
         fieldData = nullptr;
@@ -77,7 +78,7 @@ void postNotConstructed(const char* className)
 }
 } // namespace
 
-const KsFieldData* KsClassRecord::getFieldData()
+const KsFieldData* KsClassRecord::lockFieldData()
 {
     const KbThreadAutoLock lock(classMutex);
     if (!fieldData) {
@@ -90,9 +91,9 @@ const KsFieldData* KsClassRecord::getFieldData()
 
 // ---- instances -----------------------------------------------------------------------------
 
-KsInstanceBuilder::KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* instance)
-    : m_record(record), m_instance(instance), m_guard(instance)
+void KsInstanceBuilder::prepareRecord()
 {
+    KsClassRecord& record = m_record;
     if (record.classTypeId.isBad()) {
         KsDebugError::post("KS_NODE_CONSTRUCTOR",
                            "Can't construct a node of type %s until initClass() has been called",
@@ -111,11 +112,10 @@ KsInstanceBuilder::KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* in
             record.firstInstance = 0;
         record.m_isRepaired = false;
         m_first = record.firstInstance != 0;
-        if (record.parentFieldData && *record.parentFieldData)
-            m_enumField = (*record.parentFieldData)->getNumEnumFields();
+        record.m_isSettled = !m_first;
     }
     if (m_first) {
-        KsTypedObject::checkDatabase(record.className, instance, record.classTypeId,
+        KsTypedObject::checkDatabase(record.className, m_instance, record.classTypeId,
                                      record.classTypeId);
         if (record.isKit) {
             const KsNodekitCatalog* parent =
@@ -128,33 +128,27 @@ KsInstanceBuilder::KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* in
     record.isBuiltIn = 1;
 }
 
-KsInstanceBuilder::~KsInstanceBuilder()
+void KsInstanceBuilder::makeParts()
 {
-    if (!m_record.isKit) return;
     auto* kit = static_cast<KsBaseKit*>(m_instance);
     kit->createNodekitPartsList();
     kit->createDefaultParts();
 }
 
-void KsInstanceBuilder::add(const char* name, KsField& member)
+void KsInstanceBuilder::addToRecord(const char* name, KsField& member)
 {
-    if (m_first || !m_record.fieldData) {
-        const KbThreadAutoLock lock(m_record.classMutex);
-        if (!m_record.fieldData) {
-            postNotConstructed(m_record.className);
-            m_record.makeFieldData();
-        }
-        if (m_first) {
-            if (m_record.fieldData->getIndex(name) >= 0) {
-                KsDebugError::post("KsInstanceBuilder::field",
-                                   "%s has a field \"%s\" already: this one is in no file",
-                                   m_record.className, name);
-            }
-            m_record.fieldData->addField(m_instance, name, &member);
-        }
+    const KbThreadAutoLock lock(m_record.classMutex);
+    if (!m_record.fieldData) {
+        postNotConstructed(m_record.className);
+        m_record.makeFieldData();
     }
-    member.setContainer(m_instance);
-    member.setFieldType(5);
+    if (!m_first) return;
+    if (m_record.fieldData->getIndex(name) >= 0) {
+        KsDebugError::post("KsInstanceBuilder::field",
+                           "%s has a field \"%s\" already: this one is in no file",
+                           m_record.className, name);
+    }
+    m_record.fieldData->addField(m_instance, name, &member);
 }
 
 void KsInstanceBuilder::enums(const char* enumName, std::initializer_list<KsEnumValue> values)
@@ -182,6 +176,10 @@ void KsInstanceBuilder::enumField(const char* name, KsSFEnum& member, const char
                                name, file, line, m_record.isKit ? "KIT" : "NODE", enumName);
         }
         m_record.fieldData->addEnumField(enums);
+    }
+    if (m_enumField < 0) {
+        const KsFieldData* parent = m_record.parentFieldData ? *m_record.parentFieldData : nullptr;
+        m_enumField = parent ? parent->getNumEnumFields() : 0;
     }
     member.setEnums(m_record.fieldData->getFieldEnum(m_enumField++));
     member.initValue(initial);

@@ -34,15 +34,14 @@ std::string nearestType(const Impl& in, std::string_view word, KsType expected)
 KsType usableType(Impl& in, std::string_view word, KsType expected)
 {
     const KsType type = in.typeNamed(word);
+    if (type.isDerivedFrom(expected) && type.canCreateInstance()) return type;
     if (type.isBad() || !type.isDerivedFrom(KsBase::getClassTypeId())) {
         in.error("unknown node type " + in.quote(word) + nearestType(in, word, expected));
     } else if (!type.isDerivedFrom(expected)) {
         in.error(in.quote(word) + " cannot stand here; expected " + withArticle(expected));
-    } else if (!type.canCreateInstance()) {
+    } else {
         in.error("the node type " + in.quote(word) + " is only there for others to derive from" +
                  nearestType(in, word, expected));
-    } else {
-        return type;
     }
     return KsType::badType();
 }

@@ -104,11 +104,13 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
         std::int32_t count;
         // A field takes at least its name and the mark of its connection.
         if (!in->readCount(count, 6, getNumFields())) return false;
+        int next = 0; // most fields stand where the class has them
         for (int i = 0; i < count; ++i) {
             std::string_view name;
             if (!im.readBinaryText(name, KsLimits::current().nameBytes, "a field name"))
                 return false;
-            const int index = getIndex(im.knownName(name));
+            const bool isNext = next < getNumFields() && getFieldName(next).view() == name;
+            const int index = isNext ? next : getIndex(im.knownName(name));
             if (index < 0) {
                 KsNearestName nearest(im, name);
                 for (const Entry& each : m_entries) nearest.offer(each.name.view());
@@ -117,6 +119,7 @@ bool KsFieldData::read(KsInput* in, KsFieldContainer* container) const
             }
             unsigned short isConnected = 0;
             if (!readField(index) || !in->read(isConnected)) return false;
+            next = index + 1;
             if (!isConnected) continue;
             Impl::Key key;
             Impl::Connection connection;

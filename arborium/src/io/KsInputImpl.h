@@ -198,8 +198,10 @@ struct KsInput::Impl {
     bool readBytes(std::uint32_t& value, int bytes)
     {
         if (!need(static_cast<std::size_t>(bytes))) return false;
+        const char* const p = cur;
+        cur += bytes;
         value = 0;
-        for (int i = 0; i < bytes; ++i) value = value << 8 | static_cast<unsigned char>(*cur++);
+        for (int i = 0; i < bytes; ++i) value = value << 8 | static_cast<unsigned char>(p[i]);
         return true;
     }
     /// `text` stands in the input.

@@ -155,9 +155,11 @@ bool KsGroup::readChildren(KsInput* in)
             if (!readChild(isMissing)) return false;
         return true;
     }
-    static constexpr std::size_t leastBytes = 8; // of the shortest child
+    static constexpr std::size_t leastBytes = 8;  // of the shortest child
+    static constexpr std::int32_t mostRoom = 256; // the count may promise too much
     std::int32_t count = 0;
     if (!in->readCount(count, leastBytes, KsLimits::current().nodesPerFile)) return false;
+    m_children.reserve(getNumChildren() + std::min(count, mostRoom));
     for (std::int32_t i = 0; i < count; ++i) {
         if (!readChild(isMissing)) return false;
         if (!isMissing) continue;

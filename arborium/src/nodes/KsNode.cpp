@@ -11,6 +11,7 @@
 #include <deque>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 KsClassRecord KsNode::classRecord("KsNode", nullptr, nullptr);
 
@@ -32,9 +33,10 @@ constexpr std::uintptr_t isTable = 1;
 /// A walk from a node up. Each node is met once however many ways lead to it.
 class UpwardWalk {
 public:
-    explicit UpwardWalk(KsNode* start) { m_waiting.push_back(start); }
+    explicit UpwardWalk(KsNode* start) : m_only(start) {}
     KsNode* next()
     {
+        if (m_only) return std::exchange(m_only, nullptr);
         if (m_waiting.empty()) return nullptr;
         KsNode* node = m_waiting.back();
         m_waiting.pop_back();
@@ -43,14 +45,16 @@ public:
     void push(KsNode* parent, bool isOnly)
     {
         // While each node has one parent there is one way only, and nothing to remember.
-        if (!isOnly || m_isBranched) {
-            m_isBranched = true;
-            if (!m_met.insert(parent).second) return;
+        if (isOnly && !m_isBranched) {
+            m_only = parent;
+            return;
         }
-        m_waiting.push_back(parent);
+        m_isBranched = true;
+        if (m_met.insert(parent).second) m_waiting.push_back(parent);
     }
 
 private:
+    KsNode* m_only; // the one that is next, as long as there is one way
     std::vector<KsNode*> m_waiting;
     std::unordered_set<KsNode*> m_met;
     bool m_isBranched = false;

@@ -55,6 +55,11 @@ void KsNodeList::truncate(int length)
     for (KsNode* node : gone) node->unref();
 }
 
+void KsNodeList::reserve(int length)
+{
+    if (length > 0) m_nodes.reserve(static_cast<std::size_t>(length));
+}
+
 int KsNodeList::find(const KsNode* node) const
 {
     const auto found = std::find(m_nodes.begin(), m_nodes.end(), node);

@@ -1,8 +1,11 @@
 #include "IoTest.h"
 
+#include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsGroup.h>
 
 #include <algorithm>
+#include <cmath>
+#include <initializer_list>
 
 class Binary : public IoTest {
 protected:
@@ -57,6 +60,27 @@ TEST_F(Binary, childrenAreReadOnlyWhereTheFlagSaysSo)
     const KsRef<KsSeparator> root = parse(header + node("Group") + node("Cube"));
     ASSERT_TRUE(root) << errors;
     EXPECT_EQ(root->getNumChildren(), 2);
+}
+
+TEST_F(Binary, fieldsStandInAnyOrder)
+{
+    const auto cube = [this](std::initializer_list<std::string> fields) {
+        std::string bytes =
+            word("Cube") + number(0, 2) + number(static_cast<std::uint32_t>(fields.size()));
+        std::uint32_t value = 0x40000000; // 2, and the next ones
+        for (const std::string& each : fields) bytes += word(each) + number(value++) + number(0, 2);
+        return header + bytes;
+    };
+    const KsRef<KsSeparator> root = parse(cube({"depth", "width", "height"}));
+    ASSERT_TRUE(root) << errors;
+    const auto& read = *static_cast<KsCube*>(root->getChild(0));
+    EXPECT_EQ(read.depth.getValue(), 2);
+    EXPECT_LT(read.width.getValue(), read.height.getValue());
+    EXPECT_EQ(static_cast<KsCube*>(parse(cube({"width", "width"}))->getChild(0))->width.getValue(),
+              std::nextafter(2.0f, 3.0f));
+    for (const auto& wrong :
+         {cube({""}), cube({"width", "height", "depth", ""}), cube({"width", "height", ""})})
+        EXPECT_FALSE(parse(wrong));
 }
 
 TEST_F(Binary, countsAreComparedWithTheBytesThatFollow)

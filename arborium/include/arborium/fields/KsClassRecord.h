@@ -3,6 +3,7 @@
 #include <arborium/base/KbThread.h>
 #include <arborium/fields/KsFieldContainer.h>
 
+#include <atomic>
 #include <initializer_list>
 #include <new>
 
@@ -41,7 +42,7 @@ struct ARBORIUM_API KsClassRecord {
     /// Takes the class out of the type table. A class that is not there gives a message.
     void exitClass();
     /// The field data; repaired with a message if it is not there.
-    const KsFieldData* getFieldData();
+    const KsFieldData* getFieldData() { return m_isSettled ? fieldData : lockFieldData(); }
 
     KsClassRecord(const KsClassRecord&) = delete;
     KsClassRecord& operator=(const KsClassRecord&) = delete;
@@ -50,6 +51,9 @@ private:
     friend class KsInstanceBuilder;
     /// Makes the field data if it is not there; `classMutex` is held.
     void makeFieldData();
+    const KsFieldData* lockFieldData();
+    /// TRUE from the second instance on: nothing changes any more that would need the lock.
+    std::atomic<bool> m_isSettled{false};
     bool m_isRepaired = false; // the field data was made by no instance: the first one fills it
 };
 
@@ -72,8 +76,15 @@ class ARBORIUM_API KsInstanceBuilder {
 public:
     /// Stands first in the constructor of `instance`, which it keeps alive until its own end; then
     /// a kit gets its parts. A class that is not registered is, with a message.
-    KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* instance);
-    ~KsInstanceBuilder();
+    KsInstanceBuilder(KsClassRecord& record, KsFieldContainer* instance)
+        : m_record(record), m_instance(instance), m_guard(instance)
+    {
+        if (!record.m_isSettled) prepareRecord();
+    }
+    ~KsInstanceBuilder()
+    {
+        if (m_record.isKit) makeParts();
+    }
     KsInstanceBuilder(const KsInstanceBuilder&) = delete;
     KsInstanceBuilder& operator=(const KsInstanceBuilder&) = delete;
 
@@ -103,13 +114,21 @@ public:
     bool isFirst() const { return m_first; }
 
 private:
-    void add(const char* name, KsField& member);
+    void prepareRecord();
+    void makeParts();
+    void add(const char* name, KsField& member)
+    {
+        if (m_first || !m_record.fieldData) addToRecord(name, member);
+        member.setContainer(m_instance);
+        member.setFieldType(5);
+    }
+    void addToRecord(const char* name, KsField& member);
 
     KsClassRecord& m_record;
     KsFieldContainer* m_instance;
     KsBaseInitializer m_guard;
     bool m_first = false;
-    int m_enumField = 0;
+    int m_enumField = -1; ///< The next one in the record, once there was one.
 };
 
 /// What `KsInstanceBuilder::part` is told of a part that paths and names may show, and of another.

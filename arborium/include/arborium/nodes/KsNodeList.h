@@ -21,6 +21,8 @@ public:
     virtual void remove(int index);
     virtual void truncate(int length);
     int find(const KsNode* node) const;
+    /// Makes room for so many nodes.
+    void reserve(int length);
     int getLength() const { return static_cast<int>(m_nodes.size()); }
     /// Null if the index is out of range.
     KsNode* operator[](int index) const
