@@ -2,7 +2,7 @@
 
 #include <arborium/base/KsDebugError.h>
 #include <arborium/base/KsLimits.h>
-#include <arborium/fields/KsFieldContainer.h>
+#include <arborium/nodes/KsNode.h>
 #include <arborium/sensors/KsSensor.h>
 
 #include "base/ListenerList.h"
@@ -75,6 +75,14 @@ void stopLoop(const Frame& frame)
                        "Fields change each other without end, stopped after %d changes: %s",
                        frame.depth - 1, text.c_str());
     Frame::s_muteAbove = start;
+}
+
+/// Asked of changes within others only, and kept out of the way of the rest.
+[[gnu::noinline]] bool isTooDeep(const Frame& frame)
+{
+    if (frame.depth <= std::max(1, KsLimits::current().notificationDepth)) return false;
+    if (!Frame::s_muteAbove) stopLoop(frame);
+    return true;
 }
 } // namespace
 
@@ -192,16 +200,19 @@ void KsField::valueChanged(bool isDefault)
     const KsKeepAlive keep(m_container);
     if (m_container) m_container->markChanged();
     const Frame frame(this);
-    if (frame.outer && frame.depth > std::max(1, KsLimits::current().notificationDepth)) {
-        if (!Frame::s_muteAbove) stopLoop(frame);
-        return;
-    }
+    if (frame.outer && isTooDeep(frame)) return;
     if (m_container) m_container->fieldHasChanged(this);
     if (Frame::s_muteAbove) return;
-    if (m_listeners && !tellConnected()) return;
-    if (m_container && !m_container->isNotifyEnabled()) return;
-    if (m_listeners && !tellSensors()) return;
-    if (m_container && m_container->isNotifyEnabled()) m_container->tellSensors(this);
+    if (m_listeners && !tellListeners()) return;
+    if (KsNode::hasSensors() && m_container && m_container->isNotifyEnabled())
+        m_container->tellSensors(this);
+}
+
+bool KsField::tellListeners()
+{
+    if (!tellConnected()) return false;
+    const bool isQuiet = m_container && !m_container->isNotifyEnabled();
+    return isQuiet || !m_listeners || tellSensors();
 }
 
 bool KsField::tellConnected()

@@ -14,6 +14,7 @@
 #include <utility>
 
 KsClassRecord KsNode::classRecord("KsNode", nullptr, nullptr);
+int KsNode::s_numSensors = 0;
 
 struct KsNode::Watchers {
     ListenerList<KsNodeSensor> sensors;
@@ -26,7 +27,6 @@ struct KsNode::ManyParents {
 };
 
 namespace {
-int s_numNodeSensors = 0; // attached ones, in the whole process
 int s_nextActionMethodIndex = 0;
 constexpr std::uintptr_t isTable = 1;
 
@@ -239,7 +239,7 @@ void KsNode::markChanged()
 
 void KsNode::tellSensors(KsField* field)
 {
-    if (s_numNodeSensors == 0) return;
+    if (s_numSensors == 0) return;
     std::vector<KsNode*> watched;
     UpwardWalk walk(this);
     while (KsNode* node = walk.next()) {
@@ -293,13 +293,13 @@ void KsNode::addSensor(KsNodeSensor* sensor)
 {
     if (!sensor) return;
     watchers().sensors.add(sensor);
-    ++s_numNodeSensors;
+    ++s_numSensors;
 }
 
 void KsNode::removeSensor(KsNodeSensor* sensor)
 {
     if (!m_watchers || !m_watchers->sensors.contains(sensor)) return;
-    --s_numNodeSensors;
+    --s_numSensors;
     m_watchers->sensors.remove(sensor);
     dropWatchers();
 }

@@ -80,6 +80,8 @@ private:
     struct Listeners;
     Listeners& listeners();
     void dropListeners();
+    // FALSE if the field is gone when they return.
+    bool tellListeners();
     bool tellConnected();
     bool tellSensors();
 

@@ -118,6 +118,8 @@ public:
     /// To be called by a traversal before it goes below this node.
     void clearStale(Stale what) { m_stale = static_cast<std::uint8_t>(m_stale & ~what); }
     void markChanged() override;
+    /// FALSE as long as no `KsNodeSensor` of the process is attached.
+    static bool hasSensors() { return s_numSensors > 0; }
     void tellSensors(KsField* field) override;
     KsNode* asNode() override { return this; }
     void addSensor(KsNodeSensor* sensor);
@@ -145,6 +147,7 @@ private:
     std::uint8_t m_stale = StaleAll;
     bool m_wasParent = false; // never reset: something may stand below
     std::int32_t m_place = 0;
+    static int s_numSensors;  // attached ones, in the whole process
 };
 
 /// Finds or makes the copies of nodes during one `copy`.
