@@ -6,6 +6,7 @@
 #include <arborium/actions/KsRayPickAction.h>
 #include <arborium/actions/KsRenderAction.h>
 #include <arborium/actions/KsWriteAction.h>
+#include <arborium/base/KsLimits.h>
 #include <arborium/io/KsOutput.h>
 #include <arborium/kits/KsInteractionKit.h>
 #include <arborium/nodes/KsCube.h>
@@ -255,6 +256,7 @@ BENCHMARK(boxAfterChangeFlat)->Arg(1000)->Arg(10000)->Arg(100000);
 
 void boxOfNewScene(benchmark::State& state)
 {
+    KsLimits::current().visits = 10 * state.range(0); // four nodes in a leaf, and what holds them
     for (auto _ : state) {
         state.PauseTiming();
         auto tree = std::make_unique<Tree>(static_cast<int>(state.range(0)), 10);
