@@ -17,7 +17,8 @@ public:
     KsAction& operator=(const KsAction&) = delete;
     static KsType getClassTypeId();
 
-    /// Traverses from `root`, which is kept alive for the time. Null is an empty scene.
+    /// Traverses from `root`, which is kept alive for the time. Null is an empty scene: results are
+    /// those of nothing.
     virtual void apply(KsNode* root);
     /// Traverses the nodes of the path (hidden ones too), what is below its last node, and what
     /// affects their state. Null is an empty scene.
@@ -42,7 +43,8 @@ public:
     /// and is met for its effect on the state only.
     enum PathCode { NO_PATH, IN_PATH, BELOW_PATH, OFF_PATH };
     PathCode getPathCode() const { return m_now.code; }
-    /// As above; if the code is IN_PATH also the indices of the children that lie on the path.
+    /// As above; if the code is IN_PATH also the indices of the children that lie on the path,
+    /// which hold until the next child is visited. Else their number is 0 and they are null.
     PathCode getPathCode(int& numIndices, const int*& indices) const;
 
     /// Whether the traversal was ended before its time; holds until the next `apply`.
@@ -74,7 +76,7 @@ protected:
     /// The path that the action is applied to, or null.
     const KsPath* getAppliedPath() const { return m_now.path; }
 
-    KsState* m_state = nullptr;
+    KsState* m_state = nullptr; ///< As `getState`.
 
 private:
     struct Step {

@@ -23,13 +23,15 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     KsDetail* copy() const override;
 
-    /// The kit and its part are kept alive by the detail; null is allowed.
+    // The kit and its part are kept alive by the detail; null is allowed.
     void setNodeKit(KsNode* kit);
     void setPart(KsNode* part);
     void setPartName(const KbName& name) { m_partName = name; }
+    /// Null in a new detail.
     KsNode* getNodeKit() const { return m_kit.get(); }
     /// Null if no public part was hit.
     KsNode* getPart() const { return m_part.get(); }
+    /// In the kit's own catalog. Empty if no public part was hit.
     const KbName& getPartName() const { return m_partName; }
 
 private:

@@ -4,21 +4,22 @@
 #include <arborium/base/KbBox3f.h>
 #include <arborium/base/KbViewportRegion.h>
 
-/// Computes the box of a scene in the space of its root. Separators keep their box until
-/// something below them changes.
+/// Computes the box of a scene in the space of its root, what clip planes cut off and what no
+/// camera sees included. Separators keep their box until something below them changes.
 class ARBORIUM_API KsGetBoundingBoxAction : public KsAction {
 public:
     explicit KsGetBoundingBoxAction(const KbViewportRegion& viewport);
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
-    /// The window for which cameras and what depends on it are asked.
     using KsAction::apply;
     /// The box around what all of the paths lead to.
     void apply(const KsPathList& paths) override;
+    /// The window that nodes find in the state: what measures by it must report that it uses it.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     /// The box of the last traversal; empty if nothing has an extent.
     KbBox3f getBoundingBox() const { return m_box; }
+    /// Of the box; the origin if it is empty.
     KbVec3f getCenter() const { return m_box.getCenter(); }
 
     // For nodes.

@@ -4,21 +4,21 @@
 #include <arborium/base/KbMatrix.h>
 #include <arborium/base/KbViewportRegion.h>
 
-/// Computes the matrix in force behind a node (apply to a node: the node's own) or at the end of a
-/// path (the transforms on it and before it; of the last node too).
+/// Computes a matrix from a space to that of the root: of a node its own (a group has none), of a
+/// path the one in force behind its last node (all that transforms on it and in front of it).
 class ARBORIUM_API KsGetMatrixAction : public KsAction {
 public:
     explicit KsGetMatrixAction(const KbViewportRegion& viewport);
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
-    /// The window for which cameras and what depends on it are asked.
+    /// The window that nodes find in the state.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
-    /// The identity before the first apply.
+    /// Of the last apply; the identity before the first one.
     const KbMatrix& getMatrix() const { return m_matrix; }
     /// The identity if the matrix cannot be inverted.
     KbMatrix getInverse() const { return m_matrix.inverse(); }
-    /// For nodes: what they change.
+    /// For nodes: what they change, by multiplying their own on its left.
     KbMatrix& editMatrix() { return m_matrix; }
 
 protected:

@@ -27,14 +27,14 @@ public:
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
 
-    /// The window that positions of events refer to.
+    /// The window that positions of events refer to. Nodes find it in the state.
     void setViewportRegion(const KbViewportRegion& viewport) { m_viewport = viewport; }
     const KbViewportRegion& getViewportRegion() const { return m_viewport; }
     /// Not owned; must live until `apply` returns. Without an event `apply` does nothing.
     void setEvent(const KsEvent* event) { m_event = event; }
     const KsEvent* getEvent() const { return m_event; }
 
-    /// A handled event goes no further, except that keyboard events reach every event callback.
+    /// A handled event goes no further, except that keyboard events reach every node.
     void setHandled();
     /// Whether the present event, or that of the last `apply`, was handled.
     bool isHandled() const { return m_handled; }
@@ -44,7 +44,9 @@ public:
     /// the scene, or is not traversed any more, or whose scene is not the one that is applied to,
     /// loses its grab at the next event. `data` lives as long as the grab.
     void setGrabber(KsNode* node, std::shared_ptr<void> data = nullptr);
+    /// Nothing if nobody has grabbed.
     void releaseGrabber() { setGrabber(nullptr); }
+    /// Null if nobody has.
     KsNode* getGrabber() const;
     /// Releases the grabs of all actions: an event loop is about to begin that will get the events
     /// instead.
@@ -53,7 +55,8 @@ public:
     /// What the pointer of the event points at, found once per event; null if nothing, and while no
     /// event is handed on. The action owns it until `apply` returns.
     const KsPickedPoint* getPickedPoint();
-    /// How far from a line or point, in pixels, the pointer still hits it. Default 5.
+    /// How far from a line or point, in pixels, the pointer still hits it. Default 5; below 0 is as
+    /// 0.
     void setPickRadius(float pixels) { m_pickRadius = pixels; }
 
     // For nodes that grab.
@@ -61,6 +64,7 @@ public:
     /// handled it; the last node that asks gets it. `isDirect` is TRUE then, and for what goes to
     /// the grabber: the traversal visits nothing but that node.
     void deferToCurrent();
+    /// FALSE while the event passes the scene, and outside of traversals.
     bool isDirect() const;
 
     void apply(KsNode* root) override;

@@ -12,6 +12,7 @@ class KsNode;
 /// shows all of it.
 class ARBORIUM_API KsPath : public KsRefCounter {
 public:
+    /// Empty.
     KsPath() = default;
     /// Null gives an empty path.
     explicit KsPath(KsNode* head);
@@ -21,30 +22,40 @@ public:
 
     /// The number of nodes shown.
     int getLength() const;
+    /// The first node; null if the path is empty.
     KsNode* getHead() const;
+    /// The last node shown; null if none is.
     KsNode* getTail() const;
     /// The node at `index`, hidden ones too; null out of range.
     KsNode* getNode(int index) const;
-    /// The place of the node at `index` among its parent's children; -1 for the head.
+    /// The place of the node at `index` among its parent's children, as it was when the node was
+    /// appended; -1 for the head, and out of range.
     int getIndex(int index) const;
     /// The node `index` places before the last one shown; null out of range.
     KsNode* getNodeFromTail(int index) const;
     /// TRUE if the node stands anywhere on the whole path, hidden part included.
     bool containsNode(const KsNode* node) const;
-    /// -1 if the node is not on the whole path.
+    /// The first index of the node on the whole path; -1 if it is not there.
     int findNode(const KsNode* node) const;
-    /// Shows the first `count` nodes only; -1 shows all.
+    /// Shows the first `count` nodes only; below 0 (as at first) it shows all.
     void setNumPublic(int count) { m_numPublic = count; }
 
     /// Begins anew with this node; null empties the path.
     void setHead(KsNode* head);
-    /// Appends a node that stands at `childIndex` below the tail.
+    /// Appends a node, of which is taken on trust that it stands at `childIndex` below the last
+    /// node of the whole path. Null is ignored.
     void append(KsNode* node, int childIndex);
-    /// Appends a child of the tail, found in its children; FALSE if it is none.
+    /// Appends a child of the last node of the whole path, found among its children, hidden ones
+    /// too; FALSE, and nothing changes, if it is none, or the path is empty.
     bool append(KsNode* child);
+    /// Takes the last node of the whole path off; nothing if it is empty.
     void pop();
+    /// Keeps the first `length` nodes; below 0 is as 0.
     void truncate(int length);
+    /// Whether both lead through the same nodes at the same places, hidden parts included; how much
+    /// is shown does not matter.
     bool operator==(const KsPath& other) const;
+    /// The caller owns it.
     KsPath* copy() const { return new KsPath(*this); }
 
 protected:
@@ -60,6 +71,7 @@ protected:
 class ARBORIUM_API KsFullPath : public KsPath {
 public:
     using KsPath::KsPath;
+    // As those of `KsPath`, of all nodes.
     int getLength() const { return static_cast<int>(m_steps.size()); }
     KsNode* getTail() const { return m_steps.empty() ? nullptr : m_steps.back().node; }
     KsNode* getNodeFromTail(int index) const { return getNode(getLength() - 1 - index); }
@@ -68,8 +80,9 @@ public:
 /// A list of paths that holds one reference to each.
 class ARBORIUM_API KsPathList {
 public:
-    /// Null is appended too.
+    /// Null is appended too: actions pass it over.
     void append(KsPath* path) { m_paths.emplace_back(path); }
+    /// Null paths count too.
     int getLength() const { return static_cast<int>(m_paths.size()); }
     /// Null if the index is out of range.
     KsPath* operator[](int index) const

@@ -26,6 +26,7 @@ public:
     /// empties the list.
     void apply(KsNode* root) override;
     using KsAction::apply;
+    /// What the last apply made. Holds until the next one.
     const KsDrawList& getDrawList() const { return m_list; }
     /// Forces a rebuild at the next apply.
     void invalidate() { m_root = nullptr; }
@@ -33,15 +34,16 @@ public:
     long getNumVisits() const { return m_visits; }
 
     // For shapes.
-    /// Adds a mesh with the present state, `local` in front of the model matrix.
+    /// Adds a mesh with the present state, `local` in front of the model matrix. Null, and a mesh
+    /// that is moved to nowhere, add nothing.
     void draw(const KsMeshPtr& mesh);
     void draw(const KsMeshPtr& mesh, const KbMatrix& local);
 
     // Plumbing for cameras and separators.
     /// A list has one view volume: that of the last camera.
     void setViewVolume(const KbViewVolume& volume);
-    /// Whether something changed at the node that is visited, or below it, since a render action was
-    /// last there.
+    /// Whether something changed at the node that is visited, or below it, since a render action
+    /// was last there.
     bool isNodeChanged() const { return m_nodeChanged; }
     /// Takes over what the separator added to the list last time; FALSE if it has to be traversed.
     /// `version` stands for what is below it.

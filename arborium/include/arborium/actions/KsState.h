@@ -14,6 +14,7 @@ class KsNode;
 
 /// Surface colours in force; a material sets only the ones that its fields hold.
 struct KsMaterialState {
+    // As the fields of `KsMaterial`.
     KbColor ambient{0.2f, 0.2f, 0.2f};
     KbColor diffuse{0.8f, 0.8f, 0.8f};
     KbColor specular{0, 0, 0};
@@ -24,25 +25,30 @@ struct KsMaterialState {
     bool lit = true;
 };
 
+/// The font in force.
 struct KsFontState {
-    KbString name{"Sans"};
-    float size = 10; ///< Units of the scene from one base line to the next, about.
+    KbString name{"Sans"}; ///< Of a family.
+    float size = 10;       ///< Units of the scene from one base line to the next, about.
 };
 
+/// One light.
 struct KsLightState {
+    /// What `vector` is.
     enum Kind { Directional, Point } kind = Directional;
     KbColor color{1, 1, 1};   ///< Multiplied by the intensity.
     KbVec3f vector{0, 0, -1}; ///< World direction in which the light goes, or world position.
 };
 
+/// What is known of faces.
 struct KsShapeHintsState {
-    bool counterClockwise = true;
-    bool solid = false;
-    bool ordered = false; ///< Vertex order is known.
+    bool counterClockwise = true; ///< How corners run for someone in front of a face.
+    bool solid = false;           ///< The backs of faces are never seen.
+    bool ordered = false;         ///< Vertex order is known.
     bool convex = true;
-    float creaseAngle = 0;
+    float creaseAngle = 0; ///< Edges of smaller angles, in radians, look smooth.
 };
 
+/// How picks see shapes: see `KsPickStyle`.
 enum class KsPickMode : std::uint8_t { Shape, BoundingBox, Unpickable };
 
 /// What nodes of a traversal set for the nodes behind them. `push` and `pop` enclose a separator;
@@ -83,21 +89,24 @@ public:
 
     // Reading: `state->material.get()`. Writing: `state->edit(state->material)` yields a
     // reference that may be changed until the next push or pop.
+    /// From the present space to the world or, while boxes are gathered, to the separator.
     Element<KbMatrix> modelMatrix;
     Element<KsMaterialState> material;
     Element<KsFontState> font;
     Element<KsPickMode> pickMode;
     Element<KsShapeHintsState> shapeHints;
+    /// In the order of the scene; none: the head light.
     Element<std::vector<KsLightState>> lights;
     Element<std::vector<KbPlane>> clipPlanes; ///< In world space; what is in front is kept.
     Element<const KsNode*> coordinates;       ///< The Coordinate3 node in force, or null.
-    Element<const KsNode*> normals;
-    Element<const KsNode*> vertexProperty;
-    Element<const KsNode*> texture;
-    Element<int> switchValue; ///< What the last switch chose; for inheriting switches.
-    Element<KbViewVolume> viewVolume;
+    Element<const KsNode*> normals;           ///< The node with normals, or null.
+    Element<const KsNode*> vertexProperty;    ///< The one with texture coordinates, or null.
+    Element<const KsNode*> texture;           ///< The Texture2 node in force, or null.
+    Element<int> switchValue;         ///< What the last switch chose; for inheriting switches.
+    Element<KbViewVolume> viewVolume; ///< In world space.
     Element<KbViewportRegion> viewport;
 
+    /// The value, to be changed: it counts as set at the present depth.
     template <class T> T& edit(Element<T>& element)
     {
         if (element.m_setAt != m_depth) save(element);
@@ -132,6 +141,8 @@ private:
 
 /// Tells whether a view volume is in force: nothing that needs one works without.
 struct ARBORIUM_API KsViewVolumeElement {
+    /// FALSE for null.
     static bool isSet(const KsState* state);
+    /// One that is not set if there is none, and for null.
     static const KbViewVolume& get(const KsState* state);
 };

@@ -57,11 +57,12 @@ public:
     void rayPick(KsRayPickAction* action) override;
     void handleEvent(KsHandleEventAction* action) override;
     /// Searches the children too, if kits are searched at all. Paths are shown up to the innermost
-    /// kit.
+    /// kit; `KsFullPath` tells the rest.
     void search(KsSearchAction* action) override;
     void write(KsWriteAction* action) override;
-    /// Whether searches go into kits at all. TRUE by default.
+    /// Whether searches go into kits at all, but for those of everything. TRUE by default.
     static bool isSearchingChildren();
+    /// For all kits of the process.
     static void setSearchingChildren(bool searching);
 
     void fieldHasChanged(KsField* field) override;
@@ -81,8 +82,8 @@ protected:
     /// A row of the class's catalog could not be added: posts a message.
     virtual void catalogError();
 
-    /// Writes, or counts, the fields. Of the parts those that were set, and others as
-    /// `isPartWritten` tells.
+    /// Writes the fields or counts what they refer to, by the stage of the action's output. Of the
+    /// parts those that were set, and others as `isPartWritten` tells.
     virtual void writeFields(KsWriteAction* action);
     /// Closes what `writeHeader` opened.
     void endWrite(KsWriteAction* action);

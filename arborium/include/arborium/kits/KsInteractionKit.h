@@ -13,7 +13,8 @@ class ARBORIUM_API KsInteractionKit : public KsBaseKit {
 public:
     KsInteractionKit();
 
-    /// Sets `whichChild` of a switch if it is a switch and has another value; else nothing.
+    /// Sets `whichChild` of `node` if it is a switch and has another value: nobody is told of a
+    /// value that is there already. Else, and for null, nothing.
     static void setSwitchValue(KsNode* node, int value);
 
     /// Fills a part, hidden or not, with the first node named `defaultNodeName` that is of the
@@ -23,11 +24,12 @@ public:
     /// (with a message).
     virtual bool setPartAsDefault(const KbName& part, const KbName& defaultNodeName,
                                   bool onlyIfDefault = true);
-    /// The same with a node; null gives the part back its empty default node.
+    /// The same with a node, whatever its name. Null gives the part back its empty default node.
     virtual bool setPartAsDefault(const KbName& part, KsNode* node, bool onlyIfDefault = true);
     /// Lets a pick that passes the nodes of `path`, which lie outside of the kit, count as a pick
-    /// on the part. Null ends it. FALSE with a message for an unknown part or a path whose last
-    /// node is the kit or stands above it.
+    /// on the part: a press there drags the kit. Null or an empty path ends it. The last node is
+    /// kept alive. Copies of the kit do not have it. FALSE with a message for an unknown part or a
+    /// path whose last node is the kit or stands above it.
     virtual bool setPartAsPath(const KbName& part, KsPath* path);
 
 protected:
@@ -51,12 +53,15 @@ private:
 /// Start and stop of the interaction part of the layer; nestable.
 class ARBORIUM_API KsInteraction {
 public:
+    /// Starts the layer too if nobody has. To be paired with `finish`.
     static void init();
+    /// The last one ends what `init` has started. Without an `init` it does nothing.
     static void finish();
+    /// How many starts wait for their `finish`.
     static int getInitCount();
 };
 
-/// Start and stop of the kits; nestable.
+/// Start and stop of the kits; nestable. As `KsInteraction`.
 class ARBORIUM_API KsNodeKit {
 public:
     static void init();

@@ -10,7 +10,9 @@ class ARBORIUM_API KsBaseColor : public KsNode {
 public:
     KsBaseColor();
 
-    KsMFColor rgb; ///< The first value counts. Default (0.8, 0.8, 0.8).
+    /// The first value counts; one that is no number, or none at all, leaves the colour that is in
+    /// force. Default (0.8, 0.8, 0.8), which is set too.
+    KsMFColor rgb;
 
     void doAction(KsAction* action) override;
 

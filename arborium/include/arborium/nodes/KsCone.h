@@ -8,9 +8,10 @@ class ARBORIUM_API KsCone : public KsShape {
     KS_NODE_HEADER(KsCone);
 
 public:
+    /// The mantle and the disc below it.
     enum Part { SIDES = 1, BOTTOM = 2, ALL = 3 };
 
-    KsSFBitMask parts;      ///< What is seen of it. Default ALL.
+    KsSFBitMask parts; ///< What is there of it, to be seen and picked. Default ALL; 0 is nothing.
     KsSFFloat bottomRadius; ///< Default 1.
     KsSFFloat height;       ///< Default 2.
 

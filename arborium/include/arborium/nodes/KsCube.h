@@ -2,7 +2,8 @@
 
 #include <arborium/nodes/KsShape.h>
 
-/// A box around the origin. A negative size counts as positive; one that is no number shows nothing.
+/// A box around the origin, its edges along the axes. A negative size counts as positive; one that
+/// is no number shows nothing.
 class ARBORIUM_API KsCube : public KsShape {
     KS_NODE_HEADER(KsCube);
 

@@ -8,9 +8,10 @@ class ARBORIUM_API KsCylinder : public KsShape {
     KS_NODE_HEADER(KsCylinder);
 
 public:
+    /// The mantle and the discs at its ends.
     enum Part { SIDES = 1, TOP = 2, BOTTOM = 4, ALL = 7 };
 
-    KsSFBitMask parts; ///< What is seen of it. Default ALL.
+    KsSFBitMask parts; ///< What is there of it, to be seen and picked. Default ALL; 0 is nothing.
     KsSFFloat radius;  ///< Default 1.
     KsSFFloat height;  ///< Default 2.
 

@@ -9,7 +9,9 @@ class ARBORIUM_API KsDirectionalLight : public KsLight {
 public:
     KsDirectionalLight();
 
-    KsSFVec3f direction; ///< In which the light goes. Default (0, 0, -1); of length 0: no light.
+    /// In which the light goes, in the space in which the node stands. Default (0, 0, -1); of
+    /// length 0, or no number: no light.
+    KsSFVec3f direction;
 
 protected:
     ~KsDirectionalLight() override;

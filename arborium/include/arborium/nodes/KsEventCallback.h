@@ -8,6 +8,7 @@ class KsEvent;
 class KsEventCallback;
 class KsPickedPoint;
 
+/// Gets the data that it was added with, and the node, which knows the event.
 using KsEventCallbackFunction = void (*)(void* data, KsEventCallback* node);
 
 /// Calls functions for events that reach its place in the scene. An event that was handled before
@@ -27,11 +28,16 @@ public:
                              void* data = nullptr);
 
     // During a callback; null or FALSE otherwise.
+    /// The event that is told.
     const KsEvent* getEvent() const;
+    /// What hands the event on: a node may grab through it.
     KsHandleEventAction* getAction() const { return m_action; }
     /// What the pointer points at, or null.
     const KsPickedPoint* getPickedPoint() const;
+    /// The event goes no further, except that keyboard events reach every callback. Nothing outside
+    /// of a callback.
     void setHandled();
+    /// Whether somebody, here or before, has handled it.
     bool isHandled() const;
 
     void handleEvent(KsHandleEventAction* action) override;

@@ -9,7 +9,8 @@ class ARBORIUM_API KsFaceSet : public KsVertexShape {
     KS_NODE_HEADER(KsFaceSet);
 
 public:
-    KsSFInt32 startIndex;  ///< The first point that is used. Default 0.
+    KsSFInt32
+        startIndex; ///< The first point that is used. Default 0; below 0: no faces, a message.
     KsMFInt32 numVertices; ///< Corners of each face; -1 stands for all the rest. Default -1.
 
     KsFaceSet();

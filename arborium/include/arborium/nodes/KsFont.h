@@ -2,7 +2,7 @@
 
 #include <arborium/nodes/KsNode.h>
 
-/// The font of the texts behind it.
+/// The font of the texts behind it. Without one it is the plain font, 10 high.
 class ARBORIUM_API KsFont : public KsNode {
     KS_NODE_HEADER(KsFont);
 
@@ -12,7 +12,8 @@ public:
     /// Name of a font family. The default, "defaultFont", and the empty name stand for a plain font
     /// without serifs; a family that is not there is replaced by a similar one.
     KsSFName name;
-    /// In units of the scene. Default 10; a size that is no positive number is passed over.
+    /// From one base line to the next, about, in units of the scene. Default 10; a size that is no
+    /// positive number leaves the one that is in force.
     KsSFFloat size;
 
     void doAction(KsAction* action) override;

@@ -3,7 +3,8 @@
 #include <arborium/nodes/KsChildList.h>
 #include <arborium/nodes/KsNode.h>
 
-/// A node with children, traversed in their order.
+/// A node with children, traversed in their order: what one of them sets holds for those behind it,
+/// and behind the group too.
 class ARBORIUM_API KsGroup : public KsNode {
     KS_NODE_HEADER(KsGroup);
 
@@ -16,12 +17,17 @@ public:
     void insertChild(KsNode* child, int index);
     /// Null with a message if the index is out of range.
     KsNode* getChild(int index) const;
+    /// A node that is a child twice counts twice.
     int getNumChildren() const { return m_children.getLength(); }
-    /// -1 if it is no child.
+    /// The first place of the node among the children; -1 if it is no child.
     int findChild(const KsNode* child) const { return m_children.find(child); }
+    /// Of a child that stands there twice the first one. A node that is no child, and an index out
+    /// of range, are refused with a message.
     void removeChild(KsNode* child);
     void removeChild(int index);
     void removeAllChildren();
+    /// The new child takes the place of the old one. Refused with a message as above; so is a null
+    /// or a new child that stands above.
     void replaceChild(KsNode* oldChild, KsNode* newChild);
     void replaceChild(int index, KsNode* newChild);
 

@@ -9,7 +9,9 @@ class ARBORIUM_API KsIndexedFaceSet : public KsVertexShape {
     KS_NODE_HEADER(KsIndexedFaceSet);
 
 public:
-    KsMFInt32 coordIndex; ///< The corners of each face, -1 behind each. Default: none.
+    /// The corners of each face, -1 behind each; behind the last one it may be missing. Default:
+    /// none.
+    KsMFInt32 coordIndex;
 
     KsIndexedFaceSet();
 

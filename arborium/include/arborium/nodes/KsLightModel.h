@@ -7,7 +7,8 @@ class ARBORIUM_API KsLightModel : public KsNode {
     KS_NODE_HEADER(KsLightModel);
 
 public:
-    /// BASE_COLOR shows the diffuse colour as it is.
+    /// PHONG: surfaces are lit. BASE_COLOR shows their diffuse colour as it is, from any side, and
+    /// nothing of what they emit.
     enum Model { BASE_COLOR, PHONG };
 
     KsLightModel();

@@ -9,7 +9,9 @@ class ARBORIUM_API KsMatrixTransform : public KsTransformation {
 public:
     KsMatrixTransform();
 
-    KsSFMatrix matrix; ///< Default the identity.
+    /// Default the identity. What stands behind a matrix that cannot be inverted, or is not finite,
+    /// is not picked.
+    KsSFMatrix matrix;
 
 protected:
     ~KsMatrixTransform() override;

@@ -27,7 +27,9 @@ public:
     virtual void sceneChanged() = 0;
 };
 
-/// A node of the scene graph.
+/// A node of the scene graph. One that was made with `new` has no reference yet: it lives until the
+/// last of its references (of a parent, a field, a `KsRef`) goes. Its fields have their default
+/// values.
 class ARBORIUM_API KsNode : public KsFieldContainer {
 public:
     static KsType getClassTypeId() { return classRecord.classTypeId; }
@@ -39,6 +41,7 @@ public:
     static void exitClasses();
 
     /// Appends the nodes named `name`, in the order of their naming, and returns their number.
+    /// Nodes outside of every scene count too.
     static int getByName(const KbName& name, KsNodeList& list);
     /// The first node named `name`, or null.
     static KsNode* getByName(const KbName& name);
@@ -61,12 +64,13 @@ public:
     virtual void search(KsSearchAction* action);
     virtual void write(KsWriteAction* action);
 
-    /// TRUE for nodes that act on what stands behind them in their group: all but separators.
+    /// TRUE for nodes that act on what stands behind them in their group: all but shapes,
+    /// separators, kits, files and groups without children.
     virtual bool affectsState() const { return true; }
-    /// The children that are traversed, hidden ones too; null for a node that has none.
+    /// The children that are traversed, hidden ones too; null for a node that has no place for any.
     virtual KsChildList* getChildren() const { return nullptr; }
-    // Children, of whatever kind of node: what a class overrides to count as a group. Of other classes
-    // these post a message and do nothing; nothing is found and nothing is there to remove.
+    // Children, of whatever kind of node: what a class overrides to count as a group. Of other
+    // classes these post a message and do nothing; nothing is found and nothing is there to remove.
     virtual void internalAddChild(KsNode* child);
     virtual void internalInsertChild(KsNode* child, int index);
     virtual KsNode* internalGetChild(int index) const;
@@ -84,16 +88,19 @@ public:
 
     /// A number for the next class that is registered; a class without fields of a parent takes it.
     static int getNextActionMethodIndex();
+    /// The next class gets another number.
     static void incNextActionMethodIndex();
 
     // Parents: every container that holds this node as a child or in a field.
+    /// One that holds it twice counts once.
     int getNumParents() const;
-    /// Null if the index is out of range.
+    /// In no particular order; null if the index is out of range.
     KsNode* getParent(int index) const;
-    /// TRUE if `node` is this node or stands above it.
+    /// TRUE if `node` is this node or stands above it; FALSE for null.
     bool isBelow(const KsNode* node) const;
 
-    /// An observer is told of changes until it is removed, also when the node goes.
+    /// An observer is told of changes until it is removed: it must be removed before it dies. Null
+    /// is ignored. The node is not kept alive.
     void addObserver(KsSceneObserver* observer);
     void removeObserver(KsSceneObserver* observer);
 

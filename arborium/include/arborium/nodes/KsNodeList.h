@@ -14,12 +14,16 @@ public:
     KsNodeList& operator=(const KsNodeList& other);
     virtual ~KsNodeList();
 
-    /// Null is ignored.
+    // Null, and an index out of range, are ignored.
     virtual void append(KsNode* node);
+    /// What stood at `index`, and all behind it, goes up by one; at the length it appends.
     virtual void insert(KsNode* node, int index);
+    /// Takes the place of the node at `index`.
     virtual void set(int index, KsNode* node);
     virtual void remove(int index);
+    /// Keeps the first `length` nodes; a shorter list stays as it is.
     virtual void truncate(int length);
+    /// The first place of the node; -1 if it is not there.
     int find(const KsNode* node) const;
     /// Makes room for so many nodes.
     void reserve(int length);

@@ -10,7 +10,8 @@ class ARBORIUM_API KsNormal : public KsNode {
     KS_NODE_HEADER(KsNormal);
 
 public:
-    KsMFVec3f vector; ///< Of any length. Default: none.
+    KsMFVec3f
+        vector; ///< Of any length; one of length 0, or no number, is the face's. Default: none.
 
     KsNormal();
     /// Another one after each change.

@@ -9,7 +9,7 @@ class ARBORIUM_API KsOrthographicCamera : public KsCamera {
 public:
     KsOrthographicCamera();
 
-    KsSFFloat height; ///< Of what is seen, in units of the scene. Default 2.
+    KsSFFloat height; ///< Of what is seen, in units of its space. Default 2.
 
     KbViewVolume getViewVolume(float aspect = 0) const override;
 

@@ -2,7 +2,7 @@
 
 #include <arborium/nodes/KsNode.h>
 
-/// How picks see the shapes behind it.
+/// How picks see the shapes behind it. Without one, by their geometry.
 class ARBORIUM_API KsPickStyle : public KsNode {
     KS_NODE_HEADER(KsPickStyle);
 

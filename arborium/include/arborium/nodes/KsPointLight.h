@@ -2,14 +2,15 @@
 
 #include <arborium/nodes/KsLight.h>
 
-/// Light from one place in all directions.
+/// Light from one place in all directions, as bright far away as near.
 class ARBORIUM_API KsPointLight : public KsLight {
     KS_NODE_HEADER(KsPointLight);
 
 public:
     KsPointLight();
 
-    KsSFVec3f location; ///< Default (0, 0, 1).
+    /// In the space in which the node stands. Default (0, 0, 1); no number: no light.
+    KsSFVec3f location;
 
 protected:
     ~KsPointLight() override;

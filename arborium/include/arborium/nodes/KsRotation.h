@@ -9,7 +9,7 @@ class ARBORIUM_API KsRotation : public KsTransformation {
 public:
     KsRotation();
 
-    KsSFRotation rotation; ///< Default none.
+    KsSFRotation rotation; ///< Axis and angle in radians. Default none.
 
 protected:
     ~KsRotation() override;

@@ -9,7 +9,7 @@ class ARBORIUM_API KsScale : public KsTransformation {
 public:
     KsScale();
 
-    KsSFVec3f scaleFactor; ///< Along x, y and z. Default (1, 1, 1).
+    KsSFVec3f scaleFactor; ///< Along x, y and z; below 0 it mirrors. Default (1, 1, 1).
 
 protected:
     ~KsScale() override;

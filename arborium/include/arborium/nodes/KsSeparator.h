@@ -7,7 +7,7 @@
 
 /// A group that keeps what its children set from what stands behind it. It keeps the box of its
 /// children until something below it changes, and lets render actions keep what it drew. While its
-/// box is known and out of the camera's view, it is not drawn.
+/// box is known, it is not drawn out of the camera's view, and not searched by rays that miss it.
 class ARBORIUM_API KsSeparator : public KsGroup {
     KS_NODE_HEADER(KsSeparator);
 

@@ -2,7 +2,7 @@
 
 #include <arborium/nodes/KsNode.h>
 
-/// What is known of the faces behind it.
+/// What is known of the faces behind it. Without one, nothing is known and all edges are sharp.
 class ARBORIUM_API KsShapeHints : public KsNode {
     KS_NODE_HEADER(KsShapeHints);
 
@@ -16,10 +16,16 @@ public:
 
     KsShapeHints();
 
-    KsSFEnum vertexOrdering; ///< Default UNKNOWN_ORDERING: both sides of a face are lit.
-    KsSFEnum shapeType;      ///< Default UNKNOWN_SHAPE_TYPE.
-    KsSFEnum faceType;       ///< Default CONVEX.
-    /// Edges between faces that meet at a smaller angle, in radians, look smooth. Default 0.5.
+    /// To which side the normals of faces point; unknown is as counterclockwise. Default
+    /// UNKNOWN_ORDERING.
+    KsSFEnum vertexOrdering;
+    /// Backs are neither lit nor drawn if this is SOLID and the ordering is known; else both sides
+    /// of a face are. Default UNKNOWN_SHAPE_TYPE.
+    KsSFEnum shapeType;
+    /// Kept for files only: concave faces are recognised whatever it says. Default CONVEX.
+    KsSFEnum faceType;
+    /// Edges between faces that meet at a smaller angle, in radians, look smooth. Default 0.5; what
+    /// is no number leaves the angle that is in force.
     KsSFFloat creaseAngle;
 
     void doAction(KsAction* action) override;

@@ -2,7 +2,8 @@
 
 #include <arborium/nodes/KsGroup.h>
 
-/// A group of which one child, all or none is traversed.
+/// A group of which one child, all or none is traversed: drawn, measured, picked. Searches see the
+/// others too if they are told to; paths lead through them.
 class ARBORIUM_API KsSwitch : public KsGroup {
     KS_NODE_HEADER(KsSwitch);
 

@@ -15,19 +15,23 @@ struct KsFontState;
 /// A line's box is as wide as the line advances, blanks at its ends included, and reaches from the
 /// font's descent to its ascent, whatever letters it holds: an empty line has no width and the same
 /// height. No value at all counts as one empty line. A ray hits the boxes of the lines, not the
-/// letters. A tab is as wide as eight blanks, other control characters show nothing, and of a line no
-/// more is shown than `KsLimits::captionChars`.
+/// letters. A tab is as wide as eight blanks, other control characters show nothing, and of a line
+/// no more is shown than `KsLimits::captionChars`.
 ///
 /// Without a QGuiApplication there are no fonts: then nothing is drawn and sizes are estimates.
 class ARBORIUM_API KsText3 : public KsShape {
     KS_NODE_HEADER(KsText3);
 
 public:
+    /// Whether a line begins, ends or has its middle at x 0.
     enum Justification { LEFT = 1, RIGHT = 2, CENTER = 3 };
+    /// The letters, the walls from their outlines backward, and the letters again behind.
     enum Part { FRONT = 1, SIDES = 2, BACK = 4, ALL = 7 };
 
-    KsMFString string;      ///< One value per line. Default: one empty line.
-    KsSFFloat spacing;      ///< Between base lines, 1 being the font's own distance. Default 1.
+    KsMFString string; ///< One value per line. Default: one empty line.
+    /// Between base lines, 1 being the font's own distance. Below 0 the lines go upward, what is no
+    /// number counts as 1. Default 1.
+    KsSFFloat spacing;
     KsSFEnum justification; ///< What of each line stands at x 0. Default LEFT.
     KsSFBitMask parts;      ///< FRONT lies at z 0, BACK one unit behind. Default FRONT.
 
@@ -39,6 +43,7 @@ public:
         float descent;    ///< Below it, as a positive number.
         float lineHeight; ///< From one base line to the next.
     };
+    /// Of a font by its name and size, without a node.
     static Extents getExtents(const KsFontState& font);
     /// How far a line advances, blanks at its ends included.
     static float getLineWidth(const KbString& line, const KsFontState& font);
@@ -49,7 +54,8 @@ public:
     /// How many characters were laid out since the program started, each time that they were: what
     /// measuring and drawing of texts costs.
     static std::int64_t getNumLaidOut();
-    /// The box of one line; empty if there is no such line.
+    /// The box of line number `line` in the node's own space, under the font in force in the state;
+    /// empty if there is no such line.
     KbBox3f getLineBox(int line, const KsState* state);
 
     Form getForm(const KsState* state) override;

@@ -6,13 +6,14 @@
 
 struct KsTextureImage;
 
-/// An image that the shapes behind it wear. An image that is missing or broken gives a message, once,
-/// and no texture.
+/// An image that the shapes behind it wear, multiplied by their colour and lit as they are. Vertex
+/// shapes without `texCoord` wear it as wide as the longest side of their box is. An image that is
+/// missing or broken gives a message, once, and no texture.
 class ARBORIUM_API KsTexture2 : public KsNode {
     KS_NODE_HEADER(KsTexture2);
 
 public:
-    /// What lies beyond the edges of the image: the image again, or its edge.
+    /// What lies beyond the edges of the image: the image again, or its outermost pixels.
     enum Wrap { REPEAT, CLAMP };
 
     KsSFFilePathString filename; ///< Of the image. Default empty: no texture.

@@ -3,7 +3,9 @@
 #include <arborium/base/KbMatrix.h>
 #include <arborium/nodes/KsNode.h>
 
-/// Base of the nodes that place what stands behind them.
+/// Base of the nodes that place what stands behind them, up to the end of their separator. Of two
+/// transformations the one that stands nearer to the shape acts first. Where the product is not
+/// finite nothing is seen, measured or picked.
 class ARBORIUM_API KsTransformation : public KsNode {
     KS_NODE_HEADER(KsTransformation);
 

@@ -9,7 +9,7 @@ class ARBORIUM_API KsTranslation : public KsTransformation {
 public:
     KsTranslation();
 
-    KsSFVec3f translation; ///< Default (0, 0, 0).
+    KsSFVec3f translation; ///< In units of the space in which the node stands. Default (0, 0, 0).
 
 protected:
     ~KsTranslation() override;

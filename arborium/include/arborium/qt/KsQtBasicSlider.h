@@ -18,7 +18,8 @@ class ARBORIUM_API KsQtBasicSlider : public KsQtGLWidget {
     Q_OBJECT
 
 public:
-    /// What the user can do; a type is a sum of these.
+    /// What the user can do: take the cursor along, place it with a press, use keys and wheel. A
+    /// type is a sum of these.
     enum Type { DRAG = 1, JUMP = 2, KEYS = 4 };
     /// Builds the widget on `parent`.
     explicit KsQtBasicSlider(QWidget* parent, int type = DRAG | JUMP | KEYS);
@@ -34,7 +35,9 @@ public:
     /// button is let go. Nothing unless this slider is visible.
     void takeDragFrom(KsQtBasicSlider& earlier);
 
-    /// Called with `data` and the value, which is from 0 to 1. A pair of function and data is held once.
+    /// Called with `data` and the value, which is from 0 to 1, in the order of adding. A pair of
+    /// function and data is held once; null is ignored. A callback may remove others, which are not
+    /// called any more, and delete the slider.
     using Callback = void (*)(void* data, float value);
     /// With each step that the user moves the cursor.
     void addValueChangedCallback(Callback function, void* data);
@@ -44,11 +47,13 @@ public:
     void removeFinishCallback(Callback function, void* data);
 
 protected:
-    /// Pixels, both ends inside, from the lower left corner.
+    /// Pixels, both ends inside, from the lower left corner of the widget.
     struct Rectangle {
         std::int16_t x0 = 0, y0 = 0, x1 = 0, y1 = 0;
     };
+    /// What the values run along: 0 at x0, 1 at x1.
     const Rectangle& getBarRectangle() const { return m_bar; }
+    /// Its middle stands at the value, or at the end that is nearer.
     const Rectangle& getCursorRectangle() const { return m_cursor; }
 
     void sizeChanged(int width, int height) override;

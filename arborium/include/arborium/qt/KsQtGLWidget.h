@@ -16,6 +16,7 @@ class ARBORIUM_API KsQtGLWidget : public KsQtComponent {
     Q_OBJECT
 
 public:
+    /// As that of `KsQtComponent`. There is no widget before `buildWidget`.
     explicit KsQtGLWidget(QWidget* parent = nullptr, const char* name = nullptr);
     ~KsQtGLWidget() override;
 
@@ -35,7 +36,7 @@ public:
     bool bindNormalContext();
     /// Another name for it.
     bool makeNormalCurrent() { return bindNormalContext(); }
-    /// Closes the picture.
+    /// Closes the picture; nothing if it is not open.
     void unbindNormalContext();
     /// Shows what was drawn.
     void swapNormalBuffers();
@@ -45,6 +46,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
+    // By default the hooks do nothing, and use no event.
     /// Called once, before the first picture, with the picture open.
     virtual void initGraphic();
     /// Draws the picture.
@@ -53,7 +55,8 @@ protected:
     virtual void redrawOverlay(QPainter& painter);
     /// The widget has this size now, in its own pixels.
     virtual void sizeChanged(int width, int height);
-    /// An input event of the widget; TRUE if it was used.
+    /// A mouse, wheel or key event of the widget while it is enabled; TRUE if it was used, and goes
+    /// to nobody else.
     virtual bool processEvent(QEvent* event);
     const char* getDefaultWidgetName() const override;
 

@@ -7,17 +7,21 @@
 
 /// OpenGL's immediate mode, as far as small widgets need it: they draw themselves with a handful of
 /// calls in pixels, x to the right and y upward from the lower left corner. Calls go to the target
-/// that is open, and to nowhere without one. Small targets are drawn by raster, which is done before
-/// a context would have answered; large ones with the context of the process where there is one (see
-/// `KsGLContext`). Both give the same picture.
+/// that is open, and to nowhere without one. Small targets are drawn by raster, which is done
+/// before a context would have answered; large ones with the context of the process where there is
+/// one (see `KsGLContext`). Both give the same picture.
 class ARBORIUM_API KsGL {
 public:
     // With OpenGL's values.
     enum Primitive { LINES = 0x0001, QUAD_STRIP = 0x0008, POLYGON = 0x0009 }; ///< convex polygons
+    /// FLAT: one colour for each line, quad or polygon; SMOOTH, the default, mixes those of
+    /// corners.
     enum ShadeModel { FLAT = 0x1D00, SMOOTH = 0x1D01 };
     enum Attributes { LIGHTING_BIT = 0x40 }; ///< the shade model
 
-    /// As the calls of OpenGL with these names.
+    // As the calls of OpenGL with these names, in the order in which OpenGL wants them: what it
+    // would refuse does nothing. Colours are from 0 to 1, or 0 to 255 (ub), and white in a new
+    // target. Null pointers are ignored.
     static void begin(Primitive primitive);
     static void end();
     static void color3f(float red, float green, float blue);
@@ -33,6 +37,7 @@ public:
     static void popAttrib();
     static void flush();
 
+    /// BEST: by raster below 256 times 256 pixels, else by OpenGL.
     enum Road { BEST, OPENGL, RASTER };
     /// How targets are drawn that are opened from now on. By raster, too, where there is no OpenGL.
     static void setRoad(Road road);
@@ -41,18 +46,18 @@ public:
     /// nothing.
     class ARBORIUM_API Target {
     public:
-        /// The picture is `width` times `height` pixels, each of `scale` times `scale` pixels of the
-        /// screen, filled with `background`. Without one it is transparent where nothing is drawn.
-        /// A line is one pixel wide; beyond a scale of 1 slanted lines and the edges of polygons are
-        /// smooth.
+        /// The picture is `width` times `height` pixels (1 to 16384), each of `scale` times `scale`
+        /// pixels of the screen (up to 16; what is not above 0 counts as 1), filled with
+        /// `background`. Without one it is transparent where nothing is drawn. A line is one pixel
+        /// wide; beyond a scale of 1 slanted lines and the edges of polygons are smooth.
         Target(int width, int height, float scale, const KbColor* background = nullptr);
         ~Target();
         Target(const Target&) = delete;
         Target& operator=(const Target&) = delete;
         /// Ends the drawing. `argb` gets 0xAARRGGBB for each pixel of the screen, the colours
-        /// multiplied by the opacity, rows from the top.
+        /// multiplied by the opacity, rows from the top. Later calls draw nothing.
         void finish(std::vector<std::uint32_t>& argb);
-        /// Pixels of the screen.
+        // In pixels of the screen.
         int getWidth() const;
         int getHeight() const;
         /// Whether OpenGL draws it.

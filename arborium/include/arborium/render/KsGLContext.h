@@ -20,8 +20,8 @@ public:
     /// Gives the context up with all that was made in it; the next use makes a new one, in which
     /// everything is drawn as before. FALSE while the context is in use.
     static bool release();
-    /// Which context there is: 1 for the first, another number for each that is made after a loss, 0
-    /// if none can be had. What was made in a context with another number is gone.
+    /// Which context there is: 1 for the first, another number for each that is made after a loss,
+    /// 0 if none can be had. What was made in a context with another number is gone.
     static std::uint64_t getNumber();
     /// Whether the driver has lost what was in the context (the graphics card was reset, or went
     /// away). To be asked while the context is current.
@@ -33,6 +33,7 @@ public:
     /// is current again afterwards. Scopes may be nested.
     class ARBORIUM_API Current {
     public:
+        /// Makes the context at first use.
         Current();
         ~Current();
         Current(const Current&) = delete;
