@@ -10,12 +10,25 @@ KsType KsCallbackAction::getClassTypeId()
     return type;
 }
 
+void KsCallbackAction::setPreCallback(Callback callback)
+{
+    m_pre = callback ? std::make_shared<const Callback>(std::move(callback)) : nullptr;
+}
+
+void KsCallbackAction::setPostCallback(Callback callback)
+{
+    m_post = callback ? std::make_shared<const Callback>(std::move(callback)) : nullptr;
+}
+
 void KsCallbackAction::visit(KsNode* node)
 {
     // Beside an applied path, nodes are met for their effect on the state only.
     const bool told = getPathCode() != OFF_PATH;
-    Response response = told && m_pre ? m_pre(this, node) : CONTINUE;
+    const auto call = [&](std::shared_ptr<const Callback> function) {
+        return told && function ? (*function)(this, node) : CONTINUE;
+    };
+    Response response = call(m_pre);
     if (response == CONTINUE) node->callback(this);
-    if (response != ABORT && !isTerminated() && told && m_post) response = m_post(this, node);
+    if (response != ABORT && !isTerminated()) response = call(m_post);
     if (response == ABORT) terminate();
 }

@@ -3,9 +3,6 @@
 #include <arborium/actions/KsAction.h>
 #include <arborium/actions/KsState.h>
 
-#include <algorithm>
-#include <cmath>
-
 KS_ABSTRACT_NODE_SOURCE(KsLight, KsNode)
 
 KsLight::KsLight()
@@ -30,7 +27,8 @@ void KsLight::doAction(KsAction* action)
     } else {
         matrix.multVecMatrix(light.vector, light.vector);
     }
-    light.color = color.getValue() * std::max(0.0f, intensity.getValue());
+    const float strength = intensity.getValue();
+    light.color = color.getValue() * (strength < 0 ? 0 : strength);
     if (!light.vector.isFinite() || !light.color.isFinite()) return;
     state->edit(state->lights).push_back(light);
 }

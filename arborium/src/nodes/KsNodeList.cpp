@@ -12,8 +12,10 @@ KsNodeList::KsNodeList(const KsNodeList& other) : m_nodes(other.m_nodes)
 KsNodeList& KsNodeList::operator=(const KsNodeList& other)
 {
     if (&other == this) return *this;
+    // What goes may be what holds the other list.
+    const KsNodeList kept(other);
     truncate(0);
-    for (KsNode* node : other.m_nodes) append(node);
+    for (KsNode* node : kept.m_nodes) append(node);
     return *this;
 }
 

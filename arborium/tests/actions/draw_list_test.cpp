@@ -26,7 +26,7 @@ protected:
     }
 };
 
-// shows: KsRenderAction::setViewportRegion, KsDraw
+// shows: KsDraw, KsRenderAction::getNumVisits
 TEST_F(DrawList, isKeptWhileNothingChanges)
 {
     auto* inner = addTo<KsSeparator>(root);
@@ -64,7 +64,7 @@ TEST_F(DrawList, isEmptiedOnDemand)
     EXPECT_FALSE(copy.hasCamera);
 }
 
-// shows: KsRenderAction::invalidate
+// shows: KsRenderAction::invalidate, KsRenderAction::setViewportRegion
 TEST_F(DrawList, isRebuiltForAnotherRootAnotherWindowAndOnDemand)
 {
     addTo<TestShape>(root);

@@ -119,7 +119,6 @@ TEST_F(OutOfView, whatMovesIntoTheViewIsDrawn)
     }
 }
 
-// shows: KsRenderAction::getNumVisits
 TEST_F(OutOfView, aWholeGroupOutOfViewComesBack)
 {
     auto* camera = addCamera(root.get(), 0);

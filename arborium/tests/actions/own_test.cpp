@@ -59,12 +59,17 @@ public:
 
     KsChildList* getChildren() const override { return &m_children; }
     bool affectsState() const override { return false; }
+    int first = -1, last = -1; ///< From 0 on: these alone are met, once.
     void internalAddChild(KsNode* child) override { m_children.append(child); }
     KsNode* internalGetChild(int index) const override { return m_children[index]; }
     void doAction(KsAction* action) override
     {
         if (action->getPathCode() != KsAction::NO_PATH) {
             m_children.traverseInPath(action); // as an ordinary group
+            return;
+        }
+        if (first >= 0) {
+            m_children.traverse(action, first, last);
             return;
         }
         m_children.traverse(action);
@@ -143,7 +148,8 @@ public:
     void rayPick(KsRayPickAction* action) override
     {
         KsNode::rayPick(action);
-        if (!action->hasRay()) return;
+        hadRay = action->hasRay();
+        if (!hadRay) return;
         const KbBox3f knob(-0.25f, 0.75f, -0.25f, 0.25f, 1.25f, 0.25f);
         if (action->intersectBox(knob)) hitKnob = action->addBoxIntersection(knob);
         KbVec3f onWire, onRay;
@@ -173,6 +179,7 @@ public:
     KbName knobName;
     bool usesTexture = false;
     bool wasAskedAgain = false;
+    bool hadRay = false;
     const KsPickedPoint* hitKnob = nullptr;
     const KsPickedPoint* hitWire = nullptr;
 
@@ -215,6 +222,37 @@ protected:
     }
 };
 KS_NODE_SOURCE(TestRod, KsShape)
+
+/// A leaf that is as wide as the window, in pixels, and half as much as a space.
+class TestRuler : public KsNode {
+    KS_NODE_HEADER(TestRuler);
+
+public:
+    TestRuler() { KsInstanceBuilder build(classRecord, this); }
+    static float pixels(const KsAction* action)
+    {
+        const KbViewportRegion& window = action->getState()->viewport.get();
+        return static_cast<float>(window.getViewportSizePixels()[0]);
+    }
+    void getBoundingBox(KsGetBoundingBoxAction* action) override
+    {
+        action->usesStateOf(action->getState()->viewport.setAt());
+        action->extendBy(KbBox3f(0, 0, 0, pixels(action), 0, 0));
+    }
+    void getMatrix(KsGetMatrixAction* action) override
+    {
+        KbMatrix shift;
+        shift.setTranslate(KbVec3f(pixels(action) / 2, 0, 0));
+        action->editMatrix().multLeft(shift);
+    }
+    void handleEvent(KsHandleEventAction* action) override { heard = pixels(action); }
+
+    float heard = 0;
+
+protected:
+    ~TestRuler() override = default;
+};
+KS_NODE_SOURCE(TestRuler, KsNode)
 
 /// A transformation of one's own: pushes x along with y.
 class TestShear : public KsTransformation {
@@ -263,6 +301,7 @@ protected:
         TestRod::initClass();
         TestShear::initClass();
         TestTorn::initClass();
+        TestRuler::initClass();
         root = new KsSeparator;
     }
     KsRef<KsSeparator> root;
@@ -304,6 +343,7 @@ TEST_F(OwnClasses, anActionMeetsNodesPathsAndListsOfPaths)
 
     KsPathList paths;
     paths.append(toLeft);
+    paths.append(nullptr);
     paths.append(toRight);
     KsGetBoundingBoxAction boxes(window);
     auto* shift = new KsTranslation;
@@ -390,6 +430,18 @@ TEST_F(OwnClasses, aContainerDecidesHowItsChildrenAreMet)
     EXPECT_EQ(render.getDrawList().draws[1].matrix[3][0], 1);
 
     twins->internalAddChild(new TestWire);
+    twins->internalAddChild(new TestWire);
+    CountAction some;
+    twins->first = 1;
+    twins->last = 2;
+    some.apply(twins);
+    EXPECT_EQ(some.count, 3) << "the second child and the third one";
+    twins->first = 0;
+    twins->last = 99;
+    some.apply(twins);
+    EXPECT_EQ(some.count, 4) << "there are no more";
+    twins->first = -1;
+
     const KsRef<KsPath> path(new KsPath(root));
     ASSERT_TRUE(path->append(twins));
     ASSERT_TRUE(path->append(wire));
@@ -416,19 +468,23 @@ TEST_F(OwnClasses, aContainerDecidesWhatItsCopyHolds)
     EXPECT_EQ(copy->internalGetChild(2), copy->internalGetChild(0)) << "met twice, copied once";
 }
 
-// shows: KsRayPickAction::hasRay, KsRayPickAction::getObjectLine, KsRayPickAction::intersectBox,
-// KsRayPickAction::addIntersection, KsRayPickAction::addBoxIntersection,
-// KsRayPickAction::isPickAll, KsRayPickAction::setViewportRegion
+// shows: KsRayPickAction::hasRay, KsRayPickAction::getObjectLine, KsRayPickAction::addIntersection,
+// KsRayPickAction::addBoxIntersection, KsRayPickAction::isPickAll,
+// KsRayPickAction::setViewportRegion
 TEST_F(OwnClasses, aNodeReportsWhereItIsHit)
 {
     auto* shift = addTo<KsTranslation>(root);
     shift->translation = KbVec3f(3, 0, 0);
     auto* wire = addTo<TestWire>(root);
     KsRayPickAction pick(window);
+    EXPECT_FALSE(pick.isPickAll());
     pick.setPickAll(true);
     EXPECT_TRUE(pick.isPickAll());
+    pick.apply(root);
+    EXPECT_FALSE(wire->hadRay) << "none was given";
     pick.setRay(KbVec3f(3, 0.9f, 5), KbVec3f(0, 0, -1));
     pick.apply(root);
+    EXPECT_TRUE(wire->hadRay);
     EXPECT_NE(wire->hitKnob, nullptr);
     EXPECT_NE(wire->hitWire, nullptr);
     ASSERT_EQ(pick.getPickedPointsListLength(), 2);
@@ -455,7 +511,7 @@ TEST_F(OwnClasses, aNodeReportsWhereItIsHit)
 }
 
 // shows: KsGetBoundingBoxAction::extendBy, KsGetBoundingBoxAction::usesStateOf,
-// KsGetBoundingBoxAction::getCenter, KsGetBoundingBoxAction::setViewportRegion
+// KsGetBoundingBoxAction::getCenter
 TEST_F(OwnClasses, aBoxIsKeptUnlessItDependsOnWhatStandsOutside)
 {
     auto* shift = addTo<KsTranslation>(root);
@@ -463,7 +519,6 @@ TEST_F(OwnClasses, aBoxIsKeptUnlessItDependsOnWhatStandsOutside)
     auto* inner = addTo<KsSeparator>(root);
     auto* wire = addTo<TestWire>(inner);
     KsGetBoundingBoxAction boxes(window);
-    boxes.setViewportRegion(KbViewportRegion(10, 10));
     boxes.apply(root);
     boxes.apply(root);
     EXPECT_EQ(boxes.getCenter(), KbVec3f(2, 0, 0));
@@ -475,7 +530,7 @@ TEST_F(OwnClasses, aBoxIsKeptUnlessItDependsOnWhatStandsOutside)
     EXPECT_EQ(wire->calls, "GetBoundingBoxAction GetBoundingBoxAction GetBoundingBoxAction ");
 }
 
-// shows: KsGetMatrixAction::editMatrix, KsGetMatrixAction::setViewportRegion
+// shows: KsGetMatrixAction::editMatrix
 TEST_F(OwnClasses, aNodeChangesTheMatrixBehindIt)
 {
     auto* wire = addTo<TestWire>(root);
@@ -484,28 +539,54 @@ TEST_F(OwnClasses, aNodeChangesTheMatrixBehindIt)
     const KsRef<KsPath> path(new KsPath(root));
     ASSERT_TRUE(path->append(shift));
     KsGetMatrixAction matrix(window);
-    matrix.setViewportRegion(KbViewportRegion(10, 10));
     matrix.apply(path);
     EXPECT_EQ(matrix.getMatrix()[3][0], 2) << "halved by the wire in front of it";
     EXPECT_NE(wire->calls, "");
 }
 
 // shows: KsHandleEventAction::deferToCurrent, KsHandleEventAction::isDirect,
-// KsHandleEventAction::setHandled, KsHandleEventAction::setViewportRegion,
-// KsHandleEventAction::getViewportRegion
+// KsHandleEventAction::setEvent, KsHandleEventAction::getEvent, KsHandleEventAction::setHandled,
+// KsHandleEventAction::isHandled
 TEST_F(OwnClasses, aNodeMayAskForAnEventThatNobodyHandled)
 {
     auto* first = addTo<TestWire>(root);
     auto* last = addTo<TestWire>(root);
     const KsLocation2Event event(KbVec2f(50, 50));
     KsHandleEventAction action(window);
-    action.setViewportRegion(KbViewportRegion(30, 40));
-    EXPECT_TRUE(action.getViewportRegion() == KbViewportRegion(30, 40));
+    EXPECT_EQ(action.getEvent(), nullptr);
     action.setEvent(&event);
+    EXPECT_EQ(action.getEvent(), &event);
+    EXPECT_FALSE(action.isHandled());
     action.apply(root);
     EXPECT_TRUE(action.isHandled());
     EXPECT_FALSE(first->wasAskedAgain);
     EXPECT_TRUE(last->wasAskedAgain) << "the last one that asked";
+    EXPECT_FALSE(action.isDirect());
+}
+
+// shows: KsGetBoundingBoxAction::setViewportRegion, KsGetMatrixAction::setViewportRegion,
+// KsHandleEventAction::setViewportRegion, KsHandleEventAction::getViewportRegion
+TEST_F(OwnClasses, aNodeFindsTheWindowInTheState)
+{
+    auto* ruler = addTo<TestRuler>(addTo<KsSeparator>(root));
+    KsGetBoundingBoxAction boxes(window);
+    KsGetMatrixAction matrix(window);
+    KsHandleEventAction events(window);
+    const KsLocation2Event event(KbVec2f(5, 5));
+    events.setEvent(&event);
+    for (const int width : {100, 40, 60}) {
+        const KbViewportRegion other(width, 10);
+        boxes.setViewportRegion(other);
+        boxes.apply(root);
+        EXPECT_EQ(boxes.getBoundingBox().getMax()[0], static_cast<float>(width)) << "is not kept";
+        matrix.setViewportRegion(other);
+        matrix.apply(ruler);
+        EXPECT_EQ(matrix.getMatrix()[3][0], static_cast<float>(width) / 2);
+        events.setViewportRegion(other);
+        EXPECT_TRUE(events.getViewportRegion() == other);
+        events.apply(root);
+        EXPECT_EQ(ruler->heard, static_cast<float>(width));
+    }
 }
 
 // shows: KsHandleEventAction::setPickRadius
@@ -557,7 +638,7 @@ TEST_F(OwnClasses, whatIsKnownOfAHitIsCopiedWithIt)
     EXPECT_EQ(static_cast<KsNodeKitDetail*>(third.get())->getPartName(), "knob");
 }
 
-// shows: KsShape::getForm, KsShape::reportUse, KsShape::pickShape
+// shows: KsShape::getForm, KsShape::reportUse, KsShape::pickShape, KsRenderAction::draw
 TEST_F(OwnClasses, aShapeSaysWhatItIsMadeOf)
 {
     auto* font = addTo<KsFont>(root);

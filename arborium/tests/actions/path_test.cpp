@@ -12,8 +12,8 @@ protected:
     KsRef<KsSeparator> root{new KsSeparator};
 };
 
-// shows: KsPath::getNode, KsPath::getIndex, KsPath::getNodeFromTail, KsPath::append, KsPath::pop,
-// KsPath::truncate
+// shows: KsPath, KsPath::getLength, KsPath::getHead, KsPath::getTail, KsPath::getNode,
+// KsPath::getIndex, KsPath::getNodeFromTail, KsPath::append, KsPath::pop, KsPath::truncate
 TEST_F(Path, growsAlongChildren)
 {
     auto* group = addTo<KsGroup>(root);
@@ -35,9 +35,12 @@ TEST_F(Path, growsAlongChildren)
     EXPECT_EQ(path->getNodeFromTail(1), group);
     path->pop();
     EXPECT_EQ(path->getTail(), group);
-    path->truncate(0);
+    path->truncate(-3);
+    EXPECT_EQ(path->getLength(), 0);
     EXPECT_EQ(path->getTail(), nullptr);
     EXPECT_EQ(path->getHead(), nullptr);
+    EXPECT_FALSE(path->append(group)) << "there is nothing to stand below";
+    path->pop();
 }
 
 // shows: KsPath::containsNode, KsPath::findNode, KsPath::setNumPublic, KsFullPath::getLength,
@@ -56,13 +59,17 @@ TEST_F(Path, showsItsPublicPartAndHoldsTheWhole)
     EXPECT_EQ(shown->getNode(2), shape);
     EXPECT_TRUE(shown->containsNode(shape));
     EXPECT_EQ(shown->findNode(shape), 2);
+    const KsRef<KsGroup> stranger(new KsGroup);
+    EXPECT_FALSE(shown->containsNode(stranger));
+    EXPECT_FALSE(shown->containsNode(nullptr));
+    EXPECT_EQ(shown->findNode(stranger), -1);
     EXPECT_EQ(path->getLength(), 3);
     EXPECT_EQ(path->getTail(), shape);
     path->setNumPublic(-1);
     EXPECT_EQ(shown->getLength(), 3);
 }
 
-// shows: KsPath::operator=, KsPath::getTail, KsPath::operator==, KsPath::copy
+// shows: KsPath::operator=, KsPath::operator==, KsPath::copy
 TEST_F(Path, keepsItsNodesAlive)
 {
     KsRef<KsPath> path;
@@ -82,7 +89,7 @@ TEST_F(Path, keepsItsNodesAlive)
     EXPECT_EQ(path->getTail()->getRefCount(), 1);
 }
 
-// shows: KsPath::getLength, KsPath::getHead, KsPath::setHead
+// shows: KsPath::setHead
 TEST_F(Path, takesANewHeadFromItsOwnNodes)
 {
     auto* group = addTo<KsGroup>(root);
@@ -91,6 +98,8 @@ TEST_F(Path, takesANewHeadFromItsOwnNodes)
     path->setHead(group);
     EXPECT_EQ(path->getLength(), 1);
     EXPECT_EQ(path->getHead(), group);
+    path->setHead(nullptr);
+    EXPECT_EQ(path->getLength(), 0);
 }
 
 // shows: KsAction::getPathCode
@@ -113,6 +122,7 @@ TEST_F(Path, tellsEachNodeHowItStandsToIt)
             int count = 0;
             const int* indices = nullptr;
             met[node] = getPathCode(count, indices);
+            EXPECT_EQ(getPathCode(), met[node]);
             if (count) index[node] = indices[0];
             KsCallbackAction::visit(node);
         }
@@ -154,7 +164,6 @@ TEST_F(Path, tellsEachNodeHowItStandsToIt)
     EXPECT_EQ(codes.met.count(end), 0u);
 }
 
-// shows: KsPath
 TEST_F(Path, endsAllOfItsNodesBeingBelowIfItHasOneNode)
 {
     auto* shape = addTo<TestShape>(root);

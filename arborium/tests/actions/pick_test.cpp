@@ -32,7 +32,8 @@ protected:
     KsRayPickAction pick{KbViewportRegion(100, 100)};
 };
 
-// shows: KsPickedPoint::getDistance, KsRayPickAction
+// shows: KsPickedPoint::getPoint, KsPickedPoint::getDistance, KsRayPickAction,
+// KsRayPickAction::setRay, KsRayPickAction::getPickedPoint
 TEST_F(Pick, meetsTheNearestShape)
 {
     TestShape* back = shapeAt({0, 0, 0});
@@ -144,6 +145,7 @@ TEST_F(Pick, endsAPickStyleWithItsSeparator)
     EXPECT_EQ(at(0, 0), behind);
 }
 
+// shows: KsRayPickAction::intersectBox
 TEST_F(Pick, leavesOutSeparatorsWhoseKeptBoxItMisses)
 {
     TestShape* left = shapeAt({-10, 0, 0});
@@ -171,7 +173,7 @@ TEST_F(Pick, leavesOutSeparatorsBehindTheNearestHit)
     EXPECT_EQ(back->pickVisits, 1);
 }
 
-// shows: KsPickedPoint::getPoint, KsRayPickAction::setPoint, KsRayPickAction::setNormalizedPoint
+// shows: KsRayPickAction::setPoint, KsRayPickAction::setNormalizedPoint
 TEST_F(Pick, needsACameraForAPoint)
 {
     auto* shape = addTo<TestShape>(root);
@@ -258,7 +260,6 @@ TEST_F(Pick, ofARayObeysItsDistances)
     EXPECT_EQ(pick.getPickedPoint(), nullptr);
 }
 
-// shows: KsRayPickAction::setRay, KsRayPickAction::getPickedPoint
 TEST_F(Pick, withoutAUsableRayMeetsNothing)
 {
     addTo<TestShape>(root);

@@ -27,7 +27,7 @@ protected:
     KsSearchAction search;
 };
 
-// shows: KsSearchAction::getInterest, KsSearchAction::getPath
+// shows: KsSearchAction::getInterest, KsSearchAction::getPath, KsSearchAction::isFound
 TEST_F(Search, findsTheFirstOfAType)
 {
     EXPECT_EQ(search.getInterest(), KsSearchAction::FIRST);
@@ -150,9 +150,11 @@ TEST_F(Search, goesWhereSwitchesLead)
     search.apply(root);
     EXPECT_FALSE(search.isFound());
     search.setSearchingAll(true);
+    EXPECT_TRUE(search.isSearchingAll());
     search.apply(root);
     EXPECT_TRUE(search.isFound());
     search.setSearchingAll(false);
+    EXPECT_FALSE(search.isSearchingAll());
     choice->whichChild = 1;
     search.apply(root);
     ASSERT_TRUE(search.isFound());
@@ -161,6 +163,23 @@ TEST_F(Search, goesWhereSwitchesLead)
     choice->whichChild = KsSwitch::NONE;
     search.apply(root);
     EXPECT_TRUE(search.isFound());
+}
+
+TEST_F(Search, takesCriteriaAtTheirEdges)
+{
+    search.setName(KbName());
+    search.setInterest(KsSearchAction::ALL);
+    search.apply(root);
+    EXPECT_EQ(search.getPaths().getLength(), 5) << "all but the one that has a name";
+    search.reset();
+    search.setType(KsType::badType());
+    search.apply(root);
+    EXPECT_FALSE(search.isFound());
+    search.setType(KsTranslation::getClassTypeId());
+    search.setInterest(7);
+    search.apply(root);
+    ASSERT_TRUE(search.isFound());
+    EXPECT_EQ(search.getPath()->getTail(), third) << "as the last one";
 }
 
 // shows: KsSearchAction::setNode
@@ -221,15 +240,20 @@ TEST_F(Search, endsWhenANodeSaysThatItIsFound)
         {
             ++visits;
             KsSearchAction::visit(node);
-            setFound();
+            if (node == last) setFound();
         }
+        const KsNode* last = nullptr;
     };
     Ender ender;
     ender.setType(KsNode::getClassTypeId());
     ender.setInterest(KsSearchAction::ALL);
-    ender.apply(first);
-    EXPECT_EQ(ender.visits, 1);
-    EXPECT_EQ(ender.getPaths().getLength(), 1);
+    ender.apply(root);
+    EXPECT_EQ(ender.visits, 6);
+    EXPECT_EQ(ender.getPaths().getLength(), 6);
+    ender.last = first;
+    ender.apply(root);
+    ASSERT_EQ(ender.getPaths().getLength(), 2) << "the root and its first child";
+    EXPECT_EQ(ender.getPaths()[1]->getTail(), first);
 }
 
 // ---- walks of an application's own ----
@@ -294,6 +318,7 @@ TEST_F(Walk, hasTheStateAtHand)
     scale->scaleFactor = KbVec3f(2, 2, 2);
     KbMatrix atScale, atThird;
     walk.setPostCallback([&](KsCallbackAction* action, const KsNode* node) {
+        EXPECT_EQ(action->getCurPathTail(), node);
         if (node == scale) atScale = action->getState()->modelMatrix.get();
         if (node == third) atThird = action->getState()->modelMatrix.get();
         return KsCallbackAction::CONTINUE;
@@ -306,6 +331,28 @@ TEST_F(Walk, hasTheStateAtHand)
     EXPECT_TRUE(near(point, {4, 0, 0}));
     EXPECT_EQ(walk.getState(), nullptr);
     EXPECT_EQ(walk.getCurPathTail(), nullptr);
+}
+
+TEST_F(Walk, mayChangeItsOwnFunctionsInTheirMiddle)
+{
+    std::string met;
+    const std::string letters = "second";
+    walk.setPreCallback([&met, letters](KsCallbackAction* action, const KsNode*) {
+        action->setPreCallback([&met, letters](KsCallbackAction* again, const KsNode*) {
+            again->setPreCallback(nullptr);
+            met += letters; // what runs is still there
+            return KsCallbackAction::CONTINUE;
+        });
+        action->setPostCallback([&met](KsCallbackAction* again, const KsNode*) {
+            again->setPostCallback(nullptr);
+            met += " behind";
+            return KsCallbackAction::CONTINUE;
+        });
+        met += "first ";
+        return KsCallbackAction::CONTINUE;
+    });
+    walk.apply(root);
+    EXPECT_EQ(met, "first second behind");
 }
 
 // shows: KsAction::getCurPath

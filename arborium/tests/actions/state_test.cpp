@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// shows: KsState::push, KsState::getDepth, KsState::Element::get, KsState::Element::setAt,
+// shows: KsState::push, KsState::pop, KsState::getDepth, KsState::Element::get, KsState::Element::setAt,
 // KsState::edit
 TEST(State, bringsBackWhatWasSetBeforeAPush)
 {
@@ -47,7 +47,11 @@ TEST(State, isAsNewAfterAReset)
     state.edit(state.font).size = 20;
     state.push();
     state.edit(state.font).size = 30;
+    state.multModelMatrix(KbMatrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 0, 0, 1));
     state.multModelMatrix(KbMatrix(2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1));
+    KbVec3f point;
+    state.modelMatrix.get().multVecMatrix({1, 0, 0}, point);
+    EXPECT_EQ(point, KbVec3f(7, 0, 0)) << "what is set last acts first";
     state.reset();
     EXPECT_EQ(state.getDepth(), 1);
     EXPECT_EQ(state.font.get().size, KsFontState().size);
@@ -55,7 +59,7 @@ TEST(State, isAsNewAfterAReset)
     EXPECT_TRUE(state.modelMatrix.get().isIdentity());
 }
 
-// shows: KsState, KsState::pop
+// shows: KsState
 TEST(State, survivesAPopWithoutAPush)
 {
     KsState state;

@@ -26,7 +26,6 @@ std::vector<std::string> order(const KsNodekitCatalog& catalog, const char* pare
 
 } // namespace
 
-// shows: KsNodekitCatalog::getNumEntries
 TEST_F(Catalog, beginsWithTheKitItself)
 {
     const KsNodekitCatalog catalog;
@@ -35,7 +34,8 @@ TEST_F(Catalog, beginsWithTheKitItself)
     EXPECT_EQ(catalog.getPartNumber("that"), -1);
 }
 
-// shows: KsNodekitCatalog, KsNodekitCatalog::getPartNumber, KsNodekitCatalog::getRightSibling
+// shows: KsNodekitCatalog, KsNodekitCatalog::getPartNumber, KsNodekitCatalog::getRightSibling,
+// KsNodekitCatalog::getChildrenInOrder
 TEST_F(Catalog, ordersSiblingsByRowsUnlessARightSiblingIsNamed)
 {
     KsNodekitCatalog catalog;
@@ -45,7 +45,46 @@ TEST_F(Catalog, ordersSiblingsByRowsUnlessARightSiblingIsNamed)
     ASSERT_TRUE(add(catalog, "d", "this"));
     EXPECT_EQ(order(catalog, "this"), (std::vector<std::string>{"c", "a", "b", "d"}));
     EXPECT_EQ(catalog.getRightSibling(catalog.getPartNumber("c")), catalog.getPartNumber("a"));
+    EXPECT_EQ(catalog.getRightSibling(catalog.getPartNumber("d")), -1);
     EXPECT_EQ(catalog.getPartNumber("c"), 3); // rows keep the order of adding
+}
+
+// shows: KsNodekitCatalog::addEntry, KsNodekitCatalog::getNumEntries, KsNodekitCatalog::getName,
+// KsNodekitCatalog::getType, KsNodekitCatalog::getDefaultType, KsNodekitCatalog::isNullByDefault,
+// KsNodekitCatalog::getParent, KsNodekitCatalog::isList, KsNodekitCatalog::getListContainerType,
+// KsNodekitCatalog::getListItemType, KsNodekitCatalog::isPublic,
+// KsNodekitCatalog::hasDefaultParts
+TEST_F(Catalog, remembersWhatWasSaidOfEachPart)
+{
+    KsNodekitCatalog catalog;
+    const KsType group = KsGroup::getClassTypeId();
+    const KsType separator = KsSeparator::getClassTypeId();
+    const KsType bad = KsType::badType();
+    ASSERT_TRUE(add(catalog, "hidden", "this", "", false));
+    EXPECT_FALSE(catalog.hasDefaultParts());
+    ASSERT_TRUE(
+        catalog.addEntry("shown", group, separator, false, "hidden", "", false, bad, bad, true));
+    EXPECT_TRUE(catalog.hasDefaultParts());
+    ASSERT_TRUE(catalog.addEntry("list", group, group, true, "hidden", "shown", true, separator,
+                                 KsTranslation::getClassTypeId(), true));
+    EXPECT_EQ(catalog.getNumEntries(), 4);
+    EXPECT_EQ(catalog.getName(1), "hidden");
+    EXPECT_EQ(catalog.getName(2), "shown");
+    EXPECT_EQ(catalog.getType(2), group);
+    EXPECT_EQ(catalog.getDefaultType(2), separator);
+    EXPECT_TRUE(catalog.isNullByDefault(1));
+    EXPECT_FALSE(catalog.isNullByDefault(2));
+    EXPECT_EQ(catalog.getParent(1), 0);
+    EXPECT_EQ(catalog.getParent(3), 1);
+    EXPECT_EQ(catalog.getParent(0), -1);
+    EXPECT_FALSE(catalog.isPublic(1));
+    EXPECT_TRUE(catalog.isPublic(2));
+    EXPECT_TRUE(catalog.isPublic(KbName("list")));
+    EXPECT_FALSE(catalog.isList(2));
+    EXPECT_TRUE(catalog.isList(3));
+    EXPECT_TRUE(catalog.getListContainerType(2).isBad());
+    EXPECT_EQ(catalog.getListContainerType(3), separator);
+    EXPECT_EQ(catalog.getListItemType(3), KsTranslation::getClassTypeId());
 }
 
 // shows: KsNodekitCatalog::addEntry
@@ -82,9 +121,6 @@ TEST_F(Catalog, refusesWhatCannotBe)
     EXPECT_EQ(catalog.getNumEntries(), 4);
 }
 
-// shows: KsNodekitCatalog::getName, KsNodekitCatalog::getDefaultType,
-// KsNodekitCatalog::isNullByDefault, KsNodekitCatalog::getParent, KsNodekitCatalog::isList,
-// KsNodekitCatalog::getChildrenInOrder
 TEST_F(Catalog, answersForRowsThatDoNotExist)
 {
     const KsNodekitCatalog catalog;
@@ -101,7 +137,7 @@ TEST_F(Catalog, answersForRowsThatDoNotExist)
     EXPECT_FALSE(catalog.isPublic(KbName("nowhere")));
 }
 
-// shows: KsNodekitCatalog::clone, KsNodekitCatalog::getType
+// shows: KsNodekitCatalog::clone
 TEST_F(Catalog, cloneHasRowsOfItsOwn)
 {
     KsNodekitCatalog catalog;
@@ -114,7 +150,7 @@ TEST_F(Catalog, cloneHasRowsOfItsOwn)
     EXPECT_EQ(order(*copy, "a"), (std::vector<std::string>{"b"}));
 }
 
-// shows: KsNodekitCatalog::isPublic, KsNode::getNodekitCatalog
+// shows: KsNode::getNodekitCatalog
 TEST_F(Catalog, classHasTheRowsOfItsBaseInFront)
 {
     const KsRef<KsPanel> panel(new KsPanel);

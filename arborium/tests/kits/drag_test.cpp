@@ -43,6 +43,8 @@ protected:
 
 } // namespace
 
+// shows: KsDragger, KsDragger::addStartCallback, KsDragger::addMotionCallback,
+// KsDragger::addFinishCallback, KsHandleEventAction::getGrabber
 TEST_F(Drag, runsStartMotionFinishInThisOrder)
 {
     KsPanel* panel = makePanel(1, 2);
@@ -90,7 +92,6 @@ TEST_F(Drag, otherPressesDuringItAreSwallowed)
     EXPECT_EQ(lines, (Lines{"start", "finish"}));
 }
 
-// shows: KsDragger::addStartCallback, KsDragger::addFinishCallback
 TEST_F(Drag, pressGoesToTheInnermostDraggerThatHasACallback)
 {
     KsPanel* outer = makePanel(-3, 0);
@@ -154,7 +155,8 @@ TEST_F(Drag, frontmostGeometryGetsThePress)
     EXPECT_EQ(lines, (Lines{"front start", "front finish"}));
 }
 
-// shows: KsDragger::getPickPath, KsDragger::getViewVolume
+// shows: KsDragger::getPickPath, KsDragger::getViewVolume, KsDragger::getHandleEventAction,
+// KsDragger::isDragging
 TEST_F(Drag, keepsThePickPathOfThePress)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -182,7 +184,7 @@ TEST_F(Drag, keepsThePickPathOfThePress)
     EXPECT_FALSE(panel->isDragging());
 }
 
-// shows: KsDragger::getHandleEventAction, KsDragger::getLocalStartingPoint,
+// shows: KsDragger::getLocalStartingPoint,
 // KsDragger::getWorldStartingPoint, KsDragger::getLocalToWorldMatrix,
 // KsDragger::getWorldToLocalMatrix, KsDragger::getNormalizedLocaterPosition
 TEST_F(Drag, spaceIsTheOneInWhichTheDraggerStands)
@@ -331,7 +333,6 @@ TEST_F(Drag, draggerThatLeavesTheSceneHearsNoMore)
     EXPECT_EQ(KsBase::getNumInstances(), before);
 }
 
-// shows: KsDragger
 TEST_F(Drag, draggerRemovedByItsOwnMotionHearsNoMore)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -347,7 +348,6 @@ TEST_F(Drag, draggerRemovedByItsOwnMotionHearsNoMore)
     EXPECT_EQ(lines, (Lines{"start", "motion"}));
 }
 
-// shows: KsDragger::isDragging
 TEST_F(Drag, anotherSceneUnderTheSameActionEndsIt)
 {
     KsPanel* panel = makePanel(0, 0);
@@ -692,7 +692,6 @@ TEST_F(Drag, pickedPartIsTheOneOfWhichTheParentWasPassed)
     EXPECT_EQ(detail->getPartName(), "lookA");
 }
 
-// shows: KsDragger::hasCallbacks
 TEST_F(Drag, copyHasNoCallbacks)
 {
     KsPanel* panel = makePanel(0, 0);

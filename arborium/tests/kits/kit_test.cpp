@@ -594,9 +594,15 @@ TEST_F(Kit, kitsAndInteractionStartAndStopInPairs)
     KsInteraction::init();
     EXPECT_EQ(KsNodeKit::getInitCount(), 2);
     EXPECT_EQ(KsInteraction::getInitCount(), 1);
+    KsInteraction::init();
+    EXPECT_EQ(KsInteraction::getInitCount(), 2);
     KsNodeKit::finish();
+    EXPECT_EQ(KsNodeKit::getInitCount(), 1);
     KsNodeKit::finish();
     KsInteraction::finish();
+    KsInteraction::finish();
+    EXPECT_EQ(KsNodeKit::getInitCount(), 0);
+    EXPECT_EQ(KsInteraction::getInitCount(), 0);
     EXPECT_EQ(KsDB::getInitCount(), layers);
     EXPECT_TRUE(KsDB::isInitialized());
 }

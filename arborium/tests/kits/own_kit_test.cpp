@@ -116,8 +116,7 @@ protected:
 
 } // namespace
 
-// shows: KsInstanceBuilder::isFirst, KsBaseKit::getKitCatalog, KsNodekitCatalog::hasDefaultParts,
-// KsBaseKit::createNodekitPartsList, KsBaseKit::createDefaultParts
+// shows: KsInstanceBuilder::isFirst, KsBaseKit::getKitCatalog, KsBaseKit::createNodekitPartsList, KsBaseKit::createDefaultParts
 TEST_F(OwnKit, makesThePartsThatAreNotNullByDefault)
 {
     const KsRef<KsTestLantern> lantern(new KsTestLantern), second(new KsTestLantern);
@@ -157,7 +156,6 @@ TEST_F(OwnKit, tellsOfAPartThatItsCatalogCannotHold)
     KsTestFaulty::exitClass();
 }
 
-// shows: KsNodekitCatalog::getListContainerType, KsNodekitCatalog::getListItemType
 TEST_F(OwnKit, hasThePartsOfItsBaseClassInFrontOfItsOwn)
 {
     const KsRef<KsTestLantern> lantern(new KsTestLantern);
@@ -241,6 +239,15 @@ TEST_F(OwnKit, mayBeCopiedWithThePartsThatWereSetOnly)
     EXPECT_NE(copy->getPart("arm", false), arm);
     EXPECT_EQ(copy->getPart("look", false), nullptr) << "it is made anew at need";
     EXPECT_EQ(childrenOf(copy->getAnyPart("geomSeparator", false)).size(), 2u);
+
+    // By default all of it is copied.
+    const KsRef<KsTestLantern> lantern(new KsTestLantern);
+    lantern->getPart("look", true);
+    static_cast<KsSeparator*>(lantern->getAnyPart("geomSeparator", false))->addChild(new KsGroup);
+    const KsRef<KsNode> whole(lantern->copy());
+    auto* twin = static_cast<KsTestLantern*>(whole.get());
+    EXPECT_NE(twin->getPart("look", false), nullptr);
+    EXPECT_EQ(childrenOf(twin->getAnyPart("geomSeparator", false)).size(), 3u);
 }
 
 // shows: KsBaseKit::writeFields, KsBaseKit::endWrite
@@ -296,8 +303,17 @@ TEST_F(OwnKit, writesListsThatHoldItemsAndKitsWithinThatWereChanged)
 
 // shows: KsGetView::getViewportIsEnabled, KsGetView::getViewportOrigin,
 // KsGetView::getViewportSize
-TEST_F(OwnKit, isDrawnInTheWholeWindowUnlessItAsksForAPart)
+TEST_F(OwnKit, asksForThePartOfTheWindowThatItsClassSays)
 {
+    struct Inset : KsTestLantern {
+        bool getViewportIsEnabled() const override { return true; }
+        KbVec2f getViewportOrigin() const override { return {0.75f, 0.75f}; }
+        KbVec2f getViewportSize() const override { return {0.25f, 0.25f}; }
+    };
+    const KsRef<KsBaseKit> inset(new Inset);
+    EXPECT_TRUE(inset->getViewportIsEnabled());
+    EXPECT_EQ(inset->getViewportOrigin(), KbVec2f(0.75f, 0.75f));
+    EXPECT_EQ(inset->getViewportSize(), KbVec2f(0.25f, 0.25f));
     const KsRef<KsTestLantern> lantern(new KsTestLantern);
     const KsGetView* view = lantern.get();
     EXPECT_FALSE(view->getViewportIsEnabled());

@@ -37,6 +37,7 @@ protected:
     const KbViewportRegion wide{200, 100};
 };
 
+// shows: KsCamera::getViewVolume, KsOrthographicCamera, KsPerspectiveCamera
 TEST_F(Camera, standsAndSeesAsDocumented)
 {
     const KsRef<KsOrthographicCamera> camera(new KsOrthographicCamera);
@@ -46,6 +47,10 @@ TEST_F(Camera, standsAndSeesAsDocumented)
     EXPECT_EQ(volume.getProjectionType(), KbViewVolume::ORTHOGRAPHIC);
     EXPECT_NEAR(volume.getWidth(), 2, 1e-5);
     EXPECT_NEAR(camera->getViewVolume(3).getWidth(), 6, 1e-5);
+    camera->aspectRatio = 2.0f; // where no window says more
+    EXPECT_NEAR(camera->getViewVolume().getWidth(), 4, 1e-5);
+    EXPECT_NEAR(camera->getViewVolume(3).getWidth(), 6, 1e-5);
+    camera->aspectRatio = 1.0f;
     EXPECT_TRUE(near(volume.getProjectionDirection(), {0, 0, -1}));
     camera->orientation = KbRotation(KbVec3f(0, 1, 0), 1.5707963f);
     EXPECT_TRUE(near(camera->getViewVolume().getProjectionDirection(), {-1, 0, 0}));
@@ -59,7 +64,7 @@ TEST_F(Camera, standsAndSeesAsDocumented)
     EXPECT_NEAR(volume.getWidth(), 2 * volume.getHeight(), 1e-4);
 }
 
-// shows: KsCamera::getViewVolume, KsCamera::viewAll, KsOrthographicCamera, KsPerspectiveCamera
+// shows: KsCamera::viewAll
 TEST_F(Camera, framesABoxTightly)
 {
     const KbBox3f box(10, 20, 30, 18, 26, 31);
@@ -95,6 +100,7 @@ TEST_F(Camera, framesInTheDirectionInWhichItLooks)
     }
 }
 
+// shows: KsCamera::viewAll
 TEST_F(Camera, framesASceneFromItsOwnPlaceInIt)
 {
     const KsRef<KsSeparator> root(new KsSeparator);
@@ -143,6 +149,8 @@ TEST_F(Camera, turnsToAPoint)
     }
     const KbRotation before = camera->orientation.getValue();
     camera->pointAt(camera->position.getValue());
+    EXPECT_EQ(camera->orientation.getValue(), before);
+    camera->pointAt(KbVec3f(std::numeric_limits<float>::quiet_NaN(), 0, 0));
     EXPECT_EQ(camera->orientation.getValue(), before);
     camera->pointAt({5, 2, 3}, {0, 0, 1});
     EXPECT_TRUE(near(camera->getViewVolume().getViewUp(), {0, 0, 1}));

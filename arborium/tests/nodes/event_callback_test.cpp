@@ -1,7 +1,9 @@
 #include "../actions/SceneTest.h"
 
 #include <arborium/events/KsEvent.h>
+#include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsEventCallback.h>
+#include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsSwitch.h>
 
@@ -58,6 +60,39 @@ protected:
 
 // shows: KsEventCallback::getEvent, KsEventCallback::getAction, KsEventCallback::getPickedPoint,
 // KsEventCallback::setHandled, KsEventCallback::isHandled
+TEST_F(EventCallback, isToldWhatHappensAndWhere)
+{
+    struct Seen {
+        const KsEvent* event = nullptr;
+        const KsNode* node = nullptr;
+        int calls = 0;
+        static void look(void* data, KsEventCallback* callback)
+        {
+            auto& seen = *static_cast<Seen*>(data);
+            ++seen.calls;
+            seen.event = callback->getEvent();
+            ASSERT_NE(callback->getAction(), nullptr);
+            EXPECT_EQ(callback->getAction()->getCurPathTail(), callback);
+            if (callback->getPickedPoint())
+                seen.node = callback->getPickedPoint()->getPath()->getTail();
+            EXPECT_FALSE(callback->isHandled());
+            callback->setHandled();
+            EXPECT_TRUE(callback->isHandled());
+        }
+    } seen;
+    addTo<KsOrthographicCamera>(root)->position = KbVec3f(0, 0, 5);
+    addTo<KsEventCallback>(root)->addEventCallback(press.getTypeId(), Seen::look, &seen);
+    add(addTo<KsEventCallback>(root), press.getTypeId(), append, "2");
+    const auto* cube = addTo<KsCube>(root); // fills the window
+    send(press);
+    EXPECT_EQ(seen.event, &press);
+    EXPECT_EQ(seen.node, cube);
+    EXPECT_EQ(seen.calls, 1);
+    EXPECT_EQ(s_calls, "") << "the first one has handled it";
+    EXPECT_TRUE(handled);
+}
+
+// shows: KsEventCallback::addEventCallback
 TEST_F(EventCallback, isCalledForItsTypeAndDerivedOnes)
 {
     auto* node = addTo<KsEventCallback>(root);
@@ -80,7 +115,6 @@ TEST_F(EventCallback, isCalledForItsTypeAndDerivedOnes)
     EXPECT_FALSE(node->isHandled());
 }
 
-// shows: KsEventCallback
 TEST_F(EventCallback, ofAnEventThatWasHandledIsNotCalled)
 {
     add(addTo<KsEventCallback>(root), KsEvent::getClassTypeId(), handle, "1");
@@ -137,7 +171,6 @@ TEST_F(EventCallback, behindAClosedSwitchHearsNothing)
     EXPECT_EQ(s_calls, "1");
 }
 
-// shows: KsNode::copy
 TEST_F(EventCallback, isNotCopiedWithItsNode)
 {
     auto* node = addTo<KsEventCallback>(root);

@@ -54,7 +54,8 @@ void visit(KsNode* node)
 }
 } // namespace
 
-// shows: KsGroup::getNumChildren, KsGroup::removeAllChildren
+// shows: KsGroup::addChild, KsGroup::insertChild, KsGroup::getNumChildren, KsGroup::getChild,
+// KsGroup::findChild, KsGroup::removeChild, KsGroup::replaceChild, KsGroup::removeAllChildren
 TEST_F(Group, keepsItsChildrenInOrder)
 {
     auto* a = new KsGroup;
@@ -139,11 +140,13 @@ TEST_F(Group, releasesATreeOfAnyDepth)
     }
     tail->touch(); // goes up all of it
     EXPECT_TRUE(tail->isBelow(group));
+    EXPECT_FALSE(group->isBelow(tail));
+    EXPECT_FALSE(tail->isBelow(nullptr));
     group.reset();
     EXPECT_EQ(KsBase::getNumInstances(), instances - 1);
 }
 
-// shows: KsGroup, KsGroup::addChild, KsNode::getNumParents, KsNode::getParent
+// shows: KsNode::getNumParents, KsNode::getParent
 TEST_F(Group, sharesAChildWithManyParents)
 {
     KsRef<KsGroup> shared(new KsGroup);
@@ -240,7 +243,7 @@ TEST_F(Group, keepsItsObserversWhenNoneIsRemoved)
     }
 }
 
-// shows: KsNode::getByName, KsNodeList::truncate, KsNodeList::operator[]
+// shows: KsNode::getByName
 TEST_F(Group, findsNodesByTheirNames)
 {
     auto* a = new KsGroup;
@@ -269,6 +272,7 @@ TEST_F(Group, findsNodesByTheirNames)
     EXPECT_EQ(KsNode::getByName("wall"), nullptr);
 }
 
+// shows: KsNode::copy
 TEST_F(Group, isCopiedWithWhatIsBelowAndSharedOnce)
 {
     auto* first = new KsTestHolder;
@@ -338,7 +342,8 @@ TEST_F(Group, isCopiedAtAnyDepth)
 }
 
 // shows: KsNodeList, KsNodeList::operator=, KsNodeList::append, KsNodeList::insert,
-// KsNodeList::set, KsNodeList::remove, KsNodeList::find, KsNodeList::getLength
+// KsNodeList::set, KsNodeList::remove, KsNodeList::truncate, KsNodeList::find,
+// KsNodeList::getLength, KsNodeList::get, KsNodeList::operator[]
 TEST(NodeList, holdsOneReferenceToEachNode)
 {
     KsNode::initClass();
@@ -352,6 +357,8 @@ TEST(NodeList, holdsOneReferenceToEachNode)
         list.insert(b, 7);
         EXPECT_EQ(list.getLength(), 2);
         EXPECT_EQ(list.find(a), 1);
+        EXPECT_EQ(list.find(b), 0);
+        EXPECT_EQ(list.find(nullptr), -1);
         const KsNodeList copy = list;
         EXPECT_EQ(a->getRefCount(), 3);
         list.set(0, a);
@@ -361,14 +368,34 @@ TEST(NodeList, holdsOneReferenceToEachNode)
         EXPECT_EQ(list.getLength(), 1);
         list = copy;
         EXPECT_EQ(list.getLength(), 2);
+        list.truncate(5);
+        list.truncate(1);
+        EXPECT_EQ(list.getLength(), 1);
+        EXPECT_EQ(list.get(0), b.get());
+        EXPECT_EQ(list[-1], nullptr);
     }
     EXPECT_EQ(a->getRefCount(), 1);
     EXPECT_EQ(b->getRefCount(), 1);
 }
 
+TEST(NodeList, takesOverTheChildrenOfWhatItHeldAlone)
+{
+    KsNode::initClass();
+    KsGroup::initClass();
+    KsNodeList list;
+    auto* outer = new KsGroup;
+    auto* inner = new KsGroup;
+    list.append(outer);
+    outer->addChild(inner);
+    list = *outer->getChildren();
+    ASSERT_EQ(list.getLength(), 1);
+    EXPECT_EQ(list[0], inner);
+    EXPECT_EQ(inner->getRefCount(), 1) << "the group has gone";
+}
+
 // shows: KsNode::internalAddChild, KsNode::internalInsertChild, KsNode::internalGetChild,
 // KsNode::internalFindChild, KsNode::internalRemoveChild, KsNode::internalRemoveAllChildren,
-// KsNode::internalReplaceChild
+// KsNode::internalReplaceChild, KsNode::getChildren
 TEST_F(Group, isOneOfManyKindsOfContainers)
 {
     const KsRef<KsNode> a(new KsGroup), b(new KsGroup), c(new KsGroup);
@@ -388,11 +415,27 @@ TEST_F(Group, isOneOfManyKindsOfContainers)
     container->internalRemoveAllChildren();
     EXPECT_EQ(container->getChildren()->getLength(), 0);
 
-    // A node without children says so.
+    // A node without children says so, and changes nothing.
     KsTransformation::initClass();
     KsTranslation::initClass();
     const KsRef<KsNode> leaf(new KsTranslation);
     ExpectedMessages messages("KsNode::internalAddChild", "a Translation holds no children");
+    messages.expect("KsNode::internalInsertChild", "a Translation holds no children");
+    messages.expect("KsNode::internalGetChild", "a Translation holds no children");
+    messages.expect("KsNode::internalRemoveChild", "a Translation holds no children");
+    messages.expect("KsNode::internalRemoveChild", "a Translation holds no children");
+    messages.expect("KsNode::internalReplaceChild", "a Translation holds no children");
+    messages.expect("KsNode::internalReplaceChild", "a Translation holds no children");
     leaf->internalAddChild(a);
+    leaf->internalInsertChild(a, 0);
+    EXPECT_EQ(leaf->internalGetChild(0), nullptr);
+    leaf->internalRemoveChild(a);
+    leaf->internalRemoveChild(0);
+    leaf->internalReplaceChild(a, b);
+    leaf->internalReplaceChild(0, b);
+    leaf->internalRemoveAllChildren();
     EXPECT_EQ(leaf->internalFindChild(a), -1);
+    EXPECT_EQ(leaf->getChildren(), nullptr);
+    EXPECT_FALSE(leaf->isGroup());
+    EXPECT_EQ(a->getRefCount(), 1);
 }

@@ -26,6 +26,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <limits>
@@ -97,6 +98,7 @@ constexpr double s_arrowArea = 6;
 
 // ---- boxes -------------------------------------------------------------------------------------
 
+// shows: KsShape::getBox, KsCube, KsSphere, KsCone, KsCylinder
 TEST_F(Shapes, haveTheBoxesThatTheirFieldsSay)
 {
     auto* cube = add<KsCube>();
@@ -105,6 +107,10 @@ TEST_F(Shapes, haveTheBoxesThatTheirFieldsSay)
     cube->height = 4.0f;
     cube->depth = 0.0f;
     EXPECT_EQ(box(), KbBox3f(-3, -2, 0, 3, 2, 0));
+    const KsState state;
+    EXPECT_EQ(cube->getBox(&state), box());
+    cube->width = s_nan;
+    EXPECT_TRUE(cube->getBox(&state).isEmpty());
     root->removeAllChildren();
 
     add<KsSphere>()->radius = 3.0f;
@@ -123,7 +129,6 @@ TEST_F(Shapes, haveTheBoxesThatTheirFieldsSay)
     EXPECT_EQ(box(), KbBox3f(-2, -3, -2, 2, 3, 2));
 }
 
-// shows: KsCube
 TEST_F(Shapes, ofNegativeSizeAreNotTurnedInsideOut)
 {
     add<KsCube>()->width = -6.0f;
@@ -132,13 +137,14 @@ TEST_F(Shapes, ofNegativeSizeAreNotTurnedInsideOut)
     EXPECT_GT(draws()[0].matrix.det3(), 0);
 }
 
-// shows: KsCone, KsCylinder, KsSphere
-TEST_F(Shapes, ofNoFiniteSizeShowNothing)
+TEST_F(Shapes, ofNoFiniteSizeOrWithoutPartsShowNothing)
 {
     add<KsCube>()->width = s_nan;
     add<KsSphere>()->radius = s_infinite;
     add<KsCone>()->height = s_nan;
     add<KsCylinder>()->radius = s_infinite;
+    add<KsCone>()->parts = 0;
+    add<KsCylinder>()->parts = 0;
     EXPECT_TRUE(box().isEmpty());
     EXPECT_TRUE(draws().empty());
     EXPECT_EQ(pick(0, 0), 0);
@@ -168,6 +174,7 @@ TEST_F(Shapes, faceSetTakesConsecutivePoints)
     EXPECT_EQ(box(), KbBox3f(5, 0, 1, 6, 3, 1));
 }
 
+// shows: KsShapeHints
 TEST_F(Shapes, aFaceThatIsSeenClockwiseLooksAwayUnlessHintsSaySo)
 {
     auto* hints = add<KsShapeHints>();
@@ -181,6 +188,7 @@ TEST_F(Shapes, aFaceThatIsSeenClockwiseLooksAwayUnlessHintsSaySo)
     EXPECT_EQ(onlyMesh()->normals[0], KbVec3f(0, 0, 1));
 }
 
+// shows: KsFaceSet, KsCoordinate3
 TEST_F(Shapes, concaveFaceCoversExactlyItsArea)
 {
     add<KsCoordinate3>()->point.setValues(0, 4, s_arrow);
@@ -225,7 +233,6 @@ TEST_F(Shapes, crossingEdgesAreCutAtTheirCrossing)
     EXPECT_EQ(pick(1.2f, 2.2f), 0);
 }
 
-// shows: KsCoordinate3
 TEST_F(Shapes, starIsNotTakenForConvex)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -283,6 +290,7 @@ TEST_F(Shapes, aChangeInsideTheVertexPropertyIsSeen)
     }
 }
 
+// shows: KsVertexProperty
 TEST_F(Shapes, pointsOfTheSceneGiveWayToTheirOwn)
 {
     add<KsCoordinate3>()->point.setValues(0, 4, s_arrow);
@@ -357,8 +365,13 @@ TEST_F(Shapes, givenNormalsAreTakenIfTheyFit)
     normals->vector.set1Value(1, KbVec3f(1, 0, 0));
     for (const KbVec3f& normal : onlyMesh()->normals) EXPECT_EQ(normal, KbVec3f(0, 0, 1));
     normals->vector.set1Value(2, KbVec3f(s_nan, 0, 0));
-    normals->vector.set1Value(3, KbVec3f(1, 0, 0));
-    for (const KbVec3f& normal : onlyMesh()->normals) EXPECT_TRUE(normal.isFinite());
+    normals->vector.set1Value(3, KbVec3f());
+    // What is no direction is that of the face.
+    std::vector<KbVec3f> taken = onlyMesh()->normals;
+    ASSERT_EQ(taken.size(), 4u);
+    std::sort(taken.begin(), taken.end(),
+              [](auto& a, auto& b) { return a[0] + 2 * a[1] < b[0] + 2 * b[1]; });
+    EXPECT_EQ(taken, (std::vector<KbVec3f>{{0, 0, 1}, {0, 0, 1}, {1, 0, 0}, {0, 1, 0}}));
 }
 
 // ---- what makes no sense -----------------------------------------------------------------------
@@ -476,6 +489,7 @@ TEST_F(Shapes, linesRunThroughTheirPoints)
 
 // ---- picks -------------------------------------------------------------------------------------
 
+// shows: KsCube, KsSphere, KsCone, KsCylinder
 TEST_F(Shapes, areHitWhereTheyAre)
 {
     add<KsCube>();
@@ -522,6 +536,7 @@ TEST_F(Shapes, theNearestHitIsReportedUnlessAllAreWanted)
         << "what lies behind the ray's start does not hide what is before it";
 }
 
+// shows: KsPickStyle
 TEST_F(Shapes, pickStyleChoosesBoxesOrNothing)
 {
     auto* style = add<KsPickStyle>();
@@ -534,6 +549,7 @@ TEST_F(Shapes, pickStyleChoosesBoxesOrNothing)
     EXPECT_EQ(pick(0, 0), 0);
 }
 
+// shows: KsIndexedLineSet
 TEST_F(Shapes, linesAreHitFromBeside)
 {
     auto* coordinates = add<KsCoordinate3>();
@@ -553,6 +569,7 @@ TEST_F(Shapes, linesAreHitFromBeside)
 
 // ---- textures ----------------------------------------------------------------------------------
 
+// shows: KsTexture2, KsTexture2::getImage, KsTextureImage
 TEST_F(Shapes, wearTheImageBeforeThem)
 {
     QTemporaryDir directory;
@@ -570,11 +587,18 @@ TEST_F(Shapes, wearTheImageBeforeThem)
     texture->filename = KbString(path);
     ASSERT_EQ(draws().size(), 1u);
     ASSERT_TRUE(draws()[0].texture);
-    EXPECT_EQ(draws()[0].texture->width, 1);
-    EXPECT_EQ(draws()[0].texture->height, 2);
+    const KsTexturePtr worn = draws()[0].texture;
+    EXPECT_EQ(worn, texture->getImage());
+    EXPECT_EQ(worn->width, 1);
+    EXPECT_EQ(worn->height, 2);
     const std::vector<std::uint8_t> fromBelow{4, 5, 6, 128, 1, 2, 3, 255};
-    EXPECT_EQ(draws()[0].texture->rgba, fromBelow);
-    EXPECT_EQ(draws()[0].mesh->texCoords.size(), draws()[0].mesh->positions.size());
+    EXPECT_EQ(worn->rgba, fromBelow);
+    EXPECT_NE(worn->id, KsTextureImage().id);
+    const KsMesh& mesh = *draws()[0].mesh;
+    ASSERT_EQ(mesh.texCoords.size(), mesh.positions.size());
+    for (std::size_t i = 0; i < mesh.positions.size(); ++i)
+        EXPECT_EQ(mesh.texCoords[i], KbVec2f(mesh.positions[i][0] / 4, mesh.positions[i][1] / 4))
+            << "as wide as the longest side";
 }
 
 TEST_F(Shapes, aMissingImageIsReportedOnce)
@@ -594,7 +618,6 @@ TEST_F(Shapes, aMissingImageIsReportedOnce)
     draws();
 }
 
-// shows: KsTexture2
 TEST_F(Shapes, brokenImageIsReported)
 {
     QTemporaryDir directory;

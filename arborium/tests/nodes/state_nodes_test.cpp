@@ -5,6 +5,7 @@
 #include <arborium/nodes/KsBaseColor.h>
 #include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsCube.h>
+#include <arborium/nodes/KsDirectionalLight.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsLight.h>
 #include <arborium/nodes/KsLightModel.h>
@@ -77,7 +78,6 @@ TEST_F(StateNodes, areRegisteredUnderTheirNames)
         EXPECT_FALSE(KsType::fromName(name).canCreateInstance()) << name;
 }
 
-// shows: KsPickStyle, KsSwitch
 TEST_F(StateNodes, startAsTheyAreDocumented)
 {
     EXPECT_EQ(KsRef<KsSwitch>(new KsSwitch)->whichChild.getValue(), KsSwitch::NONE);
@@ -147,9 +147,11 @@ TEST_F(StateNodes, setTheHintsOfShapes)
         EXPECT_FALSE(state.shapeHints.get().convex);
         EXPECT_EQ(state.shapeHints.get().creaseAngle, 1);
     });
+    addTo<KsShapeHints>(root)->creaseAngle = std::numeric_limits<float>::quiet_NaN();
+    atEnd([](KsState& state) { EXPECT_EQ(state.shapeHints.get().creaseAngle, 1); });
 }
 
-// shows: KsMaterialState, KsBaseColor, KsMaterial
+// shows: KsMaterialState
 TEST_F(StateNodes, passOverColoursThatAreNone)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -157,17 +159,23 @@ TEST_F(StateNodes, passOverColoursThatAreNone)
     material->diffuseColor = KbColor(nan, 0, 0);
     material->shininess = nan;
     material->emissiveColor.setNum(0);
+    material->transparency = 7.0f;
     addTo<KsBaseColor>(root)->rgb.setNum(0);
     atEnd([](KsState& state) {
         EXPECT_EQ(state.material.get().diffuse, KsMaterialState().diffuse);
         EXPECT_EQ(state.material.get().shininess, KsMaterialState().shininess);
         EXPECT_EQ(state.material.get().emissive, KsMaterialState().emissive);
+        EXPECT_EQ(state.material.get().transparency, 1) << "the end that is nearer";
     });
 }
 
-// shows: KsClipPlane, KsPointLight
 TEST_F(StateNodes, passOverPlanesAndLightsThatAreNowhere)
 {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    addTo<KsPointLight>(root)->intensity = nan;
+    addTo<KsPointLight>(root)->color = KbColor(0, nan, 0);
+    addTo<KsPointLight>(root)->location = KbVec3f(nan, 0, 0);
+    addTo<KsDirectionalLight>(root)->direction = KbVec3f();
     addTo<KsScale>(root)->scaleFactor = KbVec3f(0, 1, 1);
     addTo<KsClipPlane>(root);
     addTo<KsMatrixTransform>(root)->matrix = KbMatrix(std::numeric_limits<float>::infinity(), 0, 0,
@@ -179,6 +187,21 @@ TEST_F(StateNodes, passOverPlanesAndLightsThatAreNowhere)
     });
 }
 
+// shows: KsNode::affectsState
+TEST_F(StateNodes, actOnWhatStandsBehindThemUnlessTheyKeepToThemselves)
+{
+    const KsRef<KsGroup> group(new KsGroup);
+    EXPECT_FALSE(group->affectsState()) << "there is nothing in it";
+    addTo<KsCube>(group);
+    EXPECT_TRUE(group->affectsState());
+    EXPECT_TRUE(KsRef<KsNode>(new KsTranslation)->affectsState());
+    EXPECT_TRUE(KsRef<KsNode>(new KsSwitch)->affectsState()) << "others may inherit from it";
+    EXPECT_FALSE(KsRef<KsNode>(new KsCube)->affectsState());
+    const KsRef<KsSeparator> separator(new KsSeparator);
+    addTo<KsTranslation>(separator);
+    EXPECT_FALSE(separator->affectsState());
+}
+
 // ---- transforms ----
 
 class Transforms : public StateNodes {
@@ -187,7 +210,7 @@ protected:
     const KbRotation lean{KbVec3f(0, 1, 1), 0.3f};
 };
 
-// shows: KsMatrixTransform, KsRotation, KsScale
+// shows: KsTransformation::getLocalMatrix, KsTranslation, KsScale, KsRotation, KsMatrixTransform
 TEST_F(Transforms, placeAsTheirMatricesDo)
 {
     KbMatrix expected;
@@ -222,6 +245,7 @@ TEST_F(Transforms, actInTheOrderOfTheScene)
     atEnd([&](KsState& state) { EXPECT_TRUE(state.modelMatrix.get().equals(expected, 1e-5f)); });
 }
 
+// shows: KsTransform, KsTransformation::getLocalMatrix
 TEST_F(Transforms, composeAllTheirFields)
 {
     const KsRef<KsTransform> transform(new KsTransform);
@@ -274,7 +298,6 @@ TEST_F(Transforms, multiplyOnEitherSide)
     EXPECT_TRUE(transform->getLocalMatrix().equals(first * second, 1e-4f));
 }
 
-// shows: KsTransform, KsTransformation::getLocalMatrix
 TEST_F(Transforms, ofAMatrixThatIsNoneAreTheIdentity)
 {
     const KsRef<KsTransform> transform(new KsTransform);
@@ -303,7 +326,7 @@ protected:
     }
 };
 
-// shows: KsTranslation
+// shows: KsSwitch
 TEST_F(Switches, showNoneOneOrAll)
 {
     auto* choice = addTo<KsSwitch>(root);
@@ -319,6 +342,7 @@ TEST_F(Switches, showNoneOneOrAll)
     }
 }
 
+// shows: KsSwitch
 TEST_F(Switches, inheritFromTheLastOneBeforeThem)
 {
     auto* outer = addTo<KsSwitch>(root);

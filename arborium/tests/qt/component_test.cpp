@@ -25,8 +25,7 @@ protected:
 
 } // namespace
 
-// shows: KsQtComponent::getWidget, KsQtComponent::getParentWidget, KsQtComponent::isVisible,
-// KsQtComponent::setTitle, KsQtComponent::getTitle, KsQtComponent::setIconTitle,
+// shows: KsQtComponent::getWidget, KsQtComponent::setTitle, KsQtComponent::getTitle, KsQtComponent::setIconTitle,
 // KsQtComponent::getIconTitle, KsQtComponent::getDefaultWidgetName, KsQtComponent::getDefaultTitle,
 // KsQtComponent::getDefaultIconTitle
 TEST(QtComponent, namesItsWidgetAndItsWindow)
@@ -54,19 +53,37 @@ TEST(QtComponent, namesItsWidgetAndItsWindow)
     EXPECT_EQ(named.getWidget()->objectName(), "given");
 }
 
-// shows: KsQtComponent::show, KsQtComponent::hide, KsQtComponent::afterRealizeHook
+// shows: KsQtComponent::show, KsQtComponent::hide, KsQtComponent::isVisible,
+// KsQtComponent::afterRealizeHook
 TEST(QtComponent, tellsOnceThatItsWidgetIsThere)
 {
     Box box;
     box.build(new QWidget);
     EXPECT_EQ(box.realized, 0);
     box.show();
+    EXPECT_TRUE(box.isVisible());
     box.hide();
+    EXPECT_FALSE(box.isVisible());
     box.show();
     EXPECT_EQ(box.realized, 1);
     box.build(new QWidget);
     box.show();
     EXPECT_EQ(box.realized, 2);
+}
+
+// shows: KsQtComponent::getDefaultWidgetName, KsQtComponent::getDefaultTitle,
+// KsQtComponent::getDefaultIconTitle
+TEST(QtComponent, ofAClassThatSaysNothingHasPlainNames)
+{
+    class Plain : public KsQtComponent {
+    public:
+        Plain() { setBaseWidget(new QWidget); }
+    };
+    const Plain plain;
+    EXPECT_EQ(plain.getWidget()->objectName(), "KsQtComponent");
+    EXPECT_EQ(plain.getTitle(), "Component");
+    EXPECT_EQ(plain.getIconTitle(), "Component");
+    EXPECT_EQ(plain.getWidget()->windowTitle(), "Component");
 }
 
 // shows: KsQtComponent::setFullScreen, KsQtComponent::isFullScreen
@@ -82,7 +99,7 @@ TEST(QtComponent, remembersThatItCoversTheScreen)
     EXPECT_FALSE(box.getWidget()->isFullScreen());
 }
 
-// shows: KsQtComponent, KsQtComponent::setBaseWidget
+// shows: KsQtComponent, KsQtComponent::setBaseWidget, KsQtComponent::getParentWidget
 TEST(QtComponent, widgetAndComponentDieInAnyOrder)
 {
     auto box = std::make_unique<Box>();

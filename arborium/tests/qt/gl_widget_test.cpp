@@ -1,3 +1,5 @@
+#include "MessageGuard.h"
+
 #include <arborium/qt/KsQt.h>
 #include <arborium/qt/KsQtGLWidget.h>
 #include <arborium/render/KsGL.h>
@@ -8,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <string>
 
 namespace {
@@ -23,6 +26,7 @@ public:
     QColor seenAt(int x, int y) { return getNormalWindow()->grab().toImage().pixelColor(x, y); }
 
     std::string asked;
+    int overlays = 0;
     bool usesKeys = false;
 
 protected:
@@ -33,7 +37,11 @@ protected:
         KsGL::color3f(0, 1, 0);
         KsGL::rects(0, 0, 100, 100);
     }
-    void redrawOverlay(QPainter& painter) override { painter.fillRect(0, 0, 100, 2, Qt::white); }
+    void redrawOverlay(QPainter& painter) override
+    {
+        ++overlays;
+        painter.fillRect(0, 0, 100, 2, Qt::white);
+    }
     void sizeChanged(int width, int height) override
     {
         asked += std::to_string(width) + "x" + std::to_string(height) + " ";
@@ -87,9 +95,54 @@ TEST_F(GLWidget, hearsTheEventsOfItsWindow)
     EXPECT_EQ(meadow.asked, before);
 }
 
+// shows: KsQtGLWidget::swapNormalBuffers, KsQtGLWidget::setDoubleBuffer
+TEST_F(GLWidget, showsWhatWasDrawnAfterASwapOrWithoutASecondBufferAtOnce)
+{
+    Meadow meadow(&window);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    QApplication::processEvents();
+    const auto drawAndCount = [&meadow](bool swap) {
+        const int before = meadow.overlays;
+        EXPECT_TRUE(meadow.bindNormalContext());
+        meadow.unbindNormalContext();
+        if (swap) meadow.swapNormalBuffers();
+        QApplication::processEvents();
+        return meadow.overlays - before;
+    };
+    EXPECT_EQ(drawAndCount(false), 0);
+    EXPECT_EQ(drawAndCount(true), 1);
+    meadow.setDoubleBuffer(false);
+    EXPECT_EQ(drawAndCount(false), 1);
+}
+
+// shows: KsQtGLWidget::initGraphic, KsQtGLWidget::paintGraphic, KsQtGLWidget::redrawOverlay,
+// KsQtGLWidget::sizeChanged, KsQtGLWidget::processEvent
+TEST_F(GLWidget, ofAClassThatSaysNothingShowsAndUsesNothing)
+{
+    class Plain : public KsQtGLWidget {
+    public:
+        explicit Plain(QWidget* parent) : KsQtGLWidget(parent)
+        {
+            setBaseWidget(buildWidget(parent));
+        }
+    };
+    struct Ground : QWidget {
+        void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::yellow); }
+        void keyPressEvent(QKeyEvent*) override { ++keys; }
+        int keys = 0;
+    } ground;
+    Plain plain(&ground);
+    plain.getNormalWindow()->resize(20, 10);
+    ground.show();
+    EXPECT_EQ(ground.grab().toImage().pixelColor(5, 5), QColor(Qt::yellow));
+    EXPECT_EQ(plain.getNumPictures(), 1);
+    QTest::keyClick(plain.getNormalWindow(), Qt::Key_A);
+    EXPECT_EQ(ground.keys, 1) << "goes on to what it stands on";
+}
+
 // shows: KsQtGLWidget::bindNormalContext, KsQtGLWidget::makeNormalCurrent,
-// KsQtGLWidget::unbindNormalContext, KsQtGLWidget::swapNormalBuffers,
-// KsQtGLWidget::setDoubleBuffer, KsQtGLWidget::isDoubleBuffer
+// KsQtGLWidget::unbindNormalContext, KsQtGLWidget::isDoubleBuffer
 TEST_F(GLWidget, mayBeDrawnIntoBetweenItsPaintEvents)
 {
     Meadow meadow(&window);
@@ -137,6 +190,9 @@ TEST(ImmediateMode, pictureHasThePixelsOfTheScreen)
     std::vector<std::uint32_t> argb;
     target.finish(argb);
     EXPECT_EQ(argb.size(), 15u * 9);
+    const KsGL::Target least(0, -5, std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(least.getWidth(), 1);
+    EXPECT_EQ(least.getHeight(), 1);
 }
 
 // shows: KsGLContext::isAvailable, KsGLContext::getVersion, KsGLContext::Current::operator bool
@@ -146,6 +202,35 @@ TEST(GLContext, tellsWhatItIs)
     EXPECT_GE(std::atof(KsGLContext::getVersion()), 2.1);
     const KsGLContext::Current current;
     EXPECT_TRUE(current);
+}
+
+// shows: KsQt::init, KsQt::isInitialized, KsQt::finish
+TEST(WithoutApplication, theLayerMakesOneIfItIsAskedTo)
+{
+    if (QCoreApplication::instance()) GTEST_SKIP() << "run by itself";
+    {
+        ExpectedMessages messages("KsQt::init", "There is no QApplication");
+        messages.expect("KsQt::mainLoop", "There is no QApplication");
+        EXPECT_FALSE(KsQt::init());
+        EXPECT_EQ(KsQt::mainLoop(), 1);
+        KsQt::exitMainLoop();
+    }
+    EXPECT_FALSE(KsQt::isInitialized());
+    static int argc = 1;
+    static char name[] = "program";
+    static char* argv[] = {name, nullptr};
+    ASSERT_TRUE(KsQt::init(argc, argv));
+    ASSERT_TRUE(QCoreApplication::instance());
+    EXPECT_TRUE(KsQt::isInitialized());
+    const QCoreApplication* const application = QCoreApplication::instance();
+    ASSERT_TRUE(KsQt::init(argc, argv));
+    EXPECT_EQ(QCoreApplication::instance(), application) << "one is enough";
+    KsQt::finish();
+    EXPECT_TRUE(KsQt::isInitialized());
+    KsQt::finish();
+    EXPECT_FALSE(KsQt::isInitialized());
+    KsQt::finish(); // without a start: nothing
+    EXPECT_FALSE(KsQt::isInitialized());
 }
 
 // shows: KsQt::mainLoop, KsQt::exitMainLoop

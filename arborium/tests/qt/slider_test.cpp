@@ -3,6 +3,7 @@
 #include <arborium/base/KsPreferences.h>
 #include <arborium/qt/KsQtBasicSlider.h>
 #include <arborium/render/KsGL.h>
+#include <arborium/render/KsGLContext.h>
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QtWidgets>
@@ -98,15 +99,16 @@ QImage drawing(int width, int height, float scale, bool& byGL)
     }
     KsGL::color3ub(0xAA, 0xAA, 0xAA);
     KsGL::begin(KsGL::POLYGON);
-    KsGL::vertex2s(40, 2);
-    KsGL::vertex2s(46, 14);
-    KsGL::vertex2s(52, 2);
+    KsGL::vertex2f(40, 2);
+    KsGL::vertex2f(46, 14);
+    KsGL::vertex2f(52, 2);
     KsGL::end();
     KsGL::begin(KsGL::LINES);
     KsGL::color3ub(0, 0, 0);
     KsGL::vertex2s(40, 2);
     KsGL::vertex2s(52, 2);
-    KsGL::vertex2s(56, 2);
+    const std::int16_t corner[] = {56, 2};
+    KsGL::vertex2sv(corner);
     KsGL::vertex2s(56, 12);
     KsGL::end();
     KsGL::color3f(1, 1, 0);
@@ -119,8 +121,9 @@ QImage drawing(int width, int height, float scale, bool& byGL)
         .copy();
 }
 
-// shows: KsGL::begin, KsGL::end, KsGL::color3f, KsGL::color3ub, KsGL::vertex2s, KsGL::rects,
-// KsGL::shadeModel, KsGL::pushAttrib, KsGL::popAttrib, KsGL::flush, KsGL::Target::usesGL
+// shows: KsGL::begin, KsGL::end, KsGL::color3f, KsGL::color3fv, KsGL::color3ub, KsGL::vertex2f,
+// KsGL::vertex2s, KsGL::vertex2sv, KsGL::rects, KsGL::shadeModel, KsGL::flush, KsGL::Target,
+// KsGL::Target::finish
 TEST(ImmediateMode, putsWholeNumbersOnWholePixels)
 {
     bool byGL = false;
@@ -266,6 +269,7 @@ TEST(ImmediateMode, whatIsHalfCoveredIsHalfTransparent)
     }
 }
 
+// shows: KsGL::Target::usesGL, KsGL::setRoad
 TEST(ImmediateMode, smallPicturesDoNotAskTheContext)
 {
     bool byGL = true;
@@ -276,9 +280,34 @@ TEST(ImmediateMode, smallPicturesDoNotAskTheContext)
     bool available = false;
     drawing(64, 24, 1, available);
     EXPECT_EQ(byGL, available);
+    EXPECT_EQ(available, KsGLContext::isAvailable());
 }
 
-// shows: KsGL::color3fv, KsGL::vertex2f, KsGL::vertex2sv, KsGL::Target, KsGL::Target::finish
+// shows: KsGL::pushAttrib, KsGL::popAttrib, KsGL::shadeModel
+TEST(ImmediateMode, theShadeModelIsBroughtBackIfItWasAskedFor)
+{
+    for (const KsGL::Road way : {KsGL::OPENGL, KsGL::RASTER}) {
+        const ByRoad road(way);
+        for (const unsigned attributes : {0u, static_cast<unsigned>(KsGL::LIGHTING_BIT)}) {
+            KsGL::Target target(21, 3, 1);
+            KsGL::pushAttrib(attributes);
+            KsGL::shadeModel(KsGL::FLAT);
+            KsGL::popAttrib();
+            KsGL::begin(KsGL::QUAD_STRIP);
+            for (const std::int16_t x : {0, 21}) {
+                KsGL::color3f(x ? 1.0f : 0.0f, 0, 1);
+                KsGL::vertex2s(x, 0);
+                KsGL::vertex2s(x, 3);
+            }
+            KsGL::end();
+            std::vector<std::uint32_t> argb;
+            target.finish(argb);
+            const int red = static_cast<int>(argb[10] >> 16 & 0xff);
+            EXPECT_NEAR(red, attributes ? 128 : 255, 8) << "flat: the colour of the last corners";
+        }
+    }
+}
+
 TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
 {
     KsGL::end();
@@ -401,7 +430,8 @@ TEST_F(BasicSlider, aValueFromTheProgramCallsNobodyAndMayLieOutside)
     EXPECT_EQ(slider.getValue(), 1);
 }
 
-// shows: KsQtBasicSlider::addFinishCallback, KsQtBasicSlider::removeFinishCallback
+// shows: KsQtBasicSlider::addFinishCallback, KsQtBasicSlider::removeFinishCallback,
+// KsQtBasicSlider::addValueChangedCallback, KsQtBasicSlider::removeValueChangedCallback
 TEST_F(BasicSlider, aCallbackIsHeldOnceAndMayBeTakenOut)
 {
     Slider slider(&window);
@@ -413,9 +443,14 @@ TEST_F(BasicSlider, aCallbackIsHeldOnceAndMayBeTakenOut)
     QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.at(0.2f));
     EXPECT_EQ(slider.ends.size(), 1u);
     EXPECT_EQ(slider.moves.size(), 2u);
+    slider.removeValueChangedCallback(Slider::changed, nullptr); // another one
+    slider.removeValueChangedCallback(Slider::changed, &slider);
+    slider.addValueChangedCallback(nullptr, &slider);
+    QTest::mouseClick(slider.getNormalWindow(), Qt::LeftButton, {}, slider.at(0.7f));
+    EXPECT_EQ(slider.moves.size(), 2u);
+    EXPECT_NEAR(slider.getValue(), 0.7f, 0.01f);
 }
 
-// shows: KsQtBasicSlider::addValueChangedCallback, KsQtBasicSlider::removeValueChangedCallback
 TEST_F(BasicSlider, maySetOutToDieInItsCallback)
 {
     auto* slider = new Slider(&window);

@@ -121,6 +121,7 @@ TEST_F(ViewerCamera, seekingWhereNothingIsMovesNothing)
     show();
     viewer->setViewing(true);
     viewer->setSeeking(true);
+    EXPECT_TRUE(viewer->isSeeking());
     press(-3, -3);
     release(-3, -3);
     EXPECT_FALSE(viewer->isSeeking());

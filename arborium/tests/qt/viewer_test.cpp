@@ -7,9 +7,11 @@
 #include <arborium/io/KsDB.h>
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsEventCallback.h>
+#include <arborium/nodes/KsLightModel.h>
 #include <arborium/nodes/KsMaterial.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsPerspectiveCamera.h>
+#include <arborium/nodes/KsRotation.h>
 #include <arborium/nodes/KsSeparator.h>
 #include <arborium/nodes/KsTranslation.h>
 #include <arborium/qt/KsQt.h>
@@ -106,7 +108,6 @@ protected:
 
 } // namespace
 
-// shows: KsQtViewer::hasOwnCamera
 TEST_F(Viewer, showsASceneWithoutACameraFromTheFrontAsAWhole)
 {
     show();
@@ -122,7 +123,7 @@ TEST_F(Viewer, showsASceneWithoutACameraFromTheFrontAsAWhole)
     EXPECT_LT(QColor(picture.pixel(40, 50)).red(), 150);
 }
 
-// shows: KsQtViewer::getCamera, KsQtViewer::viewAll, KsQtViewer::home
+// shows: KsQtViewer::getCamera, KsQtViewer::hasOwnCamera, KsQtViewer::viewAll, KsQtViewer::home
 TEST_F(Viewer, usesTheCameraOfTheScene)
 {
     auto* own = new KsPerspectiveCamera;
@@ -440,12 +441,14 @@ TEST_F(Viewer, mayBeDeletedByAListenerInTheScene)
     EXPECT_EQ(ear.heard.size(), 1u);
 }
 
-// shows: KsQtViewer::getSceneGraph
+// shows: KsQtViewer::setSceneGraph, KsQtViewer::getSceneGraph
 TEST_F(Viewer, letsGoOfAnEarlierScene)
 {
     show();
     const KsRef<KsSeparator> other(new KsSeparator);
+    EXPECT_EQ(viewer->getSceneGraph(), scene.get());
     viewer->setSceneGraph(other);
+    EXPECT_EQ(viewer->getSceneGraph(), other.get());
     viewer->repaint();
     EXPECT_EQ(scene->getRefCount(), 1);
     viewer->setSceneGraph(nullptr);
@@ -455,7 +458,6 @@ TEST_F(Viewer, letsGoOfAnEarlierScene)
     EXPECT_EQ(viewer->getSceneGraph(), nullptr);
 }
 
-// shows: KsQtViewer::setSceneGraph
 TEST_F(Viewer, theTabulatorGoesToTheSceneFirst)
 {
     QWidget window;
@@ -477,7 +479,7 @@ TEST_F(Viewer, theTabulatorGoesToTheSceneFirst)
     EXPECT_EQ(window.focusWidget(), second);
 }
 
-// shows: KsQtViewer::setBackgroundColor, KsQtViewer::setBackgroundGradient, KsQtViewer::setSamples
+// shows: KsQtViewer::setBackgroundColor, KsQtViewer::setBackgroundGradient
 TEST_F(Viewer, showsItsBackgroundBesideTheScene)
 {
     show();
@@ -485,12 +487,40 @@ TEST_F(Viewer, showsItsBackgroundBesideTheScene)
         const QImage image = viewer->grab().toImage();
         return std::make_pair(image.pixelColor(1, 1), image.pixelColor(1, 98));
     };
-    viewer->setSamples(1);
     viewer->setBackgroundColor(KbColor(0, 0, 1));
     EXPECT_EQ(corners(), std::make_pair(QColor(0, 0, 255), QColor(0, 0, 255)));
     viewer->setBackgroundGradient(KbColor(0, 0, 0), KbColor(0, 1, 0));
     EXPECT_GT(corners().first.green(), 240);
     EXPECT_LT(corners().second.green(), 15);
+}
+
+// shows: KsQtViewer::setSamples
+TEST_F(Viewer, hasSmoothEdgesUnlessOneSampleIsEnough)
+{
+    if (!KsGLContext::isAvailable()) GTEST_SKIP() << "there is no OpenGL here";
+    auto* slant = new KsRotation;
+    slant->rotation = KbRotation(KbVec3f(0, 0, 1), 0.3f);
+    scene->insertChild(slant, 0);
+    auto* plain = new KsLightModel;
+    plain->model = KsLightModel::BASE_COLOR;
+    scene->insertChild(plain, 0);
+    show();
+    viewer->setBackgroundColor(KbColor(0, 0, 0));
+    const auto between = [this] {
+        const QImage image = viewer->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const int red = image.pixelColor(x, y).red();
+                count += red > 20 && red < 235;
+            }
+        return count;
+    };
+    EXPECT_GT(between(), 30);
+    viewer->setSamples(1);
+    EXPECT_EQ(between(), 0);
+    viewer->setSamples(4);
+    EXPECT_GT(between(), 30);
 }
 
 // shows: KsQtViewer::saveHomePosition, KsQtViewer::home
@@ -521,7 +551,7 @@ TEST_F(Viewer, leavesTheRoadOfItsEventsToPrograms)
     EXPECT_TRUE(search.isFound()) << "the scene behind the viewer's camera";
 }
 
-// shows: KsQt::init, KsQt::finish, KsQt::isInitialized
+// shows: KsQt::init, KsQt::finish
 TEST(QtBinding, runsWaitingSensorsFromTheEventLoop)
 {
     ASSERT_TRUE(KsQt::init());

@@ -137,7 +137,6 @@ TEST_F(LostContext, picturesAreTheSameInANewOne)
     EXPECT_EQ(other.getImage(), picture);
 }
 
-// shows: KsGLContext::isLost
 TEST_F(LostContext, isKeptWhileItIsInUse)
 {
     const KsGLContext::Current current;
@@ -156,12 +155,18 @@ TEST_F(LostContext, aRendererMayDieAfterItsContext)
     EXPECT_EQ(renderer.getImage(), picture);
 }
 
-// shows: KsGLContext::releaseLost
+// shows: KsGLContext::isLost, KsGLContext::releaseLost
 TEST_F(LostContext, duringAFrameTheFrameIsDrawnOnceMore)
 {
     const LosingDriver driver;
     EXPECT_TRUE(drawAgain());
     if (LosingDriver::questions == 0) GTEST_SKIP() << "the driver cannot be asked";
+    LosingDriver::losses = 1;
+    {
+        const KsGLContext::Current current;
+        EXPECT_TRUE(KsGLContext::isLost());
+        EXPECT_FALSE(KsGLContext::isLost());
+    }
     LosingDriver::losses = 1;
     {
         ExpectedMessages messages("KsGLContext::releaseLost", "was lost");

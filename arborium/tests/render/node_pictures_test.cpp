@@ -59,6 +59,11 @@ protected:
 
 void PrintTo(const NodeScene& scene, std::ostream* out) { *out << scene.type; }
 
+// shows: KsGroup, KsSeparator, KsSwitch, KsFile, KsTranslation, KsRotation, KsScale, KsTransform,
+// KsMatrixTransform, KsMaterial, KsBaseColor, KsLightModel, KsTexture2, KsFont, KsShapeHints,
+// KsPickStyle, KsClipPlane, KsDirectionalLight, KsPointLight, KsOrthographicCamera,
+// KsPerspectiveCamera, KsEventCallback, KsCoordinate3, KsNormal, KsVertexProperty, KsFaceSet,
+// KsIndexedFaceSet, KsIndexedLineSet, KsCube, KsSphere, KsCone, KsCylinder, KsText3
 TEST_P(NodePictures, looksAsItsReference)
 {
     if (!KsGLContext::isAvailable()) GTEST_SKIP() << "there is no OpenGL here";

@@ -145,6 +145,8 @@ TEST_F(Text, linesFollowDownwardByTheSpacing)
     EXPECT_NEAR(box().getMin()[1], one.getMin()[1] - 4 * height, 1e-3f);
     text->spacing = std::numeric_limits<float>::quiet_NaN();
     EXPECT_NEAR(box().getMin()[1], one.getMin()[1] - 2 * height, 1e-3f);
+    text->spacing = -1.0f;
+    EXPECT_NEAR(box().getMax()[1], one.getMax()[1] + 2 * height, 1e-3f) << "upward";
 }
 
 TEST_F(Text, standsLeftRightOrCentred)

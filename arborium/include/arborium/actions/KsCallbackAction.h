@@ -3,6 +3,7 @@
 #include <arborium/actions/KsAction.h>
 
 #include <functional>
+#include <memory>
 
 /// Calls functions before and behind each node of a traversal: for walks of an application's own,
 /// with the traversal state at hand.
@@ -12,17 +13,22 @@ public:
     /// effect and what is below it; the function behind the node is called all the same. ABORT
     /// ends the traversal.
     enum Response { CONTINUE, PRUNE, ABORT };
+    /// Finds the state in the action, and may give it other functions: the next call is theirs.
+    /// Nodes that only affect the state of a path are not told.
     using Callback = std::function<Response(KsCallbackAction*, const KsNode*)>;
     KsCallbackAction();
     KsType getTypeId() const override { return getClassTypeId(); }
     static KsType getClassTypeId();
-    void setPreCallback(Callback callback) { m_pre = std::move(callback); }
-    void setPostCallback(Callback callback) { m_post = std::move(callback); }
+    /// Before each node, and before its children. An empty function takes it back.
+    void setPreCallback(Callback callback);
+    /// Behind each node and its children. PRUNE is as CONTINUE.
+    void setPostCallback(Callback callback);
 
 protected:
     void visit(KsNode* node) override;
 
 private:
-    Callback m_pre;
-    Callback m_post;
+    // Shared with the visit that calls them: they may replace themselves.
+    std::shared_ptr<const Callback> m_pre;
+    std::shared_ptr<const Callback> m_post;
 };
