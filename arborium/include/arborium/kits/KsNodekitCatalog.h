@@ -12,10 +12,10 @@ public:
     /// Holds row 0 alone.
     KsNodekitCatalog();
 
-    /// Adds a part below `parentName`. FALSE, with a message, if the name is taken, a type is bad, the default type
-    /// is not derived from the type, the parent is unknown or cannot hold children, the right
-    /// sibling is no part below the same parent, or a list has bad list types. A list part is a
-    /// group of type `listContainer` whose children are of type `listItem`.
+    /// Adds a part below `parentName`. FALSE, with a message, if the name is taken, a type is bad,
+    /// the default type is not derived from the type, the parent is unknown or cannot hold
+    /// children, the right sibling is no part below the same parent, or a list has bad list types.
+    /// A list part is a group of type `listContainer` whose children are of type `listItem`.
     bool addEntry(const KbName& name, KsType type, KsType defaultType, bool nullByDefault,
                   const KbName& parentName, const KbName& rightSibling, bool isList,
                   KsType listContainer, KsType listItem, bool isPublic);

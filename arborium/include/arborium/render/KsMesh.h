@@ -34,8 +34,8 @@ struct ARBORIUM_API KsMesh {
     /// picked.
     void computeBox();
     /// Whether each index names a position, and normals, coordinates and colours are as many as the
-    /// positions, or none. A mesh that is not sound is neither drawn nor picked; a message says so when
-    /// it is first asked, which is to be when the mesh is complete.
+    /// positions, or none. A mesh that is not sound is neither drawn nor picked; a message says so
+    /// when it is first asked, which is to be when the mesh is complete.
     bool isSound() const;
 
 private:
