@@ -203,7 +203,7 @@ void expectAssigned(const typename Field::Value& a, const typename Field::Value&
 }
 } // namespace
 
-// shows: KsMFString, KsMFFloat, KsMFInt32, KsMFColor, KsMFVec2f, KsMFVec3f
+// shows: KsMFString, KsMFFloat, KsMFInt32
 TEST(ManyValues, ofEachTypeAreAssigned)
 {
     expectAssigned<KsMFString>("a", KbString(u"\u03b1"));

@@ -343,7 +343,7 @@ TEST_F(Group, isCopiedAtAnyDepth)
 
 // shows: KsNodeList, KsNodeList::operator=, KsNodeList::append, KsNodeList::insert,
 // KsNodeList::set, KsNodeList::remove, KsNodeList::truncate, KsNodeList::find,
-// KsNodeList::getLength, KsNodeList::get, KsNodeList::operator[]
+// KsNodeList::getLength, KsNodeList::get, KsNodeList::operator[], KsNodeList::reserve
 TEST(NodeList, holdsOneReferenceToEachNode)
 {
     KsNode::initClass();
@@ -351,6 +351,9 @@ TEST(NodeList, holdsOneReferenceToEachNode)
     KsRef<KsGroup> a(new KsGroup), b(new KsGroup);
     {
         KsNodeList list;
+        list.reserve(100);
+        list.reserve(-1);
+        EXPECT_EQ(list.getLength(), 0);
         list.append(a);
         list.insert(b, 0);
         list.append(nullptr);
