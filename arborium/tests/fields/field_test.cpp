@@ -621,10 +621,14 @@ TEST(ClassRecord, isWholeAgainThoughANodeOfBeforeAskedForItsFieldsMeanwhile)
         KsTestDerived::exitClass();
         KsTestBase::exitClass();
         ExpectedMessages messages("KsTestDerived", "Instance not properly constructed");
-        if (!isLate) EXPECT_EQ(old->getFieldData()->getNumFields(), 0);
+        if (!isLate) {
+            EXPECT_EQ(old->getFieldData()->getNumFields(), 0);
+        }
         KsTestBase::initClass();
         KsTestDerived::initClass();
-        if (isLate) EXPECT_LT(old->getFieldData()->getNumFields(), 2);
+        if (isLate) {
+            EXPECT_LT(old->getFieldData()->getNumFields(), 2);
+        }
         const KsRef<KsTestDerived> first(new KsTestDerived), second(new KsTestDerived);
         for (const KsTestDerived* node : {first.get(), second.get(), old.get()}) {
             KsFieldList fields;

@@ -154,7 +154,7 @@ private:
     std::uint8_t m_stale = StaleAll;
     bool m_wasParent = false; // never reset: something may stand below
     std::int32_t m_place = 0;
-    static int s_numSensors;  // attached ones, in the whole process
+    static int s_numSensors; // attached ones, in the whole process
 };
 
 /// Finds or makes the copies of nodes during one `copy`.
