@@ -347,7 +347,7 @@ TEST(References, areHeldWhileAnObjectIsMade)
     std::vector<std::string> log;
     auto* item = new Item(&log);
     {
-        const KsBaseInitializer guard(item);
+        const KsBaseInitializer guard(item), none(nullptr);
         item->ref(); // such as what a listener does meanwhile
         item->unref();
     }

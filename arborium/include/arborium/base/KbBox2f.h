@@ -19,6 +19,7 @@ public:
     KbVec2f getSize() const { return isEmpty() ? KbVec2f() : m_max - m_min; }
     void getSize(float& x, float& y) const { getSize().getValue(x, y); }
 
+    /// A flat rectangle and a point are not empty.
     bool isEmpty() const { return !(m_min[0] <= m_max[0] && m_min[1] <= m_max[1]); }
     /// To the state of a new rectangle, which holds nothing and can be extended.
     void makeEmpty()

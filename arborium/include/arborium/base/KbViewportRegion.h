@@ -7,6 +7,7 @@
 class ARBORIUM_API KbViewportRegion {
 public:
     KbViewportRegion() = default;
+    /// All of a window of this size in pixels.
     KbViewportRegion(std::int32_t width, std::int32_t height) { setWindowSize(width, height); }
     explicit KbViewportRegion(const KbVec2i32& windowSize) { setWindowSize(windowSize); }
 

@@ -78,8 +78,15 @@ private:
 /// Keeps an object under construction alive for the duration of its constructor.
 class ARBORIUM_API KsBaseInitializer {
 public:
-    explicit KsBaseInitializer(KsBase* instance) : m_instance(instance) { m_instance->ref(); }
-    ~KsBaseInitializer() { m_instance->unrefNoDelete(); }
+    /// Null is allowed.
+    explicit KsBaseInitializer(KsBase* instance) : m_instance(instance)
+    {
+        if (m_instance) m_instance->ref();
+    }
+    ~KsBaseInitializer()
+    {
+        if (m_instance) m_instance->unrefNoDelete();
+    }
     KsBaseInitializer(const KsBaseInitializer&) = delete;
     KsBaseInitializer& operator=(const KsBaseInitializer&) = delete;
 

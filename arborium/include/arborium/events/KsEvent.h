@@ -10,6 +10,7 @@
 class ARBORIUM_API KsEvent : public KsTypedObject {
 public:
     KsEvent() = default;
+    /// At a position, or at (0, 0).
     explicit KsEvent(const KbVec2f& position) : m_position(position) {}
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
@@ -63,11 +64,13 @@ private:
 class ARBORIUM_API KsMouseButtonEvent : public KsButtonEvent {
 public:
     enum Button { BUTTON1 = 1, BUTTON2, BUTTON3, BUTTON4, BUTTON5 };
+    /// Of one button at a position in pixels.
     KsMouseButtonEvent(Button button, State state, const KbVec2f& position)
         : KsButtonEvent(state, position), m_button(button)
     {}
     static KsType getClassTypeId();
     KsType getTypeId() const override { return getClassTypeId(); }
+    /// The one that went down or up, as given.
     Button getButton() const { return m_button; }
     /// Whether it is such an event, of this button; FALSE for null and for other kinds.
     static bool isButtonPress(const KsEvent* event, Button button);
@@ -89,6 +92,7 @@ public:
 class ARBORIUM_API KsTrackerEvent : public KsEvent {
 public:
     enum Action { MOVE, PRESS, RELEASE };
+    /// Of a pointer at a place in the world, turned from looking along the negative z axis.
     KsTrackerEvent(Action action, const KbVec3f& position, const KbRotation& rotation)
         : m_action(action), m_origin(position), m_rotation(rotation)
     {}
@@ -143,6 +147,7 @@ public:
         LEFT_CONTROL = 65507,
         DELETE_KEY = 65535
     };
+    /// `printable` is 0 for a key that types nothing.
     KsKeyboardEvent(int key, State state, char16_t printable = 0)
         : KsButtonEvent(state), m_key(key), m_printable(printable)
     {}

@@ -123,6 +123,7 @@ class ARBORIUM_API KsSFVec2i32 : public KsSFieldOf<KbVec2i32> {
     KS_SFIELD(KsSFVec2i32, KbVec2i32)
 public:
     using KsSFieldOf::setValue;
+    /// The value by its numbers.
     void setValue(int x, int y) { setValue(KbVec2i32(x, y)); }
 };
 /// Two numbers.
@@ -130,6 +131,7 @@ class ARBORIUM_API KsSFVec2f : public KsSFieldOf<KbVec2f> {
     KS_SFIELD(KsSFVec2f, KbVec2f)
 public:
     using KsSFieldOf::setValue;
+    /// The value by its numbers.
     void setValue(float x, float y) { setValue(KbVec2f(x, y)); }
 };
 /// Three numbers: a point, a direction or a size.
@@ -137,6 +139,7 @@ class ARBORIUM_API KsSFVec3f : public KsSFieldOf<KbVec3f> {
     KS_SFIELD(KsSFVec3f, KbVec3f)
 public:
     using KsSFieldOf::setValue;
+    /// The value by its numbers.
     void setValue(float x, float y, float z) { setValue(KbVec3f(x, y, z)); }
 };
 /// Red, green and blue.
@@ -144,6 +147,7 @@ class ARBORIUM_API KsSFColor : public KsSFieldOf<KbColor> {
     KS_SFIELD(KsSFColor, KbColor)
 public:
     using KsSFieldOf::setValue;
+    /// The value by its numbers, 0 to 1 each.
     void setValue(float r, float g, float b) { setValue(KbColor(r, g, b)); }
 };
 /// A rotation; in files its axis and its angle in radians.
@@ -217,6 +221,7 @@ class ARBORIUM_API KsSFNode : public KsField {
 public:
     KsSFNode() = default;
     ~KsSFNode() override;
+    /// As `setValue`.
     KsSFNode& operator=(const KsSFNode& other);
     KsSFNode& operator=(KsNode* node);
     /// Null by default; the node stays the field's.

@@ -86,11 +86,13 @@ public:
     // For fields and nodes. Each read yields FALSE at an error that it has recorded, unless it says
     // otherwise; `addError` records one at the place of the last token read. Numbers are whole
     // words, in the C locale, in the range of their type and finite.
+    /// A number; in a binary file of 4, 4, 2, 4 and 8 bytes, the highest first.
     bool read(std::int32_t& value);
     bool read(std::uint32_t& value);
     bool read(unsigned short& value);
     bool read(float& value);
     bool read(double& value);
+    /// TRUE, FALSE, 1 or 0.
     bool read(bool& value);
     /// A string: quoted, with \" and \\ as escapes (any other backslash stands for itself), or a
     /// word that begins with a letter.

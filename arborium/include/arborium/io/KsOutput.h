@@ -40,6 +40,7 @@ public:
     void setStage(Stage stage);
 
     // For fields and nodes. In an ASCII file each value stands behind a blank.
+    /// A number, as `KsInput::read` takes it.
     void write(std::int32_t value);
     void write(std::uint32_t value);
     void write(unsigned short value);
