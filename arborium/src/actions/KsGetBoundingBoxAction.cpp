@@ -62,7 +62,6 @@ bool KsGetBoundingBoxAction::passBy(const KbBox3f& box)
         // What is around boxes that were turned is less than a turned box around them.
         for (int i = 0; i < 12; ++i)
             if (i % 5 != 0 && matrix[i / 4][i % 4] != 0) return false;
-        if (matrix[3][3] != 1) return false;
         all.transform(matrix);
     }
     // One of them alone may be beyond all numbers.

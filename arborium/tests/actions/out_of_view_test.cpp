@@ -167,6 +167,18 @@ TEST_F(OutOfView, aCameraInAGroupOutOfViewIsMet)
     }
 }
 
+TEST_F(OutOfView, aCameraInALongRowOutOfViewIsMet)
+{
+    addCamera(root.get(), -5000);
+    auto* row = addRow(100);
+    addCamera(static_cast<KsSeparator*>(row->getChild(70)), 0);
+    for (int i = 0; i < 3; ++i) {
+        places[static_cast<std::size_t>(i)]->touch();
+        frame();
+        EXPECT_EQ(render.getDrawList().viewVolume.getProjectionPoint()[0], 7000);
+    }
+}
+
 TEST_F(OutOfView, ofALongRowMostAreNotVisited)
 {
     auto* camera = addCamera(root.get(), 0);

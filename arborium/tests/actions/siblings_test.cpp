@@ -5,12 +5,14 @@
 #include "TestShape.h"
 
 #include <arborium/base/KsLimits.h>
+#include <arborium/nodes/KsChildList.h>
 #include <arborium/nodes/KsClipPlane.h>
 #include <arborium/nodes/KsCone.h>
 #include <arborium/nodes/KsCoordinate3.h>
 #include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsIndexedLineSet.h>
+#include <arborium/nodes/KsMatrixTransform.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsPerspectiveCamera.h>
 #include <arborium/nodes/KsPickStyle.h>
@@ -68,6 +70,14 @@ protected:
     KsSeparator* other = addTo<KsSeparator>(root.get());
     std::vector<Leaf> leaves;
     KsRayPickAction pick{KbViewportRegion(1000, 1000)};
+};
+
+/// Traverses a list that it does not give out.
+class Holder : public KsGroup {
+public:
+    KsChildList aside{this};
+    void doAction(KsAction* action) override { aside.traverse(action); }
+    void getBoundingBox(KsGetBoundingBoxAction* action) override { aside.traverse(action); }
 };
 
 /// Of a class of one's own, which is to hear of each pick.
@@ -161,9 +171,15 @@ TEST_F(Siblings, areFoundAtTheirNewIndicesAfterTheListChanged)
     EXPECT_EQ(pickedAt(far), -1);
     EXPECT_EQ(pickedAt(placeOf(99)), 99);
     boxOf(root.get());
-    leaf(99).own->setName("last");
-    wide->addChild(makeLeaf(far).own);
-    EXPECT_EQ(pickedAt(far), 100);
+    leaf(98).place->translation = far;
+    EXPECT_EQ(pickedAt(far), 98);
+    EXPECT_TRUE(near(boxOf(root.get()), {-1, -1, -1}, {298, 501, 1}));
+    wide->getChildren()->truncate(70);
+    EXPECT_TRUE(near(boxOf(root.get()), {-1, -1, -1}, {208, 501, 1})); // 80 is far away, as 50 is
+    leaf(60).own->setName("sixty");
+    const KbVec3f farther(0, 600, 0);
+    wide->addChild(makeLeaf(farther).own);
+    EXPECT_EQ(pickedAt(farther), 70);
     boxOf(root.get());
     wide->removeAllChildren();
     EXPECT_EQ(pickedAt(placeOf(3)), -1);
@@ -267,6 +283,56 @@ TEST_F(Siblings, withoutABoxOrBeyondAllNumbersHideNoneOfTheOthers)
     }
 }
 
+TEST_F(Siblings, ofWhichOneIsScaledBeyondAllNumbersAreFoundAndMeasured)
+{
+    auto* scale = new KsTransform;
+    scale->scaleFactor = KbVec3f(4, 1, 1);
+    root->insertChild(scale, 0);
+    auto* group = new KsGroup; // in the space of the root
+    root->insertChild(group, 1);
+    root->removeChild(wide);
+    for (int i = 0; i < 64; ++i) {
+        leaves.push_back(makeLeaf(placeOf(i)));
+        group->addChild(leaves.back().own);
+    }
+    leaf(20).shape->size = KbVec3f(3e38f, 1, 1);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(near(boxOf(root.get()), {-4, -1, -1}, {4 * 190, 1, 1}));
+        EXPECT_EQ(pickedAt(KbVec3f(4 * placeOf(3)[0], 0.9f, 0)), 3);
+        group->touch();
+    }
+}
+
+TEST_F(Siblings, ofWhichSomeAreTurnedOverByALensAreFoundAndMeasured)
+{
+    auto* lens = new KsMatrixTransform; // of x = -50 it makes infinity
+    lens->matrix = KbMatrix(1, 0, 0, 0.02f, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    root->insertChild(lens, 0);
+    auto* group = new KsGroup;
+    root->insertChild(group, 1);
+    root->removeChild(wide);
+    for (int i = 0; i < 64; ++i) {
+        leaves.push_back(makeLeaf(KbVec3f(i < 32 ? -99.0f : 0.0f, 0, 0) + placeOf(i)));
+        group->addChild(leaves.back().own);
+    }
+    leaf(0).place->translation = KbVec3f(0, 0, 0);
+    const KbBox3f box = boxOf(root.get());
+    EXPECT_EQ(box, boxOf(KsRef<KsNode>(root->copy()).get()));
+    EXPECT_EQ(pickedAt({0, 0, 0}), 0);
+}
+
+TEST_F(Siblings, ofAListThatIsNobodysChildrenAreFoundWhereTheyAre)
+{
+    auto* holder = addTo<Holder>(root.get());
+    for (int i = 0; i < 100; ++i) {
+        leaves.push_back(makeLeaf(placeOf(i)));
+        holder->aside.append(leaves.back().own);
+    }
+    boxOf(root.get());
+    leaf(5).place->translation = KbVec3f(0, 500, 0);
+    EXPECT_EQ(pickedAt(KbVec3f(0, 500, 0)), 5);
+}
+
 TEST_F(Siblings, ofAClassOfOnesOwnHearOfEachPick)
 {
     make(100);
@@ -303,6 +369,11 @@ struct Found {
     {
         return a.path == b.path && a.point == b.point && a.distance == b.distance;
     }
+    friend std::ostream& operator<<(std::ostream& out, const Found& found)
+    {
+        for (const int index : found.path) out << index << ' ';
+        return out << "at " << found.point << ", " << found.distance;
+    }
 };
 
 std::vector<Found> foundBy(KsRayPickAction& pick, KsNode* root)
@@ -320,7 +391,7 @@ std::vector<Found> foundBy(KsRayPickAction& pick, KsNode* root)
 
 class RandomSiblings : public ShapeTest, public testing::WithParamInterface<unsigned> {
 protected:
-    static constexpr int numOperations = 1500;
+    static constexpr int numOperations = 800;
     static constexpr int columns = 12;
 
     RandomSiblings()
@@ -366,9 +437,13 @@ protected:
         if (choices.chance(20)) at->rotation = KbRotation({1, 1, 0}, nearby());
         if (choices.chance(10)) at->scaleFactor = KbVec3f(nearby(), 1, 2);
         transforms.emplace_back(at);
-        switch (choices.upTo(12)) {
-        case 0: addTo<KsCone>(own.get()); break;
-        case 1: {
+        switch (choices.chance(1) ? choices.upTo(2) : 2 + choices.upTo(10)) {
+        case 0: // what it shows is decided outside, as is the size of the text
+            addTo<KsCube>(addTo<KsSwitch>(own.get()))->width = 3;
+            static_cast<KsSwitch*>(own->getChild(1))->whichChild = KsSwitch::INHERIT;
+            break;
+        case 1: addTo<KsText3>(own.get())->string = "text"; break;
+        case 2: {
             auto* points = addTo<KsCoordinate3>(own.get());
             points->point.set1Value(0, {-1, 0, 0});
             points->point.set1Value(1, {1, 0.5f, 0.25f});
@@ -378,14 +453,9 @@ protected:
             lines->coordIndex.set1Value(2, -1);
             break;
         }
-        case 2: {
-            if (choices.chance(50)) addTo<KsFont>(own.get())->size = 2;
+        case 3:
+            addTo<KsFont>(own.get())->size = 2;
             addTo<KsText3>(own.get())->string = "text";
-            break;
-        }
-        case 3: // what it shows is decided outside
-            addTo<KsCube>(addTo<KsSwitch>(own.get()))->width = 3;
-            static_cast<KsSwitch*>(own->getChild(1))->whichChild = KsSwitch::INHERIT;
             break;
         case 4: addTo<TestShape>(own.get()); break;
         case 5:
@@ -393,6 +463,7 @@ protected:
             addTo<KsCone>(own.get());
             break;
         case 6: break;
+        case 7: addTo<KsCone>(own.get()); break;
         default: addTo<KsCube>(own.get()); break;
         }
         leaves.emplace_back(own.get());
@@ -451,8 +522,9 @@ protected:
     KsRef<KsNode> anyChild()
     {
         const int kind = choices.upTo(100);
-        if (kind < 3) return stranger();
-        if (kind < 12) return choices.oneOf(leaves); // stands elsewhere too, or again here
+        if (kind < strangers) return stranger();
+        if (kind < 2 * strangers)
+            return choices.oneOf(leaves); // stands elsewhere too, or again here
         return leaf(choices.upTo(100));
     }
 
@@ -495,7 +567,7 @@ protected:
         case 7: {
             KsTransform* at = choices.oneOf(transforms).get();
             if (choices.chance(40))
-                at->scaleFactor = KbVec3f(RandomScene::number(choices), 1, 1);
+                at->scaleFactor = KbVec3f(choices.oneOf(strangeNumbers), 1, 1);
             else
                 at->scaleFactor = KbVec3f(1, 1, 1);
             break;
@@ -545,7 +617,7 @@ protected:
             else
                 pick.setRay({18, 12, 50}, to - KbVec3f(18, 12, 50), near);
             const std::vector<Found> found = foundBy(pick, root.get());
-            ASSERT_TRUE(found == foundBy(pick, another.get()));
+            ASSERT_EQ(found, foundBy(pick, another.get()));
             hits += found.empty() ? 0 : 1;
         }
     }
@@ -554,6 +626,16 @@ protected:
     KsRef<KsSeparator> root{new KsSeparator};
     KsCamera* camera = nullptr;
     KsTransform* place = nullptr;
+    // Nothing of which the sum with others, or the double, is beyond all numbers.
+    const std::vector<float> strangeNumbers = {std::numeric_limits<float>::quiet_NaN(),
+                                               std::numeric_limits<float>::infinity(),
+                                               -std::numeric_limits<float>::infinity(),
+                                               1e15f,
+                                               1e-20f,
+                                               0,
+                                               -3};
+    // In a hundred, and as many are used twice. Where there are none the runs stay long.
+    const int strangers = choices.oneOf(std::vector<int>{0, 0, 1, 4});
     std::vector<KsRef<KsGroup>> groups; // the wide ones
     std::vector<KsRef<KsNode>> leaves;
     std::vector<KsRef<KsTransform>> transforms;
