@@ -64,7 +64,8 @@ TEST_F(DrawList, isEmptiedOnDemand)
     EXPECT_FALSE(copy.hasCamera);
 }
 
-// shows: KsRenderAction::invalidate, KsRenderAction::setViewportRegion
+// shows: KsRenderAction::invalidate, KsRenderAction::setViewportRegion,
+// KsRenderAction::getViewportRegion
 TEST_F(DrawList, isRebuiltForAnotherRootAnotherWindowAndOnDemand)
 {
     addTo<TestShape>(root);
@@ -76,6 +77,7 @@ TEST_F(DrawList, isRebuiltForAnotherRootAnotherWindowAndOnDemand)
     EXPECT_EQ(list().draws.size(), 1u);
     auto version = list().version;
     render.setViewportRegion(KbViewportRegion(300, 100));
+    EXPECT_TRUE(render.getViewportRegion() == KbViewportRegion(300, 100));
     render.apply(root);
     EXPECT_GT(list().version, version);
     version = list().version;

@@ -81,7 +81,6 @@ TEST_F(KeptDraws, whatAShapeRefersToMayBeAChildAsWell)
     }
 }
 
-// shows: KsRenderAction::getViewportRegion
 TEST_F(KeptDraws, onlyTheWayToAChangeIsVisitedAgain)
 {
     constexpr int branches = 100, leaves = 10;

@@ -5,6 +5,7 @@
 #include <MessageGuard.h>
 #include <arborium/events/KsEvent.h>
 #include <arborium/io/KsOutput.h>
+#include <arborium/nodes/KsCube.h>
 #include <arborium/nodes/KsFont.h>
 #include <arborium/nodes/KsOrthographicCamera.h>
 #include <arborium/nodes/KsSeparator.h>
@@ -340,6 +341,15 @@ TEST_F(OwnClasses, anActionMeetsNodesPathsAndListsOfPaths)
     action.apply(toRight);
     EXPECT_EQ(action.count, 6); // the left one and its wire are met as well
     action.meetsAllBeside = false;
+    const KsRef<KsGroup> row(new KsGroup);
+    auto* target = new KsCube;
+    for (KsNode* each : {static_cast<KsNode*>(new KsTranslation), static_cast<KsNode*>(new KsCube),
+                         static_cast<KsNode*>(target)})
+        row->addChild(each);
+    const KsRef<KsPath> toTarget(new KsPath(row));
+    ASSERT_TRUE(toTarget->append(target));
+    action.apply(toTarget);
+    EXPECT_EQ(action.count, 3) << "the row, what moves the cube, and the cube";
 
     KsPathList paths;
     paths.append(toLeft);

@@ -130,6 +130,7 @@ TEST_F(Search, forgetsItsResultWithTheNextApplyAndAtReset)
     EXPECT_EQ(search.getPath(), nullptr);
     search.setInterest(KsSearchAction::ALL);
     search.setSearchingAll(true);
+    EXPECT_TRUE(search.isSearchingAll());
     search.apply(root);
     EXPECT_EQ(search.getPaths().getLength(), 1);
     search.reset();

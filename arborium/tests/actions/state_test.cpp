@@ -76,9 +76,9 @@ TEST(State, hasAViewVolumeOnlyIfACameraSetOne)
     EXPECT_FALSE(KsViewVolumeElement::isSet(&state));
     EXPECT_FALSE(KsViewVolumeElement::isSet(nullptr));
     state.push();
-    state.edit(state.viewVolume).ortho(-1, 1, -1, 1, 1, 10);
+    state.edit(state.viewVolume).ortho(-3, 3, -1, 1, 1, 10);
     EXPECT_TRUE(KsViewVolumeElement::isSet(&state));
-    EXPECT_EQ(KsViewVolumeElement::get(&state).getWidth(), 2);
+    EXPECT_EQ(KsViewVolumeElement::get(&state).getWidth(), 6);
     state.pop();
     EXPECT_FALSE(KsViewVolumeElement::isSet(&state));
 }

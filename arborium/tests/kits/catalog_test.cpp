@@ -80,6 +80,7 @@ TEST_F(Catalog, remembersWhatWasSaidOfEachPart)
     EXPECT_FALSE(catalog.isPublic(1));
     EXPECT_TRUE(catalog.isPublic(2));
     EXPECT_TRUE(catalog.isPublic(KbName("list")));
+    EXPECT_FALSE(catalog.isPublic(KbName("hidden")));
     EXPECT_FALSE(catalog.isList(2));
     EXPECT_TRUE(catalog.isList(3));
     EXPECT_TRUE(catalog.getListContainerType(2).isBad());

@@ -96,6 +96,7 @@ TEST(QtComponent, remembersThatItCoversTheScreen)
     box.show();
     EXPECT_TRUE(box.getWidget()->isFullScreen());
     box.setFullScreen(false);
+    EXPECT_FALSE(box.isFullScreen());
     EXPECT_FALSE(box.getWidget()->isFullScreen());
 }
 

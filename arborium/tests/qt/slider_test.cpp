@@ -27,6 +27,7 @@ public:
     }
     using KsQtBasicSlider::getBarRectangle;
     using KsQtBasicSlider::getCursorRectangle;
+    using KsQtBasicSlider::Rectangle;
 
     static void changed(void* data, float value)
     {
@@ -325,7 +326,20 @@ TEST(ImmediateMode, callsOutsideOfATargetDoNothing)
     EXPECT_EQ(argb, std::vector<std::uint32_t>(16, 0)) << "targets are not nested";
 }
 
-// shows: KsQtBasicSlider::getCursorRectangle
+// shows: KsQtBasicSlider::getBarRectangle, KsQtBasicSlider::getCursorRectangle
+TEST_F(BasicSlider, tellsWhereItsBarAndItsCursorAre)
+{
+    Slider slider(&window);
+    window.show();
+    const auto corners = [](const Slider::Rectangle& r) {
+        return std::vector<int>{r.x0, r.y0, r.x1, r.y1};
+    };
+    EXPECT_EQ(corners(slider.getBarRectangle()), (std::vector<int>{6, 10, 106, 19}));
+    EXPECT_EQ(corners(slider.getCursorRectangle()), (std::vector<int>{0, 4, 12, 14}));
+    slider.setValue(0.25f);
+    EXPECT_EQ(corners(slider.getCursorRectangle()), (std::vector<int>{25, 4, 37, 14}));
+}
+
 TEST_F(BasicSlider, takesItsCursorAlongAndSaysSo)
 {
     Slider slider(&window);
@@ -480,7 +494,7 @@ TEST_F(BasicSlider, aPictureIsMadeOnlyAfterAChange)
     EXPECT_EQ(slider.getNumPictures(), made + 1);
 }
 
-// shows: KsQtBasicSlider::getBarRectangle, KsQtGLWidget::getNormalWindow
+// shows: KsQtGLWidget::getNormalWindow
 TEST_F(BasicSlider, drawsOnWhatTheWindowIsFilledWith)
 {
     QPalette palette = window.palette();

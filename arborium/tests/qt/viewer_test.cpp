@@ -108,6 +108,7 @@ protected:
 
 } // namespace
 
+// shows: KsQtViewer::hasOwnCamera
 TEST_F(Viewer, showsASceneWithoutACameraFromTheFrontAsAWhole)
 {
     show();
