@@ -599,9 +599,11 @@ bool KsBaseKit::isPartWritten(int row) const
     const KsNodekitCatalog* catalog = getNodekitCatalog();
     if (!p || !p->placed || !catalog) return false;
     // A part that was set takes along what stands in it. The parts in it are written with it, or
-    // reading would make them once more.
+    // reading would make them once more. (One that was taken out by hand may hold the kit by now.)
+    const KsNode* parent = partAt(catalog->getParent(row));
     for (int above = catalog->getParent(row); above > self; above = catalog->getParent(above))
-        if (!isPartDefault(above)) return true;
+        if (!isPartDefault(above))
+            return parent && parent->getChildren() && parent->getChildren()->find(p->placed) >= 0;
     return isPartChanged(row, 16);
 }
 
