@@ -182,7 +182,7 @@ bool KsFieldData::isDefault(const KsFieldContainer* container, int index,
                             const KsField* field) const
 {
     const int part = m_entries[static_cast<std::size_t>(index)].part;
-    return field->isDefault() && !(part >= 0 && container->isPartWritten(part));
+    return part >= 0 ? !container->isPartWritten(part) : field->isDefault();
 }
 
 void KsFieldData::addWriteReferences(KsOutput* out, const KsFieldContainer* container) const

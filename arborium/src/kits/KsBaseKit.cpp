@@ -597,13 +597,21 @@ bool KsBaseKit::isPartWritten(int row) const
 {
     const Part* p = part(row, false);
     const KsNodekitCatalog* catalog = getNodekitCatalog();
-    if (!p || !p->placed || !catalog) return false;
+    if (!p) return false;
+    const bool isSet = !p->field.isDefault();
+    if (!p->placed || !catalog) return isSet;
+    // What was taken out of its place by hand is no part; the kit may stand below it by now.
+    const int above = catalog->getParent(row);
+    const KsNode* parent = partAt(above);
+    const KsChildList* list = above <= self ? &m_children
+                              : parent      ? parent->getChildren()
+                                            : nullptr;
+    if (!list || list->find(p->placed) < 0) return false;
+    if (isSet) return true;
     // A part that was set takes along what stands in it. The parts in it are written with it, or
-    // reading would make them once more. (One that was taken out by hand may hold the kit by now.)
-    const KsNode* parent = partAt(catalog->getParent(row));
-    for (int above = catalog->getParent(row); above > self; above = catalog->getParent(above))
-        if (!isPartDefault(above))
-            return parent && parent->getChildren() && parent->getChildren()->find(p->placed) >= 0;
+    // reading would make them once more.
+    for (int outer = above; outer > self; outer = catalog->getParent(outer))
+        if (!isPartDefault(outer)) return true;
     return isPartChanged(row, 16);
 }
 

@@ -259,17 +259,22 @@ TEST_F(DeepKit, looksForADefaultPartWithoutTakingPossessionOfIt)
 
 TEST_F(DeepKit, isReadAgainThoughItStandsBelowWhatWasItsPart)
 {
-    const KsRef<KsGroup> geometry(static_cast<KsGroup*>(panel->getAnyPart("geomSeparator", true)));
-    auto* top = new KsSeparator;
-    ASSERT_TRUE(panel->setAnyPart("topSeparator", top));
-    ASSERT_EQ(childrenOf(top), std::vector<KsNode*>{geometry});
-    top->removeChild(geometry);
-    geometry->addChild(panel);
-    for (const bool binary : {false, true}) {
-        const std::string text = write(panel, binary);
-        const KsRef<KsSeparator> again(read(text));
-        ASSERT_TRUE(again) << text;
-        EXPECT_EQ(write(again, binary), text);
+    for (const bool isSet : {false, true}) {
+        panel = new KsPanel;
+        auto* top = new KsSeparator;
+        ASSERT_TRUE(panel->setAnyPart("topSeparator", top));
+        if (isSet) panel->setAnyPart("geomSeparator", new KsSeparator);
+        const KsRef<KsGroup> geometry(
+            static_cast<KsGroup*>(panel->getAnyPart("geomSeparator", true)));
+        ASSERT_EQ(childrenOf(top), std::vector<KsNode*>{geometry});
+        top->removeChild(geometry);
+        geometry->addChild(panel);
+        for (const bool binary : {false, true}) {
+            const std::string text = write(panel, binary);
+            const KsRef<KsSeparator> again(read(text));
+            ASSERT_TRUE(again) << text;
+            EXPECT_EQ(write(again, binary), text);
+        }
+        geometry->removeAllChildren();
     }
-    geometry->removeAllChildren();
 }
