@@ -41,13 +41,13 @@ void KsBase::setName(const KbName& name)
     if (m_name == name) return;
     if (!m_name.isEmpty()) {
         const auto former = named().find(m_name);
-        former->second.erase(m_place);
+        former->second.erase(m_namedAt);
         if (former->second.empty()) named().erase(former);
     }
     m_name = name;
     if (m_name.isEmpty()) return;
     std::list<KsBase*>& all = named()[m_name];
-    m_place = all.insert(all.end(), this);
+    m_namedAt = all.insert(all.end(), this);
 }
 
 void KsBase::getNamed(const KbName& name, std::vector<KsBase*>& list)

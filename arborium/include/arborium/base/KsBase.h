@@ -71,7 +71,8 @@ protected:
 
 private:
     KbName m_name;
-    std::list<KsBase*>::iterator m_place; ///< Among the objects of this name; none without a name.
+    std::list<KsBase*>::iterator
+        m_namedAt; ///< Among the objects of this name; none without a name.
     mutable std::uint32_t m_writeMark = 0;
 };
 

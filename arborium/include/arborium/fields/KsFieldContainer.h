@@ -63,9 +63,10 @@ public:
     virtual void tellSensors(KsField* field);
     /// The field that a kit holds for a part; null for other containers.
     virtual KsField* getPartField(int part, bool make) const;
-    /// Whether files hold a part of a kit although it counts as default: one that stands in a part
-    /// that was set, and a public one that got values, a name or children since it was made at need.
-    /// Of the latter not one that holds other parts, nor one that kits share.
+    /// Whether files hold a part of a kit: one that was set, or removed; one that stands in a part
+    /// that was set; and a public one that got values, a name or children since it was made at need,
+    /// unless it holds other parts or kits share it. Never one that was taken out of its place by
+    /// hand. FALSE for other containers.
     virtual bool isPartWritten(int part) const;
     bool validatesFields() const { return m_validates; }
     /// This object as a node, or null.

@@ -83,7 +83,7 @@ protected:
     virtual void catalogError();
 
     /// Writes the fields or counts what they refer to, by the stage of the action's output. Of the
-    /// parts those that were set, and others as `isPartWritten` tells.
+    /// parts those of which `isPartWritten` tells.
     virtual void writeFields(KsWriteAction* action);
     /// Closes what `writeHeader` opened.
     void endWrite(KsWriteAction* action);
